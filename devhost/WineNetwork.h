@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+/// What only Wine needs. Windows' own WinINet needs none of it, and there these functions do nothing.
+/// Both throw std::runtime_error with a sentence for the user when they cannot do their work.
+namespace DevHost {
+
+/// Tells whether this process runs under Wine.
+bool IsWine();
+
+/// Leads this process's WinINet to the development service: when the environment variable DEVSERVICE_ADDRESS is
+/// "host:port", every connection to one of the storage service's three host names is made to that address instead, as
+/// a tunnel that CONNECT opens. WinINet itself believes in a direct connection, and TLS and everything above it stay
+/// its own. All other hosts are reached as ever; without the variable, or with "none", all hosts are.
+/// To be called once, before the process's first request.
+void RedirectWinInet();
+
+/// Mends what Wine's WinINet does wrong with streamed uploads (HttpSendRequestExW, InternetWriteFile, HttpEndRequestW),
+/// for the calls of one module: its imports of the three functions involved are redirected, and must be there.
+/// To be called after the module was loaded and before its first request; several threads may upload at a time.
+void RedirectModuleImports(HMODULE i_module);
+
+} // namespace DevHost
