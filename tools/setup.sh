@@ -1,0 +1,51 @@
+# Finds out which Debian packages are missing, says so and installs them. Sourced.
+# shellcheck shell=bash
+# shellcheck source=tools/common.sh
+source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
+
+# To build and run. Wine only recommends libgnutls30 (no TLS without it) and fonts-wine (no proper windows without it).
+# x11-utils has xprop, which tells whether a display answers.
+run_packages=(
+    g++ g++-mingw-w64-x86-64-posix cmake ninja-build
+    libboost-dev libssl-dev rapidjson-dev
+    wine64 libgnutls30 ca-certificates fonts-wine fonts-liberation xvfb x11-utils
+)
+
+# What ./check needs besides.
+check_packages=(googletest clang-format clang-tidy git)
+
+InstallRunPackages() { InstallPackages "${run_packages[@]}"; }
+InstallCheckPackages() { InstallPackages "${run_packages[@]}" "${check_packages[@]}"; }
+
+# InstallPackages NAME...: costs a few hundredths of a second when everything is there.
+InstallPackages() {
+    local missing
+    if ! command -v dpkg-query >/dev/null; then
+        Say "This is no Debian system; these packages, or what they are called here, are expected: $*"
+        return
+    fi
+    mapfile -t missing < <(MissingPackages "$@")
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+    Say "Installing from Debian: ${missing[*]}"
+    RunLogged apt-update AsRoot apt-get -q update
+    RunLogged apt-install AsRoot apt-get -q install -y --no-install-recommends "${missing[@]}"
+}
+
+# A later Debian may have a package under another name, which then "provides" this one.
+MissingPackages() {
+    comm -23 <(printf '%s\n' "$@" | sort) <(
+        dpkg-query --show --showformat '${db:Status-Status} ${Package}, ${Provides}\n' |
+            sed -n -E 's/^installed //; T; s/ \([^)]*\)//g; s/, */\n/g; p' | sort -u
+    )
+}
+
+AsRoot() {
+    if [[ $(id -u) == 0 ]]; then
+        DEBIAN_FRONTEND=noninteractive "$@"
+    elif command -v sudo >/dev/null; then
+        sudo DEBIAN_FRONTEND=noninteractive "$@"
+    else
+        echo "Only root may install packages, and there is no sudo here. Please run as root: $*"
+        return 1
+    fi
+}

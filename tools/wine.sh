@@ -1,0 +1,125 @@
+# Windows programs on this machine: a private Wine prefix, a wine server that is kept, and a display. Sourced.
+# shellcheck shell=bash
+# shellcheck source=tools/common.sh
+source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
+
+# Where Debian has a "wine64" in the PATH it is a wrapper that prints noise; the program itself is here.
+wine_program=/usr/lib/wine/wine64
+[[ -x $wine_program ]] || wine_program=wine64
+wine_server=/usr/lib/wine/wineserver64
+[[ -x $wine_server ]] || wine_server=wineserver
+
+# Wine refuses a prefix that belongs to another user, hence the user id in its name.
+user=$(id -u)
+export WINEPREFIX=$build_folder/wine-$user
+export WINEARCH=win64
+export WINEDEBUG=${WINEDEBUG:--all}
+# No questions about .NET and HTML add-ons, no menu entries on the user's desktop.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
+# In the "C" locale Wine mangles arguments and file names that are not ASCII.
+export LC_ALL=C.UTF-8
+
+prefix_is_complete=$WINEPREFIX/.complete
+display_file=$build_folder/display-$user
+
+# RunWine PROGRAM ARGUMENTS...
+RunWine() { "$wine_program" "$@"; }
+
+# What outlives this script must not keep the caller's terminal, pipes or our lock open, nor end with the caller's Ctrl-C.
+StartDetached() { setsid "$@" </dev/null >/dev/null 2>&1 9>&- & }
+RunDetached() { setsid --wait "$@" </dev/null >/dev/null 2>&1 9>&-; }
+
+# Several scripts may come here at once: the first one does the work, the others wait and find it done.
+Locked() {
+    flock 9
+    "$@"
+} 9>"$build_folder/wine-$user.lock"
+
+DisplayAnswers() { DISPLAY=$1 xprop -root WM_NAME >/dev/null 2>&1; }
+
+HiddenDisplay() { printf ':%s\n' "$(cat "$display_file" 2>/dev/null || echo none)"; }
+
+# Uses the display that is there, else the hidden one of an earlier run, else starts that one. This comes before
+# the wine server is started: its desktop keeps the size of the display that it saw first.
+StartDisplay() {
+    [[ -n ${DISPLAY:-} ]] && DisplayAnswers "$DISPLAY" && return
+    Locked StartHiddenDisplay
+    DISPLAY=$(HiddenDisplay)
+    export DISPLAY
+}
+
+StartHiddenDisplay() {
+    DisplayAnswers "$(HiddenDisplay)" && return
+    Say "Starting a hidden display (Xvfb)"
+    rm -f "$display_file"
+    # Xvfb takes a free number by itself and writes it down once it answers.
+    StartDetached Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file"
+    echo $! >"$display_file.pid"
+    WaitFor 20 test -s "$display_file" || Fail "there is no display, and Xvfb did not start"
+}
+
+StopHiddenDisplay() {
+    local pid
+    pid=$(cat "$display_file.pid" 2>/dev/null) || return 0
+    # A number alone may by now be another process's.
+    [[ $(cat "/proc/$pid/comm" 2>/dev/null) != Xvfb ]] || kill "$pid"
+    rm -f "$display_file" "$display_file.pid"
+}
+
+# Creates the prefix when there is none (about 10 s and 700 MB).
+CreatePrefix() {
+    [[ -e $prefix_is_complete ]] || Locked FillPrefix
+    DetachFromHome
+}
+
+FillPrefix() {
+    [[ ! -e $prefix_is_complete ]] || return 0
+    Say "Creating the Wine prefix (once, about 10 s)"
+    # An interrupted earlier try is not to be trusted.
+    rm -rf "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX"
+    StartWineServer
+    RunDetached "$wine_program" wineboot --init || Fail "Wine could not create its prefix in $WINEPREFIX"
+    DetachFromHome
+    touch "$prefix_is_complete"
+}
+
+# Wine makes Documents, Desktop and so on links into the user's real home. Nothing here may reach that.
+DetachFromHome() {
+    local entry
+    for entry in "$WINEPREFIX"/drive_c/users/*/*; do
+        [[ ! -L $entry ]] || { rm -f "$entry" && mkdir -p "$entry"; }
+    done
+}
+
+# A program starts in 20 ms while the server runs, in half a second and more when it has to be started first.
+KeepWineServer() {
+    Locked StartWineServer
+    SetWindowFrames
+}
+
+StartWineServer() {
+    # Answers 2 when the server runs already. The first program starts the services, which must not be children
+    # of a caller that waits for its pipe to close.
+    ! RunDetached "$wine_server" -p || RunDetached "$wine_program" cmd /c exit
+}
+
+# Without a window manager nobody draws title bars, unless Wine does it itself ("Managed" off).
+SetWindowFrames() {
+    local managed=Y
+    [[ $(xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) == *'window id'* ]] || managed=N
+    [[ $(cat "$WINEPREFIX/.managed" 2>/dev/null) != "$managed" ]] || return 0
+    RunDetached "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f ||
+        Fail "Wine's registry could not be written"
+    echo "$managed" >"$WINEPREFIX/.managed"
+}
+
+# Everything that a Windows program needs, in the order in which it must come.
+PrepareWine() {
+    StartDisplay
+    CreatePrefix
+    KeepWineServer
+}
+
+# Ends all programs of this prefix, and of no other.
+StopWine() { [[ ! -d $WINEPREFIX ]] || RunDetached "$wine_server" -k || true; }
