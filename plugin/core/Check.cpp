@@ -1,0 +1,90 @@
+#include "core/Check.h"
+
+#include "core/ErrorText.h"
+#include "qorv/Values.h"
+
+#include <new>
+
+namespace {
+
+/// Composes and writes an exit line; a line that cannot be composed is lost. Keeps the last error.
+template <typename Compose>
+void WriteExit(FunctionTrace& io_trace, Compose&& i_compose) noexcept {
+    if (!IsLogEnabled())
+        return;
+    const DWORD last_error = GetLastError();
+    try {
+        io_trace.WriteExit(i_compose());
+    } catch (...) {
+        io_trace.WriteExit({});
+    }
+    SetLastError(last_error);
+}
+
+/// Puts the reason where a caller without a details object finds it.
+void SetThreadErrorInfo(const std::wstring& i_text) noexcept {
+    Qorv::ComPtr<ICreateErrorInfo> creator;
+    if (FAILED(CreateErrorInfo(&creator)))
+        return;
+    creator->SetDescription(const_cast<wchar_t*>(i_text.c_str())); // Only read; the declaration is an old one.
+    Qorv::ComPtr<IErrorInfo> info;
+    if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info))))
+        SetErrorInfo(0, info);
+}
+
+void TellCaller(Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code, const std::wstring& i_text) noexcept {
+    if (o_details != nullptr)
+        o_details->SetError(i_code, i_text.c_str());
+    SetThreadErrorInfo(i_text);
+}
+
+/// What a person should know: the message, and the service's own word for it.
+std::wstring Reason(const Exception& i_exception) {
+    const auto* http = dynamic_cast<const HttpException*>(&i_exception);
+    if (http == nullptr || http->ErrorSummary().empty())
+        return i_exception.Message();
+    return i_exception.Message() + L" (" + http->ErrorSummary() + L")";
+}
+
+HRESULT ReturnException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code,
+                        const wchar_t* i_expression, const Exception& i_exception) noexcept {
+    try {
+        TellCaller(o_details, i_code, Reason(i_exception));
+    } catch (...) {
+        // No memory for the words: the code alone must do.
+    }
+    if (FAILED(i_code))
+        Detail::ReportReturn(io_trace, i_expression, i_code);
+    return i_code;
+}
+
+} // namespace
+
+void Detail::ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept {
+    WriteExit(io_trace, [&] {
+        return L"Expression: \"" + std::wstring(i_expression) + L"\" caused returning \"" + HResultText(i_code) + L"\"";
+    });
+}
+
+void Detail::ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept {
+    // Without the colon that the returning sentence has: the two are told apart by it.
+    WriteExit(io_trace, [&] {
+        return L"Expression \"" + std::wstring(i_expression) + L"\" caused throwing \"" + i_exception.Message() + L"\"";
+    });
+}
+
+HRESULT Detail::ReturnCurrentException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept {
+    try {
+        throw;
+    } catch (const HResultException& e) {
+        return ReturnException(io_trace, o_details, e.m_hresult, L"e.m_hresult", e);
+    } catch (const Exception& e) {
+        return ReturnException(io_trace, o_details, E_FAIL, L"E_FAIL", e);
+    } catch (const std::bad_alloc&) {
+        ReportReturn(io_trace, L"E_OUTOFMEMORY", E_OUTOFMEMORY);
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        ReportReturn(io_trace, L"E_FAIL", E_FAIL);
+        return E_FAIL;
+    }
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/Exceptions.h"
+#include "core/Trace.h"
+#include "qorv/Host.h"
+
+#include <type_traits>
+
+// How a traced function (`TRACE_FUNCTION`) checks what it is given and what it calls. Each check evaluates its
+// expression once and logs the expression's own source text: write it as it should read in the log.
+//
+//   CHECK_RETURN(o_name != nullptr, E_POINTER);         a false condition or a null pointer returns the code
+//   CHECK_HRESULT(m_afs_inst->RegisterFileSys(this));   a failing code is returned
+//   CHECK_THROW(!token.empty(), Exception(L"..."));     a false condition throws; the exception is made only then
+//   CHECK_HRESULT_THROW(result);                        a failing code is thrown as an `HResultException`
+//
+// and how a COM method keeps its exceptions inside:
+//
+//   HRESULT STDMETHODCALLTYPE Thing::Do(IQorv_ErrorDetails* o_details) noexcept {
+//       TRACE_FUNCTION();
+//       COM_BOUNDARY(o_details) {
+//           ...
+//           return TRACE_RESULT(S_OK);
+//       };
+//   }
+
+namespace Detail {
+
+/// The truth of a condition. An HRESULT is none, S_OK being 0: such a check does not compile.
+template <typename Condition>
+bool Holds(const Condition& i_condition) noexcept {
+    static_assert(!std::is_same_v<Condition, HRESULT>, "check an HRESULT with CHECK_HRESULT");
+    return static_cast<bool>(i_condition);
+}
+
+template <typename Result>
+HRESULT CodeOf(Result i_result) noexcept {
+    static_assert(std::is_same_v<Result, HRESULT>, "only an HRESULT can be checked so");
+    return i_result;
+}
+
+/// Writes the exit line of a failed check. Never fails, keeps the last error.
+void ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept;
+void ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept;
+
+/// The code for the exception that is being handled, the one place where exceptions end: logs it and tells the caller
+/// what happened, by the details object when there is one and by the thread's COM error info.
+HRESULT ReturnCurrentException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept;
+
+/// Runs the body of a COM method.
+class Boundary {
+public:
+    Boundary(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept
+        : m_trace(io_trace), m_details(o_details) {
+        SetErrorInfo(0, nullptr); // What an earlier call left there is not about this one.
+    }
+
+    template <typename Body>
+    HRESULT operator%(Body&& i_body) const noexcept {
+        try {
+            return i_body();
+        } catch (...) {
+            return ReturnCurrentException(m_trace, m_details);
+        }
+    }
+
+private:
+    FunctionTrace& m_trace;
+    Qorv::IQorv_ErrorDetails* m_details;
+};
+
+} // namespace Detail
+
+#define CHECK_RETURN(condition, code)                                                                                  \
+    do {                                                                                                               \
+        if (!::Detail::Holds(condition)) [[unlikely]] {                                                                \
+            const HRESULT check_code = (code);                                                                         \
+            ::Detail::ReportReturn(trace_function, L"" #condition, check_code);                                        \
+            return check_code;                                                                                         \
+        }                                                                                                              \
+    } while (false)
+
+#define CHECK_HRESULT(...)                                                                                             \
+    do {                                                                                                               \
+        if (const HRESULT check_code = ::Detail::CodeOf(__VA_ARGS__); FAILED(check_code)) [[unlikely]] {               \
+            ::Detail::ReportReturn(trace_function, L"" #__VA_ARGS__, check_code);                                      \
+            return check_code;                                                                                         \
+        }                                                                                                              \
+    } while (false)
+
+#define CHECK_THROW(condition, exception)                                                                              \
+    do {                                                                                                               \
+        if (!::Detail::Holds(condition)) [[unlikely]] {                                                                \
+            const auto check_exception = exception;                                                                    \
+            ::Detail::ReportThrow(trace_function, L"" #condition, check_exception);                                    \
+            throw check_exception;                                                                                     \
+        }                                                                                                              \
+    } while (false)
+
+#define CHECK_HRESULT_THROW(...)                                                                                       \
+    do {                                                                                                               \
+        if (const HRESULT check_code = ::Detail::CodeOf(__VA_ARGS__); FAILED(check_code)) [[unlikely]] {               \
+            const HResultException check_exception(check_code);                                                        \
+            ::Detail::ReportThrow(trace_function, L"" #__VA_ARGS__, check_exception);                                  \
+            throw check_exception;                                                                                     \
+        }                                                                                                              \
+    } while (false)
+
+/// The rest of a COM method: a block, ended by a semicolon, that returns the method's code and may throw.
+#define COM_BOUNDARY(details) return ::Detail::Boundary(trace_function, details) % [&]() -> HRESULT

@@ -1,0 +1,76 @@
+#include "core/ErrorText.h"
+
+#include <cwchar>
+#include <iterator>
+
+namespace {
+
+constexpr wchar_t no_information[] = L"<no system error information avaliable>"; // Spelled so: tools look for it.
+constexpr DWORD message_language = 1033;
+constexpr DWORD text_capacity = 1024; // Characters.
+constexpr DWORD first_internet_error = INTERNET_ERROR_BASE + 1;
+
+/// The message of the system, or of a module's own table; empty when there is none.
+std::wstring SystemMessage(DWORD i_code, HMODULE i_module) {
+    const DWORD source = i_module != nullptr ? FORMAT_MESSAGE_FROM_HMODULE : FORMAT_MESSAGE_FROM_SYSTEM;
+    wchar_t text[text_capacity];
+    const DWORD length = FormatMessageW(source | FORMAT_MESSAGE_IGNORE_INSERTS, i_module, i_code, message_language,
+                                        text, text_capacity, nullptr);
+    return {text, length};
+}
+
+/// What the server said to the failed request.
+std::wstring LastResponse() {
+    DWORD error = 0;
+    DWORD length = 0;
+    InternetGetLastResponseInfoW(&error, nullptr, &length);
+    std::wstring text(length + 1, L'\0');
+    length = static_cast<DWORD>(text.size());
+    if (!InternetGetLastResponseInfoW(&error, text.data(), &length))
+        return {};
+    text.resize(length);
+    return text;
+}
+
+std::wstring WindowsErrorMessage(DWORD i_error) {
+    if (i_error == ERROR_SUCCESS)
+        return {};
+    if (i_error == ERROR_INTERNET_EXTENDED_ERROR)
+        return LastResponse();
+    return SystemMessage(i_error, i_error >= first_internet_error ? GetModuleHandleW(L"wininet.dll") : nullptr);
+}
+
+std::wstring OrNoInformation(std::wstring i_message) {
+    return i_message.empty() ? no_information : std::move(i_message);
+}
+
+} // namespace
+
+std::wstring HResultText(HRESULT hr) {
+    wchar_t code[32];
+    std::swprintf(code, std::size(code), L"HRESULT 0x%.8x: ", static_cast<unsigned>(hr));
+    return code + OrNoInformation(SystemMessage(static_cast<DWORD>(hr), nullptr));
+}
+
+std::wstring LastErrorText() {
+    const DWORD error = GetLastError();
+    std::wstring text = L"GetLastError " + std::to_wstring(error) + L": " + OrNoInformation(WindowsErrorMessage(error));
+    SetLastError(error); // The caller may want the code as well.
+    return text;
+}
+
+std::wstring HttpStatusText(HINTERNET i_request) {
+    wchar_t text[text_capacity];
+    DWORD size = sizeof text; // In bytes.
+    if (!HttpQueryInfoW(i_request, HTTP_QUERY_STATUS_TEXT, text, &size, nullptr))
+        return L"HTTP (failed to get status information): " + LastErrorText();
+    return L"HTTP " + std::to_wstring(HttpStatusCode(i_request)) + L": " + std::wstring(text, size / sizeof(wchar_t));
+}
+
+DWORD HttpStatusCode(HINTERNET i_request) noexcept {
+    DWORD status = 0;
+    DWORD size = sizeof status;
+    if (!HttpQueryInfoW(i_request, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &size, nullptr))
+        return 0;
+    return status;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+#include "qorv/Host.h"
+
+class Plugin;
+
+/// The plug-in's subscriber to the host's events. It answers the one that it subscribes to without doing anything: the
+/// plug-in adds no commands to the host's main view. Main thread only.
+class EventsHandler final : public Qorv::CoClass<EventsHandler, Qorv::IEventHandler> {
+public:
+    /// Borrows the plug-in, which owns the handler.
+    explicit EventsHandler(Plugin* i_plugin);
+    ~EventsHandler();
+
+    HRESULT Init() noexcept;
+    HRESULT Shutdown() noexcept;
+
+    HRESULT STDMETHODCALLTYPE OnEvent(ULONG i_event, IUnknown* i_sender, IUnknown* i_arguments) noexcept override;
+
+private:
+    Plugin* m_plugin;
+    ULONG m_handled_event = 0;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <string>
+#include <string_view>
+
+/// The open log file, in UTF-8.
+///
+/// Not a wide stream of the standard library: one such stream in the "C" locale dies at the first character that is not
+/// ASCII, and closing it then never returns. Each line is one write at the end of the file, so lines of several threads
+/// stay whole without a lock.
+class LogFile {
+public:
+    LogFile() = default;
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
+    ~LogFile() { Close(); }
+
+    /// Creates the file anew. Others may read it while it is written.
+    bool Open(const std::wstring& i_path) noexcept;
+    bool IsOpen() const noexcept { return m_file != INVALID_HANDLE_VALUE; }
+    /// A lone surrogate becomes U+FFFD. A line that cannot be written is lost.
+    void Write(std::wstring_view i_line) const;
+    void Close() noexcept;
+
+private:
+    HANDLE m_file = INVALID_HANDLE_VALUE;
+};

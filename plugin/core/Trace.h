@@ -1,0 +1,89 @@
+#pragma once
+
+#include "core/FunctionName.h"
+#include "qorv/Base.h"
+
+#include <source_location>
+#include <string>
+#include <string_view>
+
+// The debug log, and the lines that every function of the plug-in writes to it.
+//
+// A traced function begins with `TRACE_FUNCTION();`, which writes "<name>-->" and, at the scope's end, "<name><--". A
+// function that returns a code ends with `return TRACE_RESULT(S_OK);`, which writes the code's name into the exit line.
+// With the log off this costs one branch at entry and one at exit.
+
+/// Reads the registry switch (the first call only) and opens the log file when the switch asks for one.
+void InitLog() noexcept;
+
+/// Turns tracing off and closes the file.
+void CloseLog() noexcept;
+
+/// Writes one line, if the log is on: the time, the thread, `message` and `result`. Any thread. Loses the line rather
+/// than fail, and keeps the thread's last error.
+void Trace(const wchar_t* message, const wchar_t* result) noexcept;
+
+/// Writes one line under the name of a function: for texts that are neither its entry nor its exit.
+void TraceText(const FunctionName& i_name, std::wstring_view i_text) noexcept;
+
+namespace Detail {
+
+inline bool g_log_enabled = false;
+
+} // namespace Detail
+
+/// Whether lines are written at all: ask before composing an expensive one.
+inline bool IsLogEnabled() noexcept {
+    return Detail::g_log_enabled;
+}
+
+/// One call of a traced function: its entry line now, its exit line at the latest when it leaves.
+class FunctionTrace {
+public:
+    explicit FunctionTrace(const FunctionName& i_name) noexcept : m_name(i_name) {
+        if (IsLogEnabled()) [[unlikely]]
+            WriteEntry();
+    }
+    FunctionTrace(const FunctionTrace&) = delete;
+    FunctionTrace& operator=(const FunctionTrace&) = delete;
+    ~FunctionTrace() {
+        if (IsLogEnabled()) [[unlikely]]
+            WriteExitOnce();
+    }
+
+    const FunctionName& Name() const noexcept { return m_name; }
+
+    /// Writes the exit line with the result's name and passes the result through.
+    template <typename Result>
+    Result Return(Result i_result, const wchar_t* i_result_name) noexcept {
+        if (IsLogEnabled()) [[unlikely]]
+            WriteExit(i_result_name);
+        return i_result;
+    }
+
+    /// Writes an exit line. A second one is written too: a boundary reports what it returns for an exception that
+    /// a check reported when it threw.
+    void WriteExit(std::wstring_view i_result) noexcept;
+
+private:
+    void WriteEntry() const noexcept;
+    void WriteExitOnce() noexcept;
+
+    const FunctionName& m_name;
+    bool m_is_exit_written = false;
+};
+
+/// The name of the function that this stands in, taken from the compiler: nobody types it, and none is wrong.
+#define TRACE_FUNCTION()                                                                                               \
+    static constexpr FunctionName trace_name{std::source_location::current().function_name()};                         \
+    FunctionTrace trace_function(trace_name)
+
+/// Ends a traced function: `return TRACE_RESULT(S_OK);`. The code is logged as it is written here.
+#define TRACE_RESULT(code) trace_function.Return(code, L"" #code)
+
+/// Writes a text under the traced function's name.
+#define TRACE_TEXT(text)                                                                                               \
+    do {                                                                                                               \
+        if (IsLogEnabled()) [[unlikely]]                                                                               \
+            TraceText(trace_function.Name(), text);                                                                    \
+    } while (false)

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "http/Request.h"
+#include "http/Response.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace Http {
+
+/// A user name and a password; no credentials when the user name is empty.
+struct Credentials {
+    std::wstring user_name;
+    std::wstring password;
+};
+
+/// The parts of an absolute http or https address.
+struct Uri {
+    std::wstring scheme;
+    std::wstring host;
+    std::uint16_t port = 0;
+    std::wstring path; ///< With the query.
+};
+
+/// Header line end; each extra header line is ended by it.
+inline constexpr wchar_t line_end = L'\n';
+
+/// The way to one host over WinINet, and the authorization that every call to it carries. Copies share it.
+///
+/// Every call of the storage service is a POST. Failures are thrown: `HResultException` for WinINet's own, with the
+/// code of its last error, `HttpException` for a reply whose status is not in 200..399. The session stays usable after
+/// any of them. One call at a time.
+class Session {
+public:
+    /// Opens a session to a host; sends nothing. `scheme_prefix` is "https://" (or "http://", without encryption).
+    static Session Create(const std::wstring& scheme_prefix, const std::wstring& host,
+                          const Credentials& server_credentials, const Credentials& proxy_credentials);
+
+    /// Escapes and splits an address. Throws `Exception` for any scheme but http and https.
+    static Uri CrackUri(const std::wstring& uri);
+
+    /// Replaces the header lines that authorize each call; the text ends with a line end.
+    void SetAuthorizationHeader(const std::wstring& text);
+
+    /// Sends a body that is in memory, and answers the challenges of a 401 and a 407. `path` has no leading "/";
+    /// `accept_types` ends with a null; `extra_headers` are lines, or null; `body` is UTF-8, null for none.
+    Response SendRequest(const wchar_t* path, const wchar_t** accept_types, const wchar_t* extra_headers,
+                         const char* body) const;
+
+    /// Opens an upload of exactly `content_size` bytes, which the caller writes.
+    Request CreateRequest(const std::wstring& headers, std::uint64_t content_size) const;
+
+private:
+    struct Impl;
+
+    explicit Session(std::shared_ptr<Impl> i_impl) : m_impl(std::move(i_impl)) {}
+
+    std::shared_ptr<Impl> m_impl;
+};
+
+} // namespace Http
