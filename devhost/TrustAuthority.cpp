@@ -65,8 +65,9 @@ std::vector<Certificate> ParseCertificates(std::string_view i_pem) {
     return certificates;
 }
 
+/// The registry's part of the store alone: from the whole one Wine does not remove anything.
 Store OpenTrustedAuthorities() {
-    Store store(CertOpenStore(CERT_STORE_PROV_SYSTEM_W, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, L"Root"));
+    Store store(CertOpenStore(CERT_STORE_PROV_SYSTEM_REGISTRY_W, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, L"Root"));
     if (!store) {
         throw std::runtime_error("the store of trusted authorities cannot be opened");
     }

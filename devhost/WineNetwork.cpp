@@ -177,13 +177,14 @@ sockaddr_in ResolveServiceAddress(const std::string& i_address) {
     return address;
 }
 
-/// A proxy of this machine (Wine also takes one from the variable http_proxy) must not come between.
-void UseNoProxy() {
-    INTERNET_PROXY_INFO direct{};
-    direct.dwAccessType = INTERNET_OPEN_TYPE_DIRECT;
-    if (!InternetSetOptionW(nullptr, INTERNET_OPTION_PROXY, &direct, sizeof(direct))) {
-        throw std::runtime_error("WinINet's proxy could not be turned off");
+/// Wine takes the machine's proxy from the variable http_proxy; it must not come between us and the service.
+void BypassProxy() {
+    std::wstring hosts;
+    for (const std::string_view host : service_hosts) {
+        hosts.append(host.begin(), host.end()) += L';';
     }
+    const wchar_t* const old_hosts = _wgetenv(L"no_proxy");
+    _wputenv_s(L"no_proxy", (hosts + (old_hosts == nullptr ? L"" : old_hosts)).c_str());
 }
 
 // ---- Streamed uploads ---------------------------------------------------------------------------------------------
@@ -210,37 +211,17 @@ private:
 OpenUploads open_uploads;
 
 // WinINet's own functions. A test program redirects its own imports, so those lead back here.
-decltype(&HttpSendRequestExW) wininet_send = nullptr;
+decltype(&HttpSendRequestExW) wininet_begin = nullptr;
 decltype(&HttpEndRequestW) wininet_end = nullptr;
 decltype(&InternetCloseHandle) wininet_close = nullptr;
 
-/// The value of the Content-Length header that the caller has given to the request, 0 when there is none.
-ULONGLONG AnnouncedLength(HINTERNET i_request) {
-    std::array<wchar_t, 32> text{};
-    DWORD size = sizeof(text);
-    const DWORD what = HTTP_QUERY_CONTENT_LENGTH | HTTP_QUERY_FLAG_REQUEST_HEADERS;
-    return HttpQueryInfoW(i_request, what, text.data(), &size, nullptr) ? std::wcstoull(text.data(), nullptr, 10) : 0;
-}
-
-/// Wine replaces the caller's Content-Length by the size in the buffers, and by 0 when there are none.
-BOOL WINAPI SendWithAnnouncedLength(HINTERNET i_request, LPINTERNET_BUFFERSW i_buffers, LPINTERNET_BUFFERSW o_buffers,
-                                    DWORD i_flags, DWORD_PTR i_context) {
-    INTERNET_BUFFERSW announcement{};
-    announcement.dwStructSize = sizeof(announcement);
-    if (i_buffers == nullptr) {
-        const ULONGLONG length = AnnouncedLength(i_request);
-        if (length > MAXDWORD) { // more than the field can hold: refused, not truncated
-            SetLastError(ERROR_FILE_TOO_LARGE);
-            return FALSE;
-        }
-        announcement.dwBufferTotal = static_cast<DWORD>(length);
-        i_buffers = &announcement;
-    }
-    const BOOL sent = wininet_send(i_request, i_buffers, o_buffers, i_flags, i_context);
-    if (sent) {
+BOOL WINAPI BeginUpload(HINTERNET i_request, LPINTERNET_BUFFERSW i_buffers, LPINTERNET_BUFFERSW o_buffers,
+                        DWORD i_flags, DWORD_PTR i_context) {
+    const BOOL begun = wininet_begin(i_request, i_buffers, o_buffers, i_flags, i_context);
+    if (begun) {
         open_uploads.Add(i_request);
     }
-    return sent;
+    return begun;
 }
 
 BOOL WINAPI EndUpload(HINTERNET i_request, LPINTERNET_BUFFERSW o_buffers, DWORD i_flags, DWORD_PTR i_context) {
@@ -250,7 +231,7 @@ BOOL WINAPI EndUpload(HINTERNET i_request, LPINTERNET_BUFFERSW o_buffers, DWORD 
 
 /// Wine puts the connection of an upload that is closed half-way back into its pool, and the next request's bytes
 /// would complete that upload. Ending it first, with no time to wait for the reply, makes Wine drop the connection.
-BOOL WINAPI CloseAndAbandonUpload(HINTERNET i_handle) {
+BOOL WINAPI CloseUpload(HINTERNET i_handle) {
     if (open_uploads.Remove(i_handle)) {
         DWORD milliseconds = 1;
         InternetSetOptionW(i_handle, INTERNET_OPTION_RECEIVE_TIMEOUT, &milliseconds, sizeof(milliseconds));
@@ -276,7 +257,7 @@ void RedirectWinInet() {
         throw std::runtime_error("Windows Sockets could not be started");
     }
     development_service = ResolveServiceAddress(address);
-    UseNoProxy();
+    BypassProxy();
     const HMODULE wininet = GetModuleHandleW(L"wininet.dll");
     ReplaceImport(wininet, L"ws2_32.dll", "GetAddrInfoW", &GetStandInAddrInfo);
     ReplaceImport(wininet, L"ws2_32.dll", "connect", &ConnectThroughService);
@@ -286,9 +267,9 @@ void RedirectModuleImports(HMODULE i_module) {
     if (!IsWine()) {
         return;
     }
-    wininet_send = ReplaceImport(i_module, L"wininet.dll", "HttpSendRequestExW", &SendWithAnnouncedLength);
+    wininet_begin = ReplaceImport(i_module, L"wininet.dll", "HttpSendRequestExW", &BeginUpload);
     wininet_end = ReplaceImport(i_module, L"wininet.dll", "HttpEndRequestW", &EndUpload);
-    wininet_close = ReplaceImport(i_module, L"wininet.dll", "InternetCloseHandle", &CloseAndAbandonUpload);
+    wininet_close = ReplaceImport(i_module, L"wininet.dll", "InternetCloseHandle", &CloseUpload);
 }
 
 } // namespace DevHost

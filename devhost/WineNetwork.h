@@ -16,9 +16,9 @@ bool IsWine();
 /// To be called once, before the process's first request.
 void RedirectWinInet();
 
-/// Mends what Wine's WinINet does wrong with streamed uploads (HttpSendRequestExW, InternetWriteFile, HttpEndRequestW),
-/// for the calls of one module: its imports of the three functions involved are redirected, and must be there.
-/// To be called after the module was loaded and before its first request; several threads may upload at a time.
+/// Makes it safe under Wine to close a streamed upload (HttpSendRequestExW, InternetWriteFile, HttpEndRequestW) before
+/// its end. The three imports of the module that this takes are redirected, and must be there. To be called once for a
+/// module, before its first request; several threads may upload at a time.
 void RedirectModuleImports(HMODULE i_module);
 
 } // namespace DevHost

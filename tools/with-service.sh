@@ -3,7 +3,8 @@
 # which has two accounts over two empty folders. Ends with the program's exit code and leaves nothing behind.
 #
 # The program finds the service by these variables: DEVSERVICE_ADDRESS (host:port), DEVSERVICE_STATE (the folder with
-# its authority and its token), DEVSERVICE_ROOT and DEVSERVICE_ROOT_2 (the accounts' folders); paths are Windows' own.
+# its authority and its token), DEVSERVICE_ROOT and DEVSERVICE_ROOT_2 (the accounts' folders), DEVTRUST (the program that
+# adds and removes the authority); paths are Windows' own.
 set -euo pipefail
 # shellcheck source=tools/service.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/service.sh"
@@ -23,7 +24,8 @@ StartService "$folder/state" -- --root "$folder/first" --user "Ada Example" --ro
 DEVSERVICE_STATE=$(WindowsPath "$folder/state")
 DEVSERVICE_ROOT=$(WindowsPath "$folder/first")
 DEVSERVICE_ROOT_2=$(WindowsPath "$folder/second")
-export DEVSERVICE_STATE DEVSERVICE_ROOT DEVSERVICE_ROOT_2
+DEVTRUST=$(WindowsPath "$trust_program")
+export DEVSERVICE_STATE DEVSERVICE_ROOT DEVSERVICE_ROOT_2 DEVTRUST
 
 exit_code=0
 RunWine "$@" || exit_code=$?
