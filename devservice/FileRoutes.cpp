@@ -1,0 +1,89 @@
+#include "Routes.h"
+
+#include "Refusal.h"
+
+namespace DevService::FileRoutes {
+
+namespace {
+
+/// The current versions' reply.
+Reply InObject(const Metadata& i_metadata, Tagged i_tagged) {
+    return Reply::Json("{\"metadata\": " + MetadataJson(i_metadata, i_tagged) + "}");
+}
+
+Metadata CreateFolderOf(Call& io_call) {
+    Arguments& arguments = io_call.arguments;
+    const std::string path = arguments.Path("path", PathForm::Write);
+    const bool has_autorename = arguments.Flag("autorename", false);
+    arguments.Finish();
+    return io_call.account.writer.CreateFolder(path, has_autorename);
+}
+
+Metadata DeleteOf(Call& io_call) {
+    Arguments& arguments = io_call.arguments;
+    const std::string path = arguments.Path("path", PathForm::WriteOrId);
+    const auto parent_revision = arguments.OptionalText("parent_rev");
+    arguments.Finish();
+    return io_call.account.writer.Delete(path, parent_revision);
+}
+
+Metadata RelocateOf(Call& io_call, StorageWriter::Relocation i_what) {
+    Arguments& arguments = io_call.arguments;
+    const std::string from = arguments.Path("from_path", PathForm::WriteOrId);
+    const std::string to = arguments.Path("to_path", PathForm::WriteOrId);
+    const bool has_autorename = arguments.Flag("autorename", false);
+    arguments.Ignore({"allow_shared_folder", "allow_ownership_transfer"}); // there is nobody to share with
+    arguments.Finish();
+    return io_call.account.writer.Relocate(i_what, from, to, has_autorename);
+}
+
+} // namespace
+
+Reply GetMetadata(Call& io_call) {
+    Arguments& arguments = io_call.arguments;
+    const std::string path = arguments.Text("path");
+    if (path.empty() || path == "/")
+        arguments.Refuse("path", "The root folder is unsupported.");
+    arguments.Path("path", PathForm::Read);
+    // include_media_info is historic, and still sent.
+    arguments.Ignore(
+        {"include_media_info", "include_deleted", "include_has_explicit_shared_members", "include_property_groups"});
+    arguments.Finish();
+    Storage& storage = io_call.account.storage;
+    const Metadata metadata = storage.Describe(storage.Require(path, "path"), Storage::HashWanted::WhenQuick);
+    return Reply::Json(MetadataJson(metadata, Tagged::Yes));
+}
+
+Reply CreateFolder(Call& io_call) {
+    return Reply::Json(MetadataJson(CreateFolderOf(io_call), Tagged::No));
+}
+
+Reply CreateFolderV2(Call& io_call) {
+    return InObject(CreateFolderOf(io_call), Tagged::No);
+}
+
+Reply Delete(Call& io_call) {
+    return Reply::Json(MetadataJson(DeleteOf(io_call), Tagged::Yes));
+}
+
+Reply DeleteV2(Call& io_call) {
+    return InObject(DeleteOf(io_call), Tagged::Yes);
+}
+
+Reply Copy(Call& io_call) {
+    return Reply::Json(MetadataJson(RelocateOf(io_call, StorageWriter::Relocation::Copy), Tagged::Yes));
+}
+
+Reply CopyV2(Call& io_call) {
+    return InObject(RelocateOf(io_call, StorageWriter::Relocation::Copy), Tagged::Yes);
+}
+
+Reply Move(Call& io_call) {
+    return Reply::Json(MetadataJson(RelocateOf(io_call, StorageWriter::Relocation::Move), Tagged::Yes));
+}
+
+Reply MoveV2(Call& io_call) {
+    return InObject(RelocateOf(io_call, StorageWriter::Relocation::Move), Tagged::Yes);
+}
+
+} // namespace DevService::FileRoutes

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace DevService {
+
+/// The three hosts that the service plays.
+enum class Host { Api, Content, Web };
+
+inline constexpr std::string_view ApiHost = DROPBOX_API_HOST;
+inline constexpr std::string_view ContentHost = DROPBOX_CONTENT_HOST;
+inline constexpr std::string_view WebHost = DROPBOX_WEB_HOST;
+
+/// The host of that name, whatever its case; empty for every name that is not ours.
+std::optional<Host> FindHost(std::string_view i_name);
+
+/// The name of the host as configured.
+std::string_view HostName(Host i_host);
+
+} // namespace DevService

@@ -1,0 +1,47 @@
+#include "IncomingFile.h"
+
+#include "Refusal.h"
+#include "ServicePath.h"
+#include "Text.h"
+
+namespace DevService {
+
+namespace fs = std::filesystem;
+
+IncomingFile::IncomingFile(const fs::path& i_folder) {
+    constexpr std::size_t NameBytes = 12;
+    m_path = i_folder / (std::string(HiddenPrefix) + RandomText(NameBytes));
+    m_stream.rdbuf()->pubsetbuf(nullptr, 0); // what comes is in big pieces already
+    m_stream.open(m_path, std::ios::binary);
+    if (!m_stream)
+        throw RouteError({"path", "no_write_permission"}).AsUploadFailure();
+}
+
+IncomingFile::~IncomingFile() {
+    m_stream.close();
+    std::error_code ignored;
+    if (!m_path.empty())
+        fs::remove(m_path, ignored);
+}
+
+void IncomingFile::Write(std::string_view i_data) {
+    m_stream.write(i_data.data(), static_cast<std::streamsize>(i_data.size()));
+    if (!m_stream)
+        throw RouteError({"path", "insufficient_space"}).AsUploadFailure();
+    m_hash.Add(i_data);
+    m_size += i_data.size();
+}
+
+std::string IncomingFile::Close() {
+    m_stream.close();
+    if (!m_stream)
+        throw RouteError({"path", "insufficient_space"}).AsUploadFailure();
+    return m_hash.Finish();
+}
+
+void IncomingFile::MoveTo(const fs::path& i_target) {
+    fs::rename(m_path, i_target);
+    m_path.clear();
+}
+
+} // namespace DevService

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "ContentHash.h"
+
+namespace DevService {
+
+/// A file that is being uploaded, under a hidden name in the file system of its target. Unless it is moved onto the
+/// target it disappears with this object, so a dropped upload leaves nothing behind.
+class IncomingFile {
+public:
+    /// @param i_folder an existing folder
+    explicit IncomingFile(const std::filesystem::path& i_folder);
+    ~IncomingFile();
+    IncomingFile(const IncomingFile&) = delete;
+    IncomingFile& operator=(const IncomingFile&) = delete;
+
+    /// @throws RouteError path/insufficient_space when the disk takes no more
+    void Write(std::string_view i_data);
+
+    /// Ends the writing. @returns the content hash of all that was written
+    std::string Close();
+
+    /// Moves the closed file onto `i_target`, replacing a file there in one step.
+    void MoveTo(const std::filesystem::path& i_target);
+
+    std::uint64_t Size() const { return m_size; }
+
+private:
+    std::filesystem::path m_path;
+    std::ofstream m_stream;
+    ContentHash m_hash;
+    std::uint64_t m_size = 0;
+};
+
+} // namespace DevService

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "JsonText.h"
+
+namespace DevService {
+
+/// What the service tells of one file or folder.
+struct Metadata {
+    enum class Kind { File, Folder, Deleted };
+
+    Kind kind = Kind::File;
+    std::string name;
+    std::string path; ///< as displayed; its lower-case form identifies the item
+    std::string id;
+
+    // Of files only:
+    std::uint64_t size = 0;
+    std::int64_t client_modified = 0; ///< seconds since 1970, UTC
+    std::int64_t server_modified = 0;
+    std::string revision;
+    std::string content_hash; ///< empty: not told
+
+    bool IsFolder() const { return kind == Kind::Folder; }
+};
+
+/// Whether the object names its kind in a ".tag": it does wherever a reply could hold either kind.
+enum class Tagged { No, Yes };
+
+void WriteMetadata(JsonWriter& io_json, const Metadata& i_metadata, Tagged i_tagged);
+std::string MetadataJson(const Metadata& i_metadata, Tagged i_tagged);
+
+/// "2015-05-12T15:50:38Z"
+std::string TimeText(std::int64_t i_seconds);
+
+/// The seconds since 1970 of such a text; empty when it is none.
+std::optional<std::int64_t> ParseTime(const std::string& i_text);
+
+} // namespace DevService

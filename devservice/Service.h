@@ -1,0 +1,24 @@
+#pragma once
+
+#include <atomic>
+
+#include "Accounts.h"
+#include "Faults.h"
+#include "RequestLog.h"
+#include "TlsAuthority.h"
+
+namespace DevService {
+
+/// All that the connections share.
+struct Service {
+    Accounts accounts;
+    RequestLog requests;
+    Faults faults;
+    TlsAuthority authority;
+    std::atomic<std::size_t> page_size = Paging().page_size;
+    std::atomic<bool> has_empty_pages = false;
+
+    Paging CurrentPaging() const { return {page_size, has_empty_pages}; }
+};
+
+} // namespace DevService

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "IncomingFile.h"
+#include "Storage.h"
+
+namespace DevService {
+
+/// Changes to the folder that one account shows. Changes of one account happen one after the other, so that a check
+/// and the step after it belong together. All operations throw RouteError.
+class StorageWriter {
+public:
+    explicit StorageWriter(Storage& io_storage) : m_storage(io_storage) {}
+
+    enum class Relocation { Copy, Move };
+
+    struct Commit {
+        std::string path; ///< argument of the call
+        enum class Mode { Add, Overwrite, Update } mode = Mode::Add;
+        std::string revision; ///< the one that an update is based on
+        bool has_autorename = false;
+        bool is_strict_conflict = false;
+        std::optional<std::int64_t> client_modified; ///< seconds since 1970
+        std::optional<std::string> content_hash;     ///< what the bytes must have, when the client says so
+    };
+
+    /// Makes the folder and the missing ones above it.
+    Metadata CreateFolder(std::string_view i_argument, bool i_has_autorename);
+
+    /// Deletes the item with all below it. @returns what it was
+    Metadata Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision);
+
+    Metadata Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to, bool i_has_autorename);
+
+    /// The folder in which an upload to that path should collect its bytes: one that exists and from where the file
+    /// can be moved to its place in one step.
+    std::filesystem::path FolderForUpload(std::string_view i_argument);
+
+    /// Puts a completely received file in its place.
+    Metadata Store(IncomingFile& io_file, const Commit& i_commit);
+
+private:
+    Storage::Place FreePlace(ServicePath i_path, bool i_has_autorename, bool i_is_folder, std::string_view i_member);
+    void CheckWritable(const Storage::Place& i_place, std::string_view i_member);
+    void MakeParents(const Storage::Place& i_place);
+    void CopyTree(const std::filesystem::path& i_from, const std::filesystem::path& i_to);
+    Storage::Place PlaceForCommit(const Commit& i_commit);
+
+    Storage& m_storage;
+    std::mutex m_mutex;
+};
+
+} // namespace DevService
