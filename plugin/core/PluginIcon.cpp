@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <list>
+#include <vector>
 
 using Qorv::ComPtr;
 

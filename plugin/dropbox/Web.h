@@ -37,12 +37,12 @@ public:
     std::vector<std::shared_ptr<SharePoint::Object>> GetChildren() override;
 
     // For the account's objects.
-    const Http::Session& ApiSession() const noexcept { return m_api_session; }
-    const Http::Session& ContentSession() const noexcept { return m_content_session; }
+    Http::Session& ApiSession() noexcept { return m_api_session; }
+    Http::Session& ContentSession() noexcept { return m_content_session; }
     /// What the service knows of the object at a path.
-    SharePoint::ObjectInformation GetMetadata(const std::wstring& path) const;
+    SharePoint::ObjectInformation GetMetadata(const std::wstring& path);
     /// All children of the folder at a path; the root's is empty.
-    std::vector<std::shared_ptr<SharePoint::Object>> ListFolder(const std::wstring& path) const;
+    std::vector<std::shared_ptr<SharePoint::Object>> ListFolder(const std::wstring& path);
 
 private:
     Web(Http::Session i_api_session, Http::Session i_content_session);

@@ -4,16 +4,29 @@
 
 #include <wininet.h>
 
-#include <memory>
-#include <type_traits>
+#include <utility>
 
 namespace Http {
 
-struct InternetHandleCloser {
-    void operator()(HINTERNET i_handle) const noexcept { InternetCloseHandle(i_handle); }
-};
+/// An owned WinINet handle. Converts to the plain one, so that it can stand in calls and comparisons.
+class InternetHandle {
+public:
+    InternetHandle() = default;
+    explicit InternetHandle(HINTERNET i_handle) noexcept : m_handle(i_handle) {}
+    InternetHandle(InternetHandle&& io_other) noexcept : m_handle(std::exchange(io_other.m_handle, nullptr)) {}
+    InternetHandle& operator=(InternetHandle i_other) noexcept {
+        std::swap(m_handle, i_other.m_handle);
+        return *this;
+    }
+    ~InternetHandle() {
+        if (m_handle != nullptr)
+            InternetCloseHandle(m_handle);
+    }
 
-/// An owned WinINet handle.
-using InternetHandle = std::unique_ptr<std::remove_pointer_t<HINTERNET>, InternetHandleCloser>;
+    operator HINTERNET() const noexcept { return m_handle; }
+
+private:
+    HINTERNET m_handle = nullptr;
+};
 
 } // namespace Http

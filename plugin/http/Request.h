@@ -9,10 +9,11 @@
 namespace Http {
 
 /// An upload whose body is written piece by piece. Dropped before `Send`, it is aborted: the service keeps what it had.
+/// Copies share it.
 class Request {
 public:
-    /// Takes a request whose body is open.
-    explicit Request(InternetHandle i_handle);
+    /// Without a handle, until the session gives it one.
+    Request();
 
     /// Writes at most `size` bytes and returns how many were written: callers go on until all are.
     std::uint32_t Write(const void* data, std::size_t size);
@@ -21,6 +22,8 @@ public:
     Response Send();
 
 private:
+    friend class Session;
+
     struct Impl {
         InternetHandle handle;
     };

@@ -23,9 +23,6 @@ struct Uri {
     std::wstring path; ///< With the query.
 };
 
-/// Header line end; each extra header line is ended by it.
-inline constexpr wchar_t line_end = L'\n';
-
 /// The way to one host over WinINet, and the authorization that every call to it carries. Copies share it.
 ///
 /// Every call of the storage service is a POST. Failures are thrown: `HResultException` for WinINet's own, with the
@@ -38,7 +35,7 @@ public:
                           const Credentials& server_credentials, const Credentials& proxy_credentials);
 
     /// Escapes and splits an address. Throws `Exception` for any scheme but http and https.
-    static Uri CrackUri(const std::wstring& uri);
+    static Uri CrackUri(const wchar_t* uri);
 
     /// Replaces the header lines that authorize each call; the text ends with a line end.
     void SetAuthorizationHeader(const std::wstring& text);
@@ -46,15 +43,20 @@ public:
     /// Sends a body that is in memory, and answers the challenges of a 401 and a 407. `path` has no leading "/";
     /// `accept_types` ends with a null; `extra_headers` are lines, or null; `body` is UTF-8, null for none.
     Response SendRequest(const wchar_t* path, const wchar_t** accept_types, const wchar_t* extra_headers,
-                         const char* body) const;
+                         const char* body);
 
-    /// Opens an upload of exactly `content_size` bytes, which the caller writes.
-    Request CreateRequest(const std::wstring& headers, std::uint64_t content_size) const;
+    /// Opens an upload of exactly `content_size` bytes, which the caller writes. `headers` are lines.
+    Request CreateRequest(const std::wstring& headers, std::uint64_t content_size);
 
 private:
+    struct Attempts;
     struct Impl;
 
-    explicit Session(std::shared_ptr<Impl> i_impl) : m_impl(std::move(i_impl)) {}
+    explicit Session(std::shared_ptr<Impl> i_impl);
+
+    DWORD RequestFlags() const;
+    bool AnswerChallenge(const Response& i_response, DWORD i_status, Attempts& io_attempts);
+    bool AnswerOAuth(const Response& i_response, const std::wstring& i_challenge, Attempts& io_attempts);
 
     std::shared_ptr<Impl> m_impl;
 };

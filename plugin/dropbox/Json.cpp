@@ -1,0 +1,113 @@
+#include "dropbox/Json.h"
+
+#include "core/Check.h"
+#include "core/Text.h"
+
+#include <cwctype>
+
+namespace Dropbox::Utility {
+
+namespace {
+
+constexpr wchar_t white_space[] = L" \t\r\n";
+
+/// The texts for the library's codes. They are those of an earlier version of it, which told some cases apart that
+/// share a code today: `i_at` is the text from the error on, `i_before` the character before it.
+const wchar_t* ErrorText(rapidjson::ParseErrorCode i_code, std::wstring_view i_at, wchar_t i_before) {
+    TRACE_FUNCTION();
+    constexpr std::size_t escape_size = 6; // "\uD83D"
+    switch (i_code) {
+    case rapidjson::kParseErrorDocumentEmpty:
+        return L"Text only contains white space(s)";
+    case rapidjson::kParseErrorDocumentRootNotSingular:
+        return L"Nothing should follow the root object or array.";
+    case rapidjson::kParseErrorObjectMissName:
+        return L"Name of an object member must be a string";
+    case rapidjson::kParseErrorObjectMissColon:
+        return L"There must be a colon after the name of object member";
+    case rapidjson::kParseErrorObjectMissCommaOrCurlyBracket:
+        return L"Must be a comma or '}' after an object member";
+    case rapidjson::kParseErrorArrayMissCommaOrSquareBracket:
+        return L"Must be a comma or ']' after an array element.";
+    case rapidjson::kParseErrorStringUnicodeEscapeInvalidHex:
+        return L"Incorrect hex digit after \\u escape";
+    case rapidjson::kParseErrorStringUnicodeSurrogateInvalid:
+        return i_at.substr(std::min(escape_size, i_at.size())).starts_with(L"\\u")
+                   ? L"The second \\u in surrogate pair is invalid"
+                   : L"Missing the second \\u in surrogate pair";
+    case rapidjson::kParseErrorStringEscapeInvalid:
+        return i_at.starts_with(L'\\') ? L"Unknown escape character" : L"Incorrect unescaped character in string";
+    case rapidjson::kParseErrorStringInvalidEncoding:
+        return L"Incorrect unescaped character in string";
+    case rapidjson::kParseErrorStringMissQuotationMark:
+        return L"lacks ending quotation before the end of string";
+    case rapidjson::kParseErrorNumberTooBig:
+        return L"Number too big to store in double";
+    case rapidjson::kParseErrorNumberMissFraction:
+        return L"At least one digit in fraction part";
+    case rapidjson::kParseErrorNumberMissExponent:
+        return L"At least one digit in exponent";
+    default: // A misspelled true, false or null, or no value at all.
+        return std::iswalpha(i_before) ? L"Invalid value" : L"Expect a value here.";
+    }
+}
+
+std::string ReadBody(Http::Response& response) {
+    TRACE_FUNCTION();
+    std::string body;
+    char piece[1024];
+    while (const std::uint32_t size = response.Read(piece, sizeof piece))
+        body.append(piece, size);
+    return body;
+}
+
+} // namespace
+
+void ThrowJsonAssertion(const wchar_t* i_assertion) {
+    TRACE_FUNCTION();
+    const Exception exception(i_assertion);
+    Detail::ReportThrow(trace_function, i_assertion, exception);
+    throw exception;
+}
+
+void JsonDocument::ParseText(const std::wstring& i_text) {
+    TRACE_FUNCTION();
+    // The library takes any value for a document; the service's documents are objects or arrays.
+    const std::size_t root = i_text.find_first_not_of(white_space);
+    if (root != std::wstring::npos && i_text[root] != L'{' && i_text[root] != L'[') {
+        m_error_text = L"Expect either an object or array at root";
+        m_error_offset = root;
+        return;
+    }
+    rapidjson::GenericStringStream<JsonEncoding> stream(i_text.c_str());
+    ParseStream<rapidjson::kParseIterativeFlag>(stream);
+    if (!GenericDocument::HasParseError())
+        return;
+    m_error_offset = GetErrorOffset();
+    const std::size_t at = std::min(m_error_offset, i_text.size());
+    m_error_text = ErrorText(GetParseError(), std::wstring_view(i_text).substr(at), at > 0 ? i_text[at - 1] : L'\0');
+}
+
+void ParseJson(JsonDocument& document, Http::Response& response) {
+    TRACE_FUNCTION();
+    JsonDocument& json = document;
+    json.ParseText(FromUtf8(ReadBody(response)));
+    // It says line and means the character: kept, because tools that read the log know it so.
+    CHECK_THROW(!json.HasParseError(), Exception(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() +
+                                                 L"\nJSON line: " + std::to_wstring(json.ErrorOffset())));
+}
+
+const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name) {
+    TRACE_FUNCTION();
+    const auto member = i_object.FindMember(i_name);
+    CHECK_THROW(member != i_object.MemberEnd(),
+                Exception(std::wstring(L"The service's reply has no \"") + i_name + L"\""));
+    return member->value;
+}
+
+std::wstring Text(const JsonValue& i_value) {
+    TRACE_FUNCTION();
+    return {i_value.GetString(), i_value.GetStringLength()};
+}
+
+} // namespace Dropbox::Utility

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "http/Response.h"
+
+#include <cstddef>
+#include <string>
+
+namespace Dropbox::Utility {
+
+/// Throws an `Exception` with the text of an assertion of the JSON library: a reply that is not what the service
+/// promises, such as a number where a text should be.
+[[noreturn]] void ThrowJsonAssertion(const wchar_t* i_assertion);
+
+} // namespace Dropbox::Utility
+
+#define RAPIDJSON_ASSERT(condition)                                                                                    \
+    do {                                                                                                               \
+        if (!(condition))                                                                                              \
+            ::Dropbox::Utility::ThrowJsonAssertion(L"" #condition);                                                    \
+    } while (false)
+#include <rapidjson/document.h>
+
+namespace Dropbox::Utility {
+
+using JsonEncoding = rapidjson::UTF16<wchar_t>;
+using JsonValue = rapidjson::GenericValue<JsonEncoding, rapidjson::MemoryPoolAllocator<>>;
+
+/// A parsed JSON text in UTF-16.
+class JsonDocument : public rapidjson::GenericDocument<JsonEncoding, rapidjson::MemoryPoolAllocator<>> {
+public:
+    /// Parses without recursion, so that depth is no danger.
+    void ParseText(const std::wstring& i_text);
+
+    bool HasParseError() const noexcept { return m_error_text != nullptr; }
+    /// What is wrong, null when nothing is.
+    const wchar_t* ParseErrorText() const noexcept { return m_error_text; }
+    /// Where, in characters from the text's start.
+    std::size_t ErrorOffset() const noexcept { return m_error_offset; }
+
+private:
+    const wchar_t* m_error_text = nullptr;
+    std::size_t m_error_offset = 0;
+};
+
+/// Fills the document from a reply's body. Throws an `Exception` for a text that is no JSON.
+void ParseJson(JsonDocument& document, Http::Response& response);
+
+/// A member that must be there. Throws an `Exception` when it is not.
+const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name);
+
+/// The text of a value that must be one.
+std::wstring Text(const JsonValue& i_value);
+
+} // namespace Dropbox::Utility

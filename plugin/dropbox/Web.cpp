@@ -1,0 +1,179 @@
+#include "dropbox/Web.h"
+
+#include "core/Check.h"
+#include "core/Text.h"
+#include "dropbox/ApiCalls.h"
+#include "dropbox/Json.h"
+#include "dropbox/Metadata.h"
+#include "dropbox/Object.h"
+#include "dropbox/ServiceConfiguration.h"
+
+namespace Dropbox {
+
+namespace {
+
+using Utility::JsonDocument;
+using Utility::Member;
+
+Http::Session OpenSession(const wchar_t* i_host, const std::wstring& authorization_header,
+                          const Http::Credentials& server_credentials, const Http::Credentials& proxy_credentials) {
+    TRACE_FUNCTION();
+    auto session =
+        Http::Session::Create(ServiceConfiguration::scheme_prefix, i_host, server_credentials, proxy_credentials);
+    session.SetAuthorizationHeader(authorization_header);
+    return session;
+}
+
+bool IsRoot(const std::wstring& path) {
+    TRACE_FUNCTION();
+    return path.empty() || path == L"/";
+}
+
+} // namespace
+
+Web::Web(Http::Session i_api_session, Http::Session i_content_session)
+    : m_api_session(std::move(i_api_session)), m_content_session(std::move(i_content_session)) {
+    TRACE_FUNCTION();
+    m_information._is_unknown = false; // The root is a folder without name or path.
+}
+
+Web::~Web() {
+    TRACE_FUNCTION();
+}
+
+std::shared_ptr<Web> Web::Create(const std::wstring& authorization_header, const Http::Credentials& server_credentials,
+                                 const Http::Credentials& proxy_credentials) {
+    TRACE_FUNCTION();
+    auto api_session =
+        OpenSession(ServiceConfiguration::api_host, authorization_header, server_credentials, proxy_credentials);
+    auto content_session =
+        OpenSession(ServiceConfiguration::content_host, authorization_header, server_credentials, proxy_credentials);
+    const std::shared_ptr<Web> web(new Web(std::move(api_session), std::move(content_session)));
+    web->m_self = web;
+    return web;
+}
+
+std::shared_ptr<SharePoint::File> Web::AsFile() {
+    TRACE_FUNCTION();
+    return nullptr;
+}
+
+std::shared_ptr<SharePoint::Folder> Web::AsFolder() {
+    TRACE_FUNCTION();
+    return m_self.lock();
+}
+
+std::shared_ptr<SharePoint::Web> Web::GetWeb() {
+    TRACE_FUNCTION();
+    return m_self.lock();
+}
+
+void Web::Refresh() {
+    TRACE_FUNCTION();
+    auto response = m_api_session.SendRequest(L"2/users/get_current_account", accept_json, nullptr, nullptr);
+    JsonDocument account;
+    Utility::ParseJson(account, response);
+    m_user_information = {Utility::Text(Member(account, L"account_id")),
+                          Utility::Text(Member(Member(account, L"name"), L"display_name"))};
+}
+
+void Web::Rename(const std::wstring&) {
+    TRACE_FUNCTION();
+    CHECK_THROW(false, Exception(L"Root folder cannot be renamed"));
+}
+
+void Web::Delete() {
+    TRACE_FUNCTION();
+    CHECK_THROW(false, Exception(L"Root folder cannot be deleted"));
+}
+
+std::shared_ptr<SharePoint::Object> Web::GetParentFolder(const std::wstring& path) {
+    TRACE_FUNCTION();
+    if (IsRoot(path))
+        return nullptr;
+    const std::size_t slash = path.rfind(L'/');
+    if (slash == std::wstring::npos || slash == 0)
+        return m_self.lock();
+    return BindObject(path.substr(0, slash), BindObjectType::folder);
+}
+
+std::shared_ptr<SharePoint::Object> Web::BindObject(const std::wstring& path, BindObjectType type) {
+    TRACE_FUNCTION();
+    if (IsRoot(path))
+        return type == BindObjectType::file ? nullptr : m_self.lock();
+    auto information = GetMetadata(path);
+    if (information._is_unknown)
+        return nullptr;
+    if (type != BindObjectType::any && information._is_folder != (type == BindObjectType::folder))
+        return nullptr;
+    return NewObject(std::move(information));
+}
+
+std::shared_ptr<SharePoint::Object> Web::CreateFile(const std::wstring& path) {
+    TRACE_FUNCTION();
+    const std::wstring headers = UploadArgument(path) + L"Content-Type: application/octet-stream\n";
+    auto response = m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr);
+    JsonDocument metadata;
+    Utility::ParseJson(metadata, response);
+    return NewObject(ReadMetadata(metadata, L"file"));
+}
+
+std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) {
+    TRACE_FUNCTION();
+    const std::string body = "{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}";
+    auto response = m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str());
+    JsonDocument metadata;
+    Utility::ParseJson(metadata, response);
+    return NewObject(ReadMetadata(metadata, L"folder")); // The reply names no kind.
+}
+
+std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {
+    TRACE_FUNCTION();
+    return ListFolder(L"");
+}
+
+SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {
+    TRACE_FUNCTION();
+    const std::string body = "{\"path\": \"" + ToUtf8(path) +
+                             "\",\"include_media_info\": false,\"include_deleted\": false,"
+                             "\"include_has_explicit_shared_members\": false}";
+    auto response = m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str());
+    JsonDocument metadata;
+    Utility::ParseJson(metadata, response);
+    return ReadMetadata(metadata);
+}
+
+std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstring& path) {
+    TRACE_FUNCTION();
+    // A folder's own path begins with a slash already: its listing asks for two, which is the form on the wire.
+    const std::string prefix = path.empty() ? "" : "/";
+    std::string body = "{\"path\": \"" + prefix + ToUtf8(path) +
+                       "\",\"recursive\": false,\"include_media_info\": false,\"include_deleted\": false,"
+                       "\"include_has_explicit_shared_members\": false}";
+    const wchar_t* call = L"2/files/list_folder";
+    std::vector<std::shared_ptr<SharePoint::Object>> children;
+    for (;;) {
+        auto response = m_api_session.SendRequest(call, accept_json, json_content, body.c_str());
+        JsonDocument page;
+        Utility::ParseJson(page, response);
+        for (const auto& entry : Member(page, L"entries").GetArray())
+            children.push_back(NewObject(ReadMetadata(entry)));
+        if (!Member(page, L"has_more").GetBool())
+            return children;
+        call = L"2/files/list_folder/continue";
+        body = "{\"cursor\": \"" + ToUtf8(Utility::Text(Member(page, L"cursor"))) + "\"}";
+    }
+}
+
+std::shared_ptr<SharePoint::Object> Web::NewObject(SharePoint::ObjectInformation i_information) const {
+    TRACE_FUNCTION();
+    return Dropbox::Object::Create(std::move(i_information), m_self.lock());
+}
+
+void RevokeToken(const std::wstring& authorization_header) {
+    TRACE_FUNCTION();
+    auto session = OpenSession(ServiceConfiguration::api_host, authorization_header, {}, {});
+    session.SendRequest(L"2/auth/token/revoke", accept_any, nullptr, nullptr);
+}
+
+} // namespace Dropbox

@@ -1,0 +1,65 @@
+#include "http/FailedReply.h"
+
+#include "core/Text.h"
+#include "http/RequestUri.h"
+
+#include <string_view>
+
+namespace {
+
+/// The body as far as it comes: one that breaks off must not hide the status that is being reported.
+std::string ReadBody(Http::Response& io_response) {
+    TRACE_FUNCTION();
+    std::string body;
+    try {
+        char piece[1024];
+        while (const std::uint32_t size = io_response.Read(piece, sizeof piece))
+            body.append(piece, size);
+    } catch (const Exception&) {
+        // `Read` has logged it.
+    }
+    return body;
+}
+
+/// The service's answers to a challenge are as good as a token: they stay out of the log.
+std::wstring_view WithoutSecret(std::wstring_view i_line) {
+    static constexpr std::wstring_view challenge = L"OAuth ";
+    const std::size_t at = i_line.find(challenge);
+    return at == std::wstring_view::npos ? i_line : i_line.substr(0, at + challenge.size());
+}
+
+std::wstring HeaderLines(const std::wstring& i_raw_headers) {
+    TRACE_FUNCTION();
+    std::wstring lines;
+    for (std::size_t start = 0; start < i_raw_headers.size();) {
+        const std::size_t end = std::min(i_raw_headers.find(L'\0', start), i_raw_headers.size());
+        if (end > start)
+            lines.append(WithoutSecret({&i_raw_headers[start], end - start})).append(L"\n");
+        start = end + 1;
+    }
+    return lines;
+}
+
+/// The text of the member "error_summary". The service writes only tag names into it, which need no unescaping; a
+/// whole parser for this one word would be too much for a layer that knows nothing of what it carries.
+std::wstring ErrorSummary(const std::wstring& i_body) {
+    TRACE_FUNCTION();
+    static constexpr std::wstring_view key = L"\"error_summary\"";
+    const std::size_t key_at = i_body.find(key);
+    if (key_at == std::wstring::npos)
+        return {};
+    const std::size_t start = i_body.find(L'"', key_at + key.size());
+    const std::size_t end = start == std::wstring::npos ? start : i_body.find(L'"', start + 1);
+    return end == std::wstring::npos ? std::wstring{} : i_body.substr(start + 1, end - start - 1);
+}
+
+} // namespace
+
+std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_caller) {
+    TRACE_FUNCTION();
+    const std::wstring body = FromUtf8(ReadBody(io_response));
+    if (IsLogEnabled())
+        TraceText(i_caller, L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
+                                HeaderLines(io_response.GetHeaders()) + L"\n" + body);
+    return ErrorSummary(body);
+}

@@ -1,0 +1,37 @@
+#include "http/Request.h"
+
+#include "core/Check.h"
+#include "http/FailedReply.h"
+
+namespace Http {
+
+Request::Request() : m_impl(std::make_shared<Impl>()) {
+    TRACE_FUNCTION();
+}
+
+std::uint32_t Request::Write(const void* data, std::size_t size) {
+    TRACE_FUNCTION();
+    DWORD written_size = 0;
+    CHECK_THROW(InternetWriteFile(m_impl->handle, data, static_cast<DWORD>(size), &written_size), LastErrorException());
+    return written_size;
+}
+
+Response Request::Send() {
+    TRACE_FUNCTION();
+    CHECK_THROW(HttpEndRequestW(m_impl->handle, nullptr, 0, 0), LastErrorException());
+    Response response;
+    response.m_impl->handle = std::move(m_impl->handle);
+
+    const HINTERNET request_handle = response.Handle();
+    DWORD status = 0;
+    DWORD status_size = sizeof status;
+    CHECK_THROW(
+        HttpQueryInfoW(request_handle, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &status_size, nullptr),
+        LastErrorException());
+    const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : L"";
+    CHECK_THROW(200 <= status && status < 400, HttpException(request_handle, {}, error_summary));
+    response.m_impl->status = static_cast<std::uint16_t>(status);
+    return response;
+}
+
+} // namespace Http

@@ -1,0 +1,91 @@
+#include "http/Response.h"
+
+#include "core/Check.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace Http {
+
+namespace {
+
+constexpr std::size_t first_value_capacity = 256; // Bytes; most values are shorter.
+
+struct Free {
+    void operator()(void* i_memory) const noexcept { std::free(i_memory); }
+};
+using Buffer = std::unique_ptr<wchar_t, Free>;
+
+HResultException OutOfMemory() {
+    return HResultException(E_OUTOFMEMORY);
+}
+
+} // namespace
+
+Response::Response() : m_impl(std::make_shared<Impl>()) {
+    TRACE_FUNCTION();
+}
+
+std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
+    TRACE_FUNCTION();
+    if (m_impl->received == 0)
+        if (const auto lengths = GetHeaders(L"Content-Length"); !lengths.empty())
+            m_impl->length = std::wcstoull(lengths.front().c_str(), nullptr, 10);
+
+    DWORD read_size = 0;
+    CHECK_THROW(InternetReadFile(m_impl->handle, buffer, static_cast<DWORD>(max_size), &read_size),
+                LastErrorException());
+    m_impl->received += read_size;
+    if (read_size == 0)
+        CheckBodyIsWhole();
+    return read_size;
+}
+
+void Response::CheckBodyIsWhole() const {
+    TRACE_FUNCTION();
+    // WinINet reports a body that broke off as one that ended.
+    CHECK_THROW(m_impl->received >= m_impl->length.value_or(0),
+                HResultException(L"The connection was closed before the whole reply had arrived",
+                                 HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
+}
+
+std::vector<std::wstring> Response::GetHeaders(const std::wstring& name) const {
+    TRACE_FUNCTION();
+    const std::size_t name_size = (name.size() + 1) * sizeof(wchar_t);
+    std::size_t capacity = std::max(first_value_capacity, name_size); // Bytes, as all sizes here.
+    Buffer buffer(static_cast<wchar_t*>(std::malloc(capacity)));
+    CHECK_THROW(buffer != nullptr, OutOfMemory());
+
+    std::vector<std::wstring> values;
+    for (DWORD index = 0;;) { // WinINet advances it with each value.
+        std::memcpy(buffer.get(), name.c_str(), name_size);
+        DWORD size = static_cast<DWORD>(capacity);
+        if (HttpQueryInfoW(Handle(), HTTP_QUERY_CUSTOM, buffer.get(), &size, &index)) {
+            values.emplace_back(buffer.get(), size / sizeof(wchar_t));
+            continue;
+        }
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
+            CHECK_THROW(GetLastError() == ERROR_HTTP_HEADER_NOT_FOUND, LastErrorException());
+            return values;
+        }
+        Buffer new_buffer(static_cast<wchar_t*>(std::malloc(size)));
+        CHECK_THROW(new_buffer != nullptr, OutOfMemory());
+        buffer = std::move(new_buffer);
+        capacity = size;
+    }
+}
+
+std::wstring Response::GetHeaders() const {
+    TRACE_FUNCTION();
+    DWORD size = 0; // In bytes.
+    SetLastError(ERROR_SUCCESS);
+    HttpQueryInfoW(Handle(), HTTP_QUERY_RAW_HEADERS, nullptr, &size, nullptr);
+    CHECK_THROW(GetLastError() == 0 || GetLastError() == ERROR_INSUFFICIENT_BUFFER, LastErrorException());
+    std::wstring headers(size / sizeof(wchar_t), L'\0');
+    CHECK_THROW(HttpQueryInfoW(Handle(), HTTP_QUERY_RAW_HEADERS, headers.data(), &size, nullptr), LastErrorException());
+    headers.resize(size / sizeof(wchar_t));
+    return headers;
+}
+
+} // namespace Http

@@ -1,0 +1,212 @@
+#include "http/Session.h"
+
+#include "core/Check.h"
+#include "http/FailedReply.h"
+#include "http/RequestUri.h"
+
+#include <shlwapi.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+constexpr wchar_t user_agent[] = L"Quillan HttpSession";
+constexpr std::wstring_view https_prefix = L"https://";
+constexpr std::wstring_view oauth_scheme = L"OAuth ";
+constexpr std::size_t max_oauth_challenges = 5; // A call that is challenged as often gives up.
+constexpr DWORD add_or_replace = HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE;
+constexpr DWORD whole_text = static_cast<DWORD>(-1); // The length of a NUL-terminated header text.
+
+/// Sends a request whose body is in memory and returns the reply's status.
+DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* body, std::size_t body_size) {
+    TRACE_FUNCTION();
+    CHECK_THROW(HttpSendRequestW(request_handle, headers, -1, LPVOID(body), static_cast<DWORD>(body_size)),
+                LastErrorException());
+    DWORD status = 0;
+    DWORD status_size = sizeof status;
+    CHECK_THROW(
+        HttpQueryInfoW(request_handle, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &status_size, nullptr),
+        LastErrorException());
+    return status;
+}
+
+/// One with nothing behind the scheme may come without the scheme's blank.
+bool IsOAuthChallenge(const std::wstring& i_challenge) {
+    TRACE_FUNCTION();
+    return i_challenge.starts_with(oauth_scheme) || i_challenge == oauth_scheme.substr(0, oauth_scheme.size() - 1);
+}
+
+void SetOption(HINTERNET i_request, DWORD i_option, const std::wstring& i_value) {
+    TRACE_FUNCTION();
+    const auto length = static_cast<DWORD>(i_value.size() + 1);
+    CHECK_THROW(InternetSetOptionW(i_request, i_option, const_cast<wchar_t*>(i_value.c_str()), length),
+                LastErrorException());
+}
+
+} // namespace
+
+namespace Http {
+
+struct Session::Impl {
+    // The connection is closed before the handle that it was made from.
+    InternetHandle open_handle;
+    InternetHandle connect_handle;
+    std::wstring scheme_prefix;
+    std::wstring host;
+    std::uint16_t port = INTERNET_DEFAULT_HTTPS_PORT;
+    std::wstring authorization_header = L"Authorization:Bearer bla-bla"; // Stands until the creator sets the real one.
+    std::map<std::wstring, Credentials> server_credentials;              // By host.
+    std::map<std::wstring, Credentials> proxy_credentials;
+};
+
+/// What one call has tried against challenges.
+struct Session::Attempts {
+    std::unordered_set<std::wstring> uris{8};
+    std::vector<std::wstring> oauth_challenges;
+};
+
+Session::Session(std::shared_ptr<Impl> i_impl) : m_impl(std::move(i_impl)) {
+    TRACE_FUNCTION();
+}
+
+Session Session::Create(const std::wstring& scheme_prefix, const std::wstring& host,
+                        const Credentials& server_credentials, const Credentials& proxy_credentials) {
+    TRACE_FUNCTION();
+    const auto impl = std::make_shared<Impl>();
+    impl->open_handle = InternetHandle(InternetOpenW(user_agent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
+    CHECK_THROW(impl->open_handle != nullptr, LastErrorException());
+    impl->connect_handle = InternetHandle(
+        InternetConnectW(impl->open_handle, host.c_str(), impl->port, nullptr, nullptr, INTERNET_SERVICE_HTTP, 0, 0));
+    CHECK_THROW(impl->connect_handle != nullptr, LastErrorException());
+    impl->scheme_prefix = scheme_prefix;
+    impl->host = host;
+    if (!server_credentials.user_name.empty())
+        impl->server_credentials[host] = server_credentials;
+    if (!proxy_credentials.user_name.empty())
+        impl->proxy_credentials[host] = proxy_credentials;
+    return Session(impl);
+}
+
+Uri Session::CrackUri(const wchar_t* uri) {
+    TRACE_FUNCTION();
+    // The platform wants room for one character even to be asked for the size.
+    wchar_t probe[1];
+    DWORD size = 1;
+    UrlEscapeW(uri, probe, &size, 0);
+    std::wstring canonical(size, L'\0');
+    wchar_t* const canonical_uri = canonical.data();
+    CHECK_HRESULT_THROW(UrlEscapeW(uri, canonical_uri, &size, 0));
+
+    URL_COMPONENTSW uri_components{};
+    uri_components.dwStructSize = sizeof uri_components;
+    uri_components.dwSchemeLength = uri_components.dwHostNameLength = uri_components.dwUrlPathLength =
+        uri_components.dwExtraInfoLength = static_cast<DWORD>(-1); // Asks for pointers into the address.
+    CHECK_THROW(InternetCrackUrlW(canonical_uri, 0, 0, &uri_components), LastErrorException());
+    CHECK_THROW(uri_components.nScheme == INTERNET_SCHEME_HTTP || uri_components.nScheme == INTERNET_SCHEME_HTTPS,
+                Exception(L"Internet scheme should be either HTTP or HTTPS"));
+    return {{uri_components.lpszScheme, uri_components.dwSchemeLength},
+            {uri_components.lpszHostName, uri_components.dwHostNameLength},
+            uri_components.nPort,
+            {uri_components.lpszUrlPath, uri_components.dwUrlPathLength + uri_components.dwExtraInfoLength}};
+}
+
+void Session::SetAuthorizationHeader(const std::wstring& text) {
+    TRACE_FUNCTION();
+    m_impl->authorization_header = text;
+}
+
+DWORD Session::RequestFlags() const {
+    TRACE_FUNCTION();
+    const bool is_secure = m_impl->scheme_prefix.starts_with(https_prefix);
+    return INTERNET_FLAG_KEEP_CONNECTION | (is_secure ? INTERNET_FLAG_SECURE : 0);
+}
+
+Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types, const wchar_t* extra_headers,
+                              const char* body) {
+    TRACE_FUNCTION();
+    const std::size_t body_size = body != nullptr ? std::strlen(body) : 0;
+    Response response;
+    response.m_impl->handle = InternetHandle(
+        HttpOpenRequestW(m_impl->connect_handle, L"POST", path, nullptr, nullptr, accept_types, RequestFlags(), 0));
+    CHECK_THROW(response.m_impl->handle != nullptr, LastErrorException());
+    if (body_size == 0)
+        CHECK_THROW(HttpAddRequestHeadersW(response.m_impl->handle, L"content-length:0", whole_text, add_or_replace),
+                    LastErrorException());
+
+    Attempts attempts;
+    DWORD status = 0;
+    do {
+        // Nothing between the two: the authorization text ends its own last line.
+        const std::wstring headers = m_impl->authorization_header + (extra_headers != nullptr ? extra_headers : L"");
+        status = ::SendRequest(response.m_impl->handle, headers.c_str(), body, body_size);
+    } while (AnswerChallenge(response, status, attempts));
+
+    const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : L"";
+    CHECK_THROW(200 <= status && status < 400, HttpException(response.m_impl->handle, {}, error_summary));
+    response.m_impl->status = static_cast<std::uint16_t>(status);
+    return response;
+}
+
+/// Whether the request should be sent again, now with an answer to the challenge of its reply.
+bool Session::AnswerChallenge(const Response& i_response, DWORD i_status, Attempts& io_attempts) {
+    TRACE_FUNCTION();
+    const std::wstring uri = GetRequestUri(i_response.Handle());
+    const std::wstring host = CrackUri(uri.c_str()).host; // After redirects not the host that was asked.
+    if (i_status == HTTP_STATUS_DENIED) {
+        const auto challenges = i_response.GetHeaders(L"WWW-Authenticate");
+        const auto oauth = std::ranges::find_if(challenges, IsOAuthChallenge);
+        if (oauth != challenges.end())
+            return AnswerOAuth(i_response, *oauth, io_attempts);
+    } else if (i_status != HTTP_STATUS_PROXY_AUTH_REQ) {
+        return false;
+    }
+
+    const bool is_proxy = i_status == HTTP_STATUS_PROXY_AUTH_REQ;
+    const auto& credentials = is_proxy ? m_impl->proxy_credentials : m_impl->server_credentials;
+    const auto found = credentials.find(host);
+    if (found == credentials.end() || found->second.user_name.empty() || found->second.password.empty() ||
+        !io_attempts.uris.insert(uri).second)
+        return false;
+    SetOption(i_response.Handle(), is_proxy ? INTERNET_OPTION_PROXY_USERNAME : INTERNET_OPTION_USERNAME,
+              found->second.user_name);
+    SetOption(i_response.Handle(), is_proxy ? INTERNET_OPTION_PROXY_PASSWORD : INTERNET_OPTION_PASSWORD,
+              found->second.password);
+    return true;
+}
+
+/// Takes the service's own authorization text. The same text again, or too many of them, end the call: a service may
+/// challenge for ever.
+bool Session::AnswerOAuth(const Response& i_response, const std::wstring& i_challenge, Attempts& io_attempts) {
+    TRACE_FUNCTION();
+    const std::wstring authentication_header = i_challenge.substr(std::min(oauth_scheme.size(), i_challenge.size()));
+    CHECK_THROW(!authentication_header.empty(), HttpException(i_response.Handle()));
+    auto& answered = io_attempts.oauth_challenges;
+    if (std::ranges::find(answered, i_challenge) != answered.end() || answered.size() + 1 >= max_oauth_challenges)
+        return false;
+    answered.push_back(i_challenge);
+    m_impl->authorization_header = L"Authorization:" + i_challenge + L"\n";
+    return true;
+}
+
+Request Session::CreateRequest(const std::wstring& headers, std::uint64_t content_size) {
+    TRACE_FUNCTION();
+    const wchar_t* accept_types[] = {L"*/*", nullptr};
+    Request request;
+    request.m_impl->handle = InternetHandle(HttpOpenRequestW(m_impl->connect_handle, L"POST", L"2/files/upload",
+                                                             nullptr, nullptr, accept_types, RequestFlags(), 0));
+    CHECK_THROW(request.m_impl->handle != nullptr, LastErrorException());
+    const std::wstring all_headers = m_impl->authorization_header + headers;
+    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, all_headers.c_str(), whole_text, add_or_replace),
+                LastErrorException());
+    const std::wstring length = L"content-length:" + std::to_wstring(content_size);
+    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, length.c_str(), whole_text, add_or_replace),
+                LastErrorException());
+    CHECK_THROW(HttpSendRequestExW(request.m_impl->handle, nullptr, nullptr, 0, 0), LastErrorException());
+    return request;
+}
+
+} // namespace Http
