@@ -16,7 +16,7 @@ public:
 
 private:
     static constexpr std::string_view Cut(std::string_view i_signature) noexcept {
-        std::string_view name = WithoutTemplateArguments(i_signature);
+        std::string_view name = EnclosingFunction(WithoutTemplateArguments(i_signature));
         name = name.substr(0, ParameterList(name));
         return name.substr(NameStart(name));
     }
@@ -24,6 +24,11 @@ private:
     /// Without the tail " [with T = int]" of a template.
     static constexpr std::string_view WithoutTemplateArguments(std::string_view i_signature) noexcept {
         return i_signature.substr(0, i_signature.find(" [with "));
+    }
+
+    /// A lambda is logged as the function that it stands in: "int Outer()::<lambda(int)>".
+    static constexpr std::string_view EnclosingFunction(std::string_view i_signature) noexcept {
+        return i_signature.substr(0, i_signature.find("::<lambda"));
     }
 
     /// Where the last parenthesised list begins, which is the parameters.
@@ -47,7 +52,7 @@ private:
                 ++depth;
             else if (c == '<' || c == '(' || c == '{')
                 --depth;
-            else if (c == ' ' && depth == 0)
+            else if (c == ' ' && depth == 0 && !i_name.substr(0, i).ends_with("operator"))
                 return i + 1;
         }
         return 0;

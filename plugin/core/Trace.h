@@ -3,7 +3,6 @@
 #include "core/FunctionName.h"
 #include "qorv/Base.h"
 
-#include <source_location>
 #include <string>
 #include <string_view>
 
@@ -73,9 +72,16 @@ private:
     bool m_is_exit_written = false;
 };
 
-/// The name of the function that this stands in, taken from the compiler: nobody types it, and none is wrong.
+// The signature of the function that this stands in, as the compiler writes it: nobody types a name, and none is wrong.
+#ifdef __FUNCSIG__
+#define FUNCTION_SIGNATURE __FUNCSIG__
+#else
+#define FUNCTION_SIGNATURE static_cast<const char*>(__PRETTY_FUNCTION__)
+#endif
+
+/// The first statement of a traced function.
 #define TRACE_FUNCTION()                                                                                               \
-    static constexpr FunctionName trace_name{std::source_location::current().function_name()};                         \
+    static constexpr FunctionName trace_name{FUNCTION_SIGNATURE};                                                      \
     FunctionTrace trace_function(trace_name)
 
 /// Ends a traced function: `return TRACE_RESULT(S_OK);`. The code is logged as it is written here.
