@@ -2,9 +2,12 @@
 
 #include "qorv/Base.h"
 
-// The host's UI service ("UIX"), as far as plug-ins need it. Main thread only.
+// The host's UI service ("UIX"), as far as plug-ins need it: images, modal dialogs built from XML layouts, message
+// boxes. Everything here belongs to the main thread.
 
 namespace Qorv {
+
+struct IUIX_Obj;
 
 /// One decoded picture.
 struct IUIX_Bitmap : IUnknown {
@@ -22,6 +25,84 @@ struct IUIX_Image : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_Bitmap(ULONG i_index, IUIX_Bitmap** o_bitmap) = 0;
 };
 
+/// How a dialog runs.
+enum UIX_ObjModal : ULONG { UIX_ObjModal_AppModal = 1 };
+
+/// What an item of a dialog reports.
+enum UIX_ItemEventKind : ULONG { UIX_ItemEvent_Click = 1 };
+
+/// The implementation behind a dialog: the plug-in's object that the host tells what happens in it. The host holds a
+/// reference from `CreateObj` until the dialog is destroyed.
+struct IUIX_ObjSink : IUnknown {
+    static constexpr IID Id = {0xded68e4e, 0xed25, 0x4406, {0xb1, 0x24, 0x20, 0xe8, 0xe7, 0xd2, 0x85, 0x65}};
+    /// The dialog, as soon as it exists; null when it is destroyed, after which nothing follows.
+    virtual HRESULT STDMETHODCALLTYPE OnAttach(IUIX_Obj* i_object) = 0;
+    /// The window and its items exist, and are not shown yet. A failure ends `DoModal` with its code.
+    virtual HRESULT STDMETHODCALLTYPE OnInit() = 0;
+    /// The client area has another size.
+    virtual HRESULT STDMETHODCALLTYPE OnSize() = 0;
+    /// Something happened to an item (`UIX_ItemEventKind`).
+    virtual HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind) = 0;
+    /// The window is about to be destroyed: whatever hangs in it must let go now.
+    virtual HRESULT STDMETHODCALLTYPE OnDestroy() = 0;
+};
+
+/// A dialog. The place that its layout asks for is in the layout's units; everything here is in pixels.
+struct IUIX_Obj : IUnknown {
+    static constexpr IID Id = {0x3f731bee, 0x2c87, 0x4648, {0x80, 0x2d, 0x14, 0x6c, 0x05, 0x39, 0x21, 0x7d}};
+    /// Shows the dialog and returns when it is closed; the owner is disabled meanwhile. `io_result` is what a dialog
+    /// answers that is closed by its close box or Esc, and receives what `EndModal` was given.
+    virtual HRESULT STDMETHODCALLTYPE DoModal(ULONG i_mode, LONG* io_result) = 0;
+    /// Ends `DoModal` once the current event is over; may be called from inside any event. The result object is
+    /// reserved, null.
+    virtual HRESULT STDMETHODCALLTYPE EndModal(LONG i_result, IUnknown* i_result_object) = 0;
+    /// Destroys the window. The sink is told, and let go.
+    virtual HRESULT STDMETHODCALLTYPE Destroy() = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_ClientRect(RECT* o_rect) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Window(HWND* o_window) = 0;
+    virtual HRESULT STDMETHODCALLTYPE put_Title(PCStr i_title) = 0;
+};
+
+/// What `IUIX_Inst::CreateObj` makes a dialog of.
+struct UIX_CreateObjParameters {
+    const void* layout_data = nullptr; ///< An XML document in UTF-8 with root element "dialogs"; read during the call.
+    ULONG layout_size = 0;             ///< Bytes.
+    PCStr layout_id = nullptr;         ///< Which of the document's dialogs.
+    HWND owner = nullptr;              ///< Null for none.
+    DWORD window_style = 0;            ///< WS_ bits; 0 for the service's own choice.
+    IUIX_ObjSink* sink = nullptr;      ///< Must be given.
+};
+
+/// One message of the modal loop, before it is dispatched.
+struct IUIX_LoopEvent : IUnknown {
+    static constexpr IID Id = {0x41c195d9, 0xb33a, 0x4d4a, {0xb7, 0x3a, 0x06, 0x10, 0xd0, 0x62, 0xde, 0xac}};
+    virtual HRESULT STDMETHODCALLTYPE get_Window(HWND* o_window) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Message(UINT* o_message) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_WParam(WPARAM* o_w_param) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_LParam(LPARAM* o_l_param) = 0;
+    /// A handled message is not dispatched.
+    virtual HRESULT STDMETHODCALLTYPE put_Handled(VARIANT_BOOL i_is_handled) = 0;
+};
+
+/// Sees the messages of the modal loop.
+struct IUIX_EventLoopMonitor : IUnknown {
+    static constexpr IID Id = {0x2bcc9d39, 0x6ca6, 0x406a, {0xb6, 0x65, 0x1e, 0x25, 0x7c, 0x6f, 0x26, 0xc5}};
+    virtual HRESULT STDMETHODCALLTYPE OnEventLoopMonitor(IUIX_LoopEvent* io_event) = 0;
+};
+
+/// Icons of a message box.
+enum UIX_MsgBoxIcon : ULONG { UIX_MsgBox_IconNone = 0, UIX_MsgBox_IconWarning = 1, UIX_MsgBox_IconQuestion = 2 };
+
+/// What a message box shows.
+struct UIX_MsgBoxParameters {
+    HWND owner = nullptr;
+    PCStr title = nullptr;
+    PCStr text = nullptr;
+    ULONG icon = UIX_MsgBox_IconNone;
+    const PCStr* buttons = nullptr; ///< Captions, left to right; the first is the default.
+    ULONG button_count = 0;
+};
+
 /// The service itself.
 struct IUIX_Inst : IUnknown {
     static constexpr IID Id = {0x3de0ecb5, 0x31ef, 0x404a, {0xbf, 0xfa, 0x49, 0x25, 0x78, 0x1a, 0x84, 0xba}};
@@ -29,6 +110,15 @@ struct IUIX_Inst : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE CreateImage(const ULONG* i_ids, ULONG i_count, IUIX_Image** o_image) = 0;
     /// Decodes a PNG; the stream is read from its position to its end and not kept.
     virtual HRESULT STDMETHODCALLTYPE CreateBitmapFromStream(IStream* i_stream, IUIX_Bitmap** o_bitmap) = 0;
+    /// A new dialog, which its sink is given (`OnAttach`). `o_object` may be null. Texts that begin with "$$$." are ids
+    /// of localized strings. E_INVALIDARG for a layout that cannot be read or has no such dialog.
+    virtual HRESULT STDMETHODCALLTYPE CreateObj(const UIX_CreateObjParameters* i_parameters, IUIX_Obj** o_object) = 0;
+    /// The monitor sees every message of every modal loop until it is removed. The service holds a reference.
+    virtual HRESULT STDMETHODCALLTYPE AddEventLoopMonitor(IUIX_EventLoopMonitor* i_monitor) = 0;
+    virtual HRESULT STDMETHODCALLTYPE RemoveEventLoopMonitor(IUIX_EventLoopMonitor* i_monitor) = 0;
+    /// Shows a message box. `o_answer` is the index of the button pressed; the last one's when the box is closed
+    /// otherwise.
+    virtual HRESULT STDMETHODCALLTYPE ShowMsgBox(const UIX_MsgBoxParameters* i_parameters, ULONG* o_answer) = 0;
 };
 
 } // namespace Qorv
