@@ -3,6 +3,7 @@
 
 repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 build_folder=$repository/build
+user=$(id -u)
 mkdir -p "$build_folder"
 
 # Progress goes to standard error: standard output belongs to the program that the script runs in the end.
@@ -19,10 +20,16 @@ FailWithLog() {
     Fail "${*:2} (the whole output is in $1)"
 }
 
-# RunLogged NAME COMMAND...: runs a step whose output nobody reads unless it fails.
+# RunLogged NAME MESSAGE COMMAND...: runs a step whose output nobody reads unless it fails. MESSAGE says what happens when
+# it takes longer than a moment.
 RunLogged() {
-    local log=$build_folder/$1.log
-    "${@:2}" >"$log" 2>&1 </dev/null || FailWithLog "$log" "$1 failed"
+    local log=$build_folder/$1.log message=$2 failed=0 teller
+    (sleep 1 >/dev/null 2>&1 && Say "$message") &
+    teller=$!
+    "${@:3}" >"$log" 2>&1 </dev/null || failed=1
+    kill "$teller" 2>/dev/null || true
+    wait "$teller" 2>/dev/null || true
+    [[ $failed == 0 ]] || FailWithLog "$log" "this failed: $message"
 }
 
 # WaitFor SECONDS COMMAND...: asks every 20 ms until the command succeeds; fails when the time is up.
@@ -34,6 +41,13 @@ WaitFor() {
         sleep 0.02
     done
 }
+
+# Locked NAME COMMAND...: several scripts may come here at once; the first one does the work, the others wait and then
+# find it done.
+Locked() {
+    flock 9
+    "${@:2}"
+} 9>"$build_folder/$1-$user.lock"
 
 # The path as a Windows program under Wine reads it.
 WindowsPath() { printf 'Z:%s\n' "${1//\//\\}"; }

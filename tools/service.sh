@@ -61,3 +61,11 @@ ServiceAnswers() {
 }
 
 ServiceAnswersOrEnded() { ServiceAnswers "$1" || ServiceEnded "$1"; }
+
+# CopySamples FOLDER, unless it is there. The samples themselves are never served: a session may change anything.
+CopySamples() {
+    [[ ! -e $1 ]] || return 0
+    rm -rf "$1.new"
+    cp -r "$repository/devservice/samples" "$1.new"
+    mv "$1.new" "$1"
+}

@@ -26,9 +26,9 @@ InstallPackages() {
     fi
     mapfile -t missing < <(MissingPackages "$@")
     [[ ${#missing[@]} -gt 0 ]] || return 0
-    Say "Installing from Debian: ${missing[*]}"
-    RunLogged apt-update AsRoot apt-get -q update
-    RunLogged apt-install AsRoot apt-get -q install -y --no-install-recommends "${missing[@]}"
+    Say "Missing Debian packages: ${missing[*]}"
+    RunLogged apt-update "Reading Debian's package lists" AsRoot apt-get -q update
+    RunLogged apt-install "Installing the packages" AsRoot apt-get -q install -y --no-install-recommends "${missing[@]}"
 }
 
 # A later Debian may have a package under another name, which then "provides" this one.

@@ -10,7 +10,6 @@ wine_server=/usr/lib/wine/wineserver64
 [[ -x $wine_server ]] || wine_server=wineserver
 
 # Wine refuses a prefix that belongs to another user, hence the user id in its name.
-user=$(id -u)
 export WINEPREFIX=$build_folder/wine-$user
 export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
@@ -23,17 +22,11 @@ prefix_is_complete=$WINEPREFIX/.complete
 display_file=$build_folder/display-$user
 
 # RunWine PROGRAM ARGUMENTS...
-RunWine() { "$wine_program" "$@"; }
+RunWine() { "$wine_program" "$@" 9>&-; }
 
-# What outlives this script must not keep the caller's terminal, pipes or our lock open, nor end with the caller's Ctrl-C.
+# What outlives this script must not keep the caller's terminal, pipes or lock open, nor end with the caller's Ctrl-C.
 StartDetached() { setsid "$@" </dev/null >/dev/null 2>&1 9>&- & }
 RunDetached() { setsid --wait "$@" </dev/null >/dev/null 2>&1 9>&-; }
-
-# Several scripts may come here at once: the first one does the work, the others wait and find it done.
-Locked() {
-    flock 9
-    "$@"
-} 9>"$build_folder/wine-$user.lock"
 
 DisplayAnswers() { DISPLAY=$1 xprop -root WM_NAME >/dev/null 2>&1; }
 
@@ -43,7 +36,7 @@ HiddenDisplay() { printf ':%s\n' "$(cat "$display_file" 2>/dev/null || echo none
 # the wine server is started: its desktop keeps the size of the display that it saw first.
 StartDisplay() {
     [[ -n ${DISPLAY:-} ]] && DisplayAnswers "$DISPLAY" && return
-    Locked StartHiddenDisplay
+    Locked wine StartHiddenDisplay
     DISPLAY=$(HiddenDisplay)
     export DISPLAY
 }
@@ -68,7 +61,7 @@ StopHiddenDisplay() {
 
 # Creates the prefix when there is none (about 10 s and 700 MB).
 CreatePrefix() {
-    [[ -e $prefix_is_complete ]] || Locked FillPrefix
+    [[ -e $prefix_is_complete ]] || Locked wine FillPrefix
     DetachFromHome
 }
 
@@ -94,7 +87,7 @@ DetachFromHome() {
 
 # A program starts in 20 ms while the server runs, in half a second and more when it has to be started first.
 KeepWineServer() {
-    Locked StartWineServer
+    Locked wine StartWineServer
     SetWindowFrames
 }
 
