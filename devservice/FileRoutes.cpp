@@ -7,11 +7,11 @@ namespace DevService::FileRoutes {
 namespace {
 
 /// The current versions' reply.
-Reply InObject(const Metadata& i_metadata, Tagged i_tagged) {
+Reply InObject(const ItemMetadata& i_metadata, Tagged i_tagged) {
     return Reply::Json("{\"metadata\": " + MetadataJson(i_metadata, i_tagged) + "}");
 }
 
-Metadata CreateFolderOf(Call& io_call) {
+ItemMetadata CreateFolderOf(Call& io_call) {
     Arguments& arguments = io_call.arguments;
     const std::string path = arguments.Path("path", PathForm::Write);
     const bool has_autorename = arguments.Flag("autorename", false);
@@ -19,7 +19,7 @@ Metadata CreateFolderOf(Call& io_call) {
     return io_call.account.writer.CreateFolder(path, has_autorename);
 }
 
-Metadata DeleteOf(Call& io_call) {
+ItemMetadata DeleteOf(Call& io_call) {
     Arguments& arguments = io_call.arguments;
     const std::string path = arguments.Path("path", PathForm::WriteOrId);
     const auto parent_revision = arguments.OptionalText("parent_rev");
@@ -27,7 +27,7 @@ Metadata DeleteOf(Call& io_call) {
     return io_call.account.writer.Delete(path, parent_revision);
 }
 
-Metadata RelocateOf(Call& io_call, StorageWriter::Relocation i_what) {
+ItemMetadata RelocateOf(Call& io_call, StorageWriter::Relocation i_what) {
     Arguments& arguments = io_call.arguments;
     const std::string from = arguments.Path("from_path", PathForm::WriteOrId);
     const std::string to = arguments.Path("to_path", PathForm::WriteOrId);
@@ -50,7 +50,7 @@ Reply GetMetadata(Call& io_call) {
         {"include_media_info", "include_deleted", "include_has_explicit_shared_members", "include_property_groups"});
     arguments.Finish();
     Storage& storage = io_call.account.storage;
-    const Metadata metadata = storage.Describe(storage.Require(path, "path"), Storage::HashWanted::WhenQuick);
+    const ItemMetadata metadata = storage.Describe(storage.Require(path, "path"), Storage::HashWanted::WhenQuick);
     return Reply::Json(MetadataJson(metadata, Tagged::Yes));
 }
 

@@ -132,7 +132,8 @@ std::size_t HttpExchange::ReadBody(std::span<char> o_piece) {
     body.data = o_piece.data();
     body.size = wanted;
     boost::beast::error_code error;
-    http::read(m_stream, m_buffer, m_parser, error);
+    while (body.size > 0 && !m_parser.is_done() && !error)
+        http::read_some(m_stream, m_buffer, m_parser, error);
     const std::string_view piece(o_piece.data(), wanted - body.size);
     m_body_hash.Add(piece);
     m_record.body_size += piece.size();

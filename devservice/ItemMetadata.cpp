@@ -1,4 +1,4 @@
-#include "Metadata.h"
+#include "ItemMetadata.h"
 
 #include <chrono>
 #include <cstdio>
@@ -9,13 +9,13 @@ namespace DevService {
 
 namespace {
 
-std::string_view TagOf(Metadata::Kind i_kind) {
+std::string_view TagOf(ItemMetadata::Kind i_kind) {
     switch (i_kind) {
-    case Metadata::Kind::File:
+    case ItemMetadata::Kind::File:
         return "file";
-    case Metadata::Kind::Folder:
+    case ItemMetadata::Kind::Folder:
         return "folder";
-    case Metadata::Kind::Deleted:
+    case ItemMetadata::Kind::Deleted:
         return "deleted";
     }
     return {};
@@ -23,16 +23,16 @@ std::string_view TagOf(Metadata::Kind i_kind) {
 
 } // namespace
 
-void WriteMetadata(JsonWriter& io_json, const Metadata& i_metadata, Tagged i_tagged) {
+void WriteMetadata(JsonWriter& io_json, const ItemMetadata& i_metadata, Tagged i_tagged) {
     io_json.StartObject();
     if (i_tagged == Tagged::Yes)
         WriteMember(io_json, ".tag", TagOf(i_metadata.kind));
     WriteMember(io_json, "name", i_metadata.name);
     WriteMember(io_json, "path_lower", ToLower(i_metadata.path));
     WriteMember(io_json, "path_display", i_metadata.path);
-    if (i_metadata.kind != Metadata::Kind::Deleted)
+    if (i_metadata.kind != ItemMetadata::Kind::Deleted)
         WriteMember(io_json, "id", i_metadata.id);
-    if (i_metadata.kind == Metadata::Kind::File) {
+    if (i_metadata.kind == ItemMetadata::Kind::File) {
         WriteMember(io_json, "client_modified", TimeText(i_metadata.client_modified));
         WriteMember(io_json, "server_modified", TimeText(i_metadata.server_modified));
         WriteMember(io_json, "rev", i_metadata.revision);
@@ -46,7 +46,7 @@ void WriteMetadata(JsonWriter& io_json, const Metadata& i_metadata, Tagged i_tag
     io_json.EndObject();
 }
 
-std::string MetadataJson(const Metadata& i_metadata, Tagged i_tagged) {
+std::string MetadataJson(const ItemMetadata& i_metadata, Tagged i_tagged) {
     rapidjson::StringBuffer buffer;
     JsonWriter json(buffer);
     WriteMetadata(json, i_metadata, i_tagged);

@@ -9,7 +9,7 @@
 namespace DevService {
 
 /// What the service tells of one file or folder.
-struct Metadata {
+struct ItemMetadata {
     enum class Kind { File, Folder, Deleted };
 
     Kind kind = Kind::File;
@@ -30,8 +30,8 @@ struct Metadata {
 /// Whether the object names its kind in a ".tag": it does wherever a reply could hold either kind.
 enum class Tagged { No, Yes };
 
-void WriteMetadata(JsonWriter& io_json, const Metadata& i_metadata, Tagged i_tagged);
-std::string MetadataJson(const Metadata& i_metadata, Tagged i_tagged);
+void WriteMetadata(JsonWriter& io_json, const ItemMetadata& i_metadata, Tagged i_tagged);
+std::string MetadataJson(const ItemMetadata& i_metadata, Tagged i_tagged);
 
 /// "2015-05-12T15:50:38Z"
 std::string TimeText(std::int64_t i_seconds);

@@ -138,10 +138,10 @@ std::string Listings::Page(const Snapshot& i_snapshot, Position i_position, cons
         const Storage::Entry& entry = told[i];
         ServicePath path = i_snapshot.folder;
         path.names.push_back(entry.path); // the names below the folder as one: only the text is wanted
-        Metadata metadata = m_storage.Describe(path, entry.status);
+        ItemMetadata metadata = m_storage.Describe(path, entry.status);
         metadata.name = entry.path.substr(entry.path.rfind('/') + 1);
         if (!entry.status.Exists())
-            metadata.kind = Metadata::Kind::Deleted;
+            metadata.kind = ItemMetadata::Kind::Deleted;
         WriteMetadata(json, metadata, Tagged::Yes);
     }
     json.EndArray();

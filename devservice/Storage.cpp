@@ -98,13 +98,13 @@ std::vector<Storage::Entry> Storage::Scan(const fs::path& i_folder, bool i_is_re
     return entries;
 }
 
-Metadata Storage::Describe(const ServicePath& i_path, const FileStatus& i_status) const {
-    Metadata metadata;
+ItemMetadata Storage::Describe(const ServicePath& i_path, const FileStatus& i_status) const {
+    ItemMetadata metadata;
     metadata.name = i_path.IsRoot() ? std::string() : i_path.names.back();
     metadata.path = i_path.Text();
     metadata.id = m_notes.Id(i_status);
     if (i_status.kind == FileStatus::Kind::Folder) {
-        metadata.kind = Metadata::Kind::Folder;
+        metadata.kind = ItemMetadata::Kind::Folder;
         return metadata;
     }
     ItemNotes::Content content = m_notes.ContentOf(i_status);
@@ -116,8 +116,8 @@ Metadata Storage::Describe(const ServicePath& i_path, const FileStatus& i_status
     return metadata;
 }
 
-Metadata Storage::Describe(const Place& i_place, HashWanted i_hash) const {
-    Metadata metadata = Describe(i_place.path, i_place.status);
+ItemMetadata Storage::Describe(const Place& i_place, HashWanted i_hash) const {
+    ItemMetadata metadata = Describe(i_place.path, i_place.status);
     const bool is_missing = i_place.IsFile() && metadata.content_hash.empty();
     if (is_missing && i_hash == HashWanted::WhenQuick && i_place.status.size <= MaxQuickHashSize) {
         metadata.content_hash = HashOfFile(i_place.real);

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "FileStatus.h"
+#include "ItemMetadata.h"
 #include "ItemNotes.h"
-#include "Metadata.h"
 #include "ServicePath.h"
 
 namespace DevService {
@@ -59,8 +59,8 @@ public:
         WhenQuick  ///< answers about one file: computed unless the file is big
     };
 
-    Metadata Describe(const ServicePath& i_path, const FileStatus& i_status) const;
-    Metadata Describe(const Place& i_place, HashWanted i_hash) const;
+    ItemMetadata Describe(const ServicePath& i_path, const FileStatus& i_status) const;
+    ItemMetadata Describe(const Place& i_place, HashWanted i_hash) const;
 
 private:
     /// The entry of a folder with that name, ignoring case; the name comes back as it is stored.

@@ -32,7 +32,7 @@ auto InFileSystem(std::string_view i_member, Step i_step) {
 
 } // namespace
 
-Metadata StorageWriter::CreateFolder(std::string_view i_argument, bool i_has_autorename) {
+ItemMetadata StorageWriter::CreateFolder(std::string_view i_argument, bool i_has_autorename) {
     const std::lock_guard lock(m_mutex);
     Storage::Place place = FreePlace(m_storage.Resolve(i_argument, "path"), i_has_autorename, true, "path");
     InFileSystem("path", [&] { fs::create_directories(place.real); });
@@ -40,19 +40,19 @@ Metadata StorageWriter::CreateFolder(std::string_view i_argument, bool i_has_aut
     return m_storage.Describe(place.path, place.status);
 }
 
-Metadata StorageWriter::Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision) {
+ItemMetadata StorageWriter::Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision) {
     const std::lock_guard lock(m_mutex);
     const Storage::Place place = m_storage.Require(i_argument, "path_lookup");
     if (i_parent_revision && (!place.IsFile() || place.status.Revision() != *i_parent_revision))
         throw Conflict("path_write", KindTag(place));
-    Metadata metadata = m_storage.Describe(place, Storage::HashWanted::WhenKnown);
+    ItemMetadata metadata = m_storage.Describe(place, Storage::HashWanted::WhenKnown);
     InFileSystem("path_write", [&] { fs::remove_all(place.real); });
     m_storage.Notes().Forget(place.status);
     return metadata;
 }
 
-Metadata StorageWriter::Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to,
-                                 bool i_has_autorename) {
+ItemMetadata StorageWriter::Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to,
+                                     bool i_has_autorename) {
     const std::lock_guard lock(m_mutex);
     const Storage::Place from = m_storage.Require(i_from, "from_lookup");
     const ServicePath to = m_storage.Resolve(i_to, "to");
@@ -91,22 +91,26 @@ fs::path StorageWriter::FolderForUpload(std::string_view i_argument) {
     return m_storage.Find(path).real;
 }
 
-Metadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit) {
+ItemMetadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit) {
     const std::string hash = io_file.Close();
     if (i_commit.content_hash.value_or(hash) != hash)
         throw RouteError({"content_hash_mismatch"});
     const std::lock_guard lock(m_mutex);
-    Storage::Place place = PlaceForCommit(i_commit);
-    if (place.IsFile() && !i_commit.is_strict_conflict && place.status.size == io_file.Size()) {
-        Metadata present = m_storage.Describe(place, Storage::HashWanted::WhenQuick);
-        if (present.content_hash == hash)
-            return present; // nothing is written when the very same bytes are there already
+    const ServicePath wanted = m_storage.Resolve(i_commit.path, "path");
+    if (!i_commit.is_strict_conflict) {
+        // Nothing is written when the very same bytes are there already.
+        const Storage::Place present = m_storage.Find(wanted);
+        if (present.IsFile() && present.status.size == io_file.Size()) {
+            ItemMetadata metadata = m_storage.Describe(present, Storage::HashWanted::WhenQuick);
+            if (metadata.content_hash == hash)
+                return metadata;
+        }
     }
+    Storage::Place place = PlaceForCommit(wanted, i_commit);
     const FileStatus old = place.status;
     InFileSystem("path", [&] {
         MakeParents(place);
         io_file.MoveTo(place.real);
-        const ServicePath wanted = m_storage.Resolve(i_commit.path, "path");
         const bool has_new_case = old.Exists() && place.path.names.back() != wanted.names.back() &&
                                   ToLower(place.path.names.back()) == ToLower(wanted.names.back());
         if (has_new_case) { // an overwriting upload changes the stored spelling of the name
@@ -123,11 +127,10 @@ Metadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit) {
     return m_storage.Describe(place, Storage::HashWanted::WhenKnown);
 }
 
-Storage::Place StorageWriter::PlaceForCommit(const Commit& i_commit) {
-    const ServicePath path = m_storage.Resolve(i_commit.path, "path");
-    if (path.IsRoot())
+Storage::Place StorageWriter::PlaceForCommit(const ServicePath& i_path, const Commit& i_commit) {
+    if (i_path.IsRoot())
         throw RouteError({"path", "malformed_path"});
-    const Storage::Place place = m_storage.Find(path);
+    const Storage::Place place = m_storage.Find(i_path);
     CheckWritable(place, "path");
     if (!place.status.Exists())
         return place;
@@ -136,7 +139,7 @@ Storage::Place StorageWriter::PlaceForCommit(const Commit& i_commit) {
         i_commit.mode == Commit::Mode::Overwrite || (i_commit.mode == Commit::Mode::Update && is_based_on_present);
     if (place.IsFile() && may_replace)
         return place;
-    return FreePlace(path, i_commit.has_autorename, false, "path");
+    return FreePlace(i_path, i_commit.has_autorename, false, "path");
 }
 
 Storage::Place StorageWriter::FreePlace(ServicePath i_path, bool i_has_autorename, bool i_is_folder,

@@ -29,26 +29,26 @@ public:
     };
 
     /// Makes the folder and the missing ones above it.
-    Metadata CreateFolder(std::string_view i_argument, bool i_has_autorename);
+    ItemMetadata CreateFolder(std::string_view i_argument, bool i_has_autorename);
 
     /// Deletes the item with all below it. @returns what it was
-    Metadata Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision);
+    ItemMetadata Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision);
 
-    Metadata Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to, bool i_has_autorename);
+    ItemMetadata Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to, bool i_has_autorename);
 
     /// The folder in which an upload to that path should collect its bytes: one that exists and from where the file
     /// can be moved to its place in one step.
     std::filesystem::path FolderForUpload(std::string_view i_argument);
 
     /// Puts a completely received file in its place.
-    Metadata Store(IncomingFile& io_file, const Commit& i_commit);
+    ItemMetadata Store(IncomingFile& io_file, const Commit& i_commit);
 
 private:
     Storage::Place FreePlace(ServicePath i_path, bool i_has_autorename, bool i_is_folder, std::string_view i_member);
     void CheckWritable(const Storage::Place& i_place, std::string_view i_member);
     void MakeParents(const Storage::Place& i_place);
     void CopyTree(const std::filesystem::path& i_from, const std::filesystem::path& i_to);
-    Storage::Place PlaceForCommit(const Commit& i_commit);
+    Storage::Place PlaceForCommit(const ServicePath& i_path, const Commit& i_commit);
 
     Storage& m_storage;
     std::mutex m_mutex;

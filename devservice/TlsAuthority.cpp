@@ -121,6 +121,10 @@ TlsAuthority::TlsAuthority() : m_context(boost::asio::ssl::context::tls_server) 
     Require(SSL_CTX_use_certificate(context, certificate.get()) == 1);
     Require(SSL_CTX_use_PrivateKey(context, key.get()) == 1);
     Require(SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION) == 1);
+    // Without tickets nothing but replies goes to a client: one that breaks off has read all there is, so its last
+    // bytes arrive here instead of being thrown away with the connection.
+    SSL_CTX_set_options(context, SSL_OP_NO_TICKET);
+    Require(SSL_CTX_set_num_tickets(context, 0) == 1);
     m_pem = PemOf(*authority);
 }
 

@@ -47,7 +47,7 @@ Reply Download(Call& io_call) {
     body.stream.open(place.real, std::ios::binary);
     if (!body.stream)
         throw RouteError({"path", "restricted_content"});
-    const Metadata metadata = storage.Describe(place, Storage::HashWanted::WhenKnown);
+    const ItemMetadata metadata = storage.Describe(place, Storage::HashWanted::WhenKnown);
     Reply reply;
     reply.headers = {{"Content-Type", "application/octet-stream"},
                      {"Dropbox-API-Result", MetadataJson(metadata, Tagged::No)},

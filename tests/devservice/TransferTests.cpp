@@ -1,0 +1,145 @@
+#include "LocalService.h"
+
+using namespace DevService;
+
+namespace {
+
+const char* const Unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt";
+
+class Transfer : public LocalService {
+protected:
+    /// Waits until that many requests are recorded: a dropped one has no reply to wait for.
+    rapidjson::Document WaitForRequests(std::size_t i_count) const {
+        while (true) {
+            rapidjson::Document requests = Requests();
+            if (requests.Size() >= i_count)
+                return requests;
+            std::this_thread::yield();
+        }
+    }
+};
+
+TEST_F(Transfer, UploadsInEveryMode) {
+    struct Row {
+        const char* arguments;
+        const char* body;
+        unsigned status;
+        const char* part;
+        const char* tree;
+        const char* content; ///< of b.txt afterwards
+    };
+    const char* const in_new_folder = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt New/ New/n.txt b.txt";
+    const Row rows[] = {
+        {R"({"path": "/b.txt","mode": "overwrite","autorename": false,"mute": false})", "new", 200,
+         R"({"name":"b.txt","path_lower":"/b.txt")", Unchanged, "new"},
+        {R"({"path": "/b.txt","mode": "overwrite"})", "", 200, R"("size":0)", Unchanged, ""},
+        {R"({"path": "/New/n.txt"})", "n", 200, R"("path_display":"/New/n.txt")", in_new_folder, "beta"},
+        {R"({"path": "/b.txt"})", "new", 409,
+         R"("error":{".tag":"path","reason":{".tag":"conflict","conflict":{".tag":"file"}},"upload_session_id":")",
+         Unchanged, "beta"},
+        {R"({"path": "/B.TXT"})", "new", 409, "path/conflict/file/", Unchanged, "beta"},
+        {R"({"path": "/b.txt"})", "beta", 200, R"("size":4)", Unchanged, "beta"},
+        {R"({"path": "/b.txt", "strict_conflict": true})", "beta", 409, "path/conflict/file/", Unchanged, "beta"},
+        {R"({"path": "/b.txt", "autorename": true})", "new", 200, R"("name":"b (1).txt")",
+         "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b (1).txt b.txt", "beta"},
+        {R"({"path": "/b.txt", "mode": {".tag": "update", "update": "123456789"}})", "new", 409, "path/conflict/file/",
+         Unchanged, "beta"},
+        {R"({"path": "/docs", "mode": "overwrite"})", "new", 409, "path/conflict/folder/", Unchanged, "beta"},
+        {R"({"path": "/b.txt/x", "mode": "overwrite"})", "new", 409, "path/conflict/file_ancestor/", Unchanged, "beta"},
+        {R"({"path": "/B.txt", "mode": "overwrite"})", "new", 200, R"("path_display":"/B.txt")",
+         "B.txt Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt", ""},
+        {R"({"path": "/b.txt", "mode": "overwrite", "client_modified": "2015-05-12T15:50:38Z"})", "new", 200,
+         R"("client_modified":"2015-05-12T15:50:38Z")", Unchanged, "new"},
+        {R"({"path": "/b.txt", "mode": "overwrite", "client_modified": "2015-13-12T15:50:38Z"})", "new", 400,
+         "client_modified: time data", Unchanged, "beta"},
+        {R"({"path": "/b.txt", "mode": "overwrite", "content_hash": "00"})", "new", 409, "content_hash_mismatch/",
+         Unchanged, "beta"},
+        {R"({"path": "/b.txt", "mode": "replace"})", "new", 400, "mode: invalid value 'replace'", Unchanged, "beta"},
+        {R"({"path": "/.DS_Store"})", "new", 409, "path/disallowed_name/", Unchanged, "beta"},
+        {R"({"path": "/odd "quote".txt"})", "new", 400, "could not decode input as JSON", Unchanged, "beta"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.arguments);
+        Populate();
+        const Answer answer = Upload(row.arguments, row.body);
+        EXPECT_EQ(answer.result_int(), row.status);
+        EXPECT_NE(answer.body().find(row.part), std::string::npos) << answer.body();
+        EXPECT_EQ(Tree(), row.tree);
+        EXPECT_EQ(ReadFile("b.txt"), row.content);
+    }
+}
+
+TEST_F(Transfer, UpdatesTheRevisionThatIsThere) {
+    const std::string revision = Member(Json(Rpc("files/get_metadata", R"({"path": "/b.txt"})")), "rev");
+    const std::string update = R"({"path": "/b.txt", "mode": {".tag": "update", "update": ")" + revision + R"("}})";
+    EXPECT_EQ(Upload(update, "once").result_int(), 200u);
+    EXPECT_EQ(Upload(update, "twice").result_int(), 409u);
+    EXPECT_EQ(ReadFile("b.txt"), "once");
+}
+
+/// The old file stays whole when an upload breaks off, be it one byte before the end, and nothing is left behind.
+TEST_F(Transfer, KeepsTheOldFileWhenAnUploadBreaksOff) {
+    const std::string big(3'000'000, 'n');
+    for (const std::size_t sent : {std::size_t{0}, std::size_t{1}, big.size() / 2, big.size() - 1}) {
+        SCOPED_TRACE(sent);
+        Control("DELETE", "requests");
+        ServiceClient client = Connect(ContentHost);
+        client.Send("POST /2/files/upload HTTP/1.1\r\n" + Authorization() +
+                    "Content-Type: application/octet-stream\r\n"
+                    "Dropbox-API-Arg: {\"path\": \"/b.txt\",\"mode\": \"overwrite\"}\r\ncontent-length:" +
+                    std::to_string(big.size()) + "\r\n\r\n" + big.substr(0, sent));
+        client.Drop();
+        const rapidjson::Document requests = WaitForRequests(1);
+        EXPECT_EQ(Member(requests[0], "complete"), "false");
+        EXPECT_EQ(Member(requests[0], "body_size"), std::to_string(sent));
+        EXPECT_EQ(Upload(R"({"path": "/other.txt"})", "").result_int(), 200u);
+        std::filesystem::remove(m_folder / "first/other.txt");
+        EXPECT_EQ(Tree(), Unchanged);
+        EXPECT_EQ(ReadFile("b.txt"), "beta");
+    }
+}
+
+TEST_F(Transfer, DownloadsTheBytes) {
+    std::string bytes;
+    for (int i = 0; i < 1'000'003; ++i)
+        bytes += static_cast<char>(i * 31 + i / 251);
+    WriteFile("Docs/bytes.bin", bytes);
+    const Answer answer = Download("/docs/BYTES.bin");
+    EXPECT_EQ(answer.result_int(), 200u);
+    EXPECT_TRUE(answer.body() == bytes);
+    rapidjson::Document result;
+    ASSERT_TRUE(ParseJson({answer["Dropbox-API-Result"].data(), answer["Dropbox-API-Result"].size()}, result));
+    EXPECT_EQ(Member(result, "size"), std::to_string(bytes.size()));
+    EXPECT_EQ(Member(result, ".tag"), "<missing>");
+    EXPECT_EQ(std::string(answer["ETag"]), "W/\"" + Member(result, "rev") + "\"");
+
+    const Answer folder = Download("/Docs");
+    EXPECT_EQ(folder.result_int(), 409u);
+    EXPECT_TRUE(folder.reason().starts_with("path/not_file/"));
+    EXPECT_EQ(Download("/nope").result_int(), 409u);
+}
+
+/// Windows sends header text in its code page; others escape it or send UTF-8.
+TEST_F(Transfer, ReadsTheArgumentHeaderInAnyEncoding) {
+    WriteFile("\xC3\xBC \xE2\x82\xAC.txt", "umlaut and euro");
+    EXPECT_EQ(Download("/\xFC \x80.txt").body(), "umlaut and euro");
+    EXPECT_EQ(Download("/\xC3\xBC \xE2\x82\xAC.txt").body(), "umlaut and euro");
+    EXPECT_EQ(Download("/\\u00DC \\u20ac.txt").body(), "umlaut and euro");
+    EXPECT_EQ(Json(Rpc("files/get_metadata", "{\"path\": \"/\xC3\x9C \xE2\x82\xAC.TXT\"}"))["size"].GetInt(), 15);
+}
+
+TEST_F(Transfer, WantsTheRightContentType) {
+    const std::string argument = "Dropbox-API-Arg: {\"path\": \"/b.txt\",\"mode\": \"overwrite\"}\r\n";
+    ServiceClient client = Connect(ContentHost);
+    const Answer none = client.Post("/2/files/upload", Authorization() + argument, "new");
+    EXPECT_EQ(none.result_int(), 400u);
+    EXPECT_NE(none.body().find("Bad HTTP \"Content-Type\" header"), std::string::npos) << none.body();
+    const std::string json = "Content-Type: application/json\r\n";
+    EXPECT_EQ(client.Post("/2/files/upload", Authorization() + json + argument, "new").result_int(), 400u);
+    // The refused bodies were read to their end: the connection is still good for a proper upload.
+    const std::string octets = "Content-Type: application/octet-stream\r\n";
+    EXPECT_EQ(client.Post("/2/files/upload", Authorization() + octets + argument, "new").result_int(), 200u);
+    EXPECT_EQ(ReadFile("b.txt"), "new");
+}
+
+} // namespace
