@@ -27,8 +27,12 @@ InstallPackages() {
     mapfile -t missing < <(MissingPackages "$@")
     [[ ${#missing[@]} -gt 0 ]] || return 0
     Say "Missing Debian packages: ${missing[*]}"
+    [[ $(id -u) == 0 ]] || command -v sudo >/dev/null ||
+        Fail "only root may install them, and there is no sudo. As root: apt-get install ${missing[*]}"
     RunLogged apt-update "Reading Debian's package lists" AsRoot apt-get -q update
-    RunLogged apt-install "Installing the packages" AsRoot apt-get -q install -y --no-install-recommends "${missing[@]}"
+    # Another installation may be running; we wait for it.
+    RunLogged apt-install "Installing the packages" \
+        AsRoot apt-get -q install -y --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}"
 }
 
 # A later Debian may have a package under another name, which then "provides" this one.
@@ -40,12 +44,7 @@ MissingPackages() {
 }
 
 AsRoot() {
-    if [[ $(id -u) == 0 ]]; then
-        DEBIAN_FRONTEND=noninteractive "$@"
-    elif command -v sudo >/dev/null; then
-        sudo DEBIAN_FRONTEND=noninteractive "$@"
-    else
-        echo "Only root may install packages, and there is no sudo here. Please run as root: $*"
-        return 1
-    fi
+    local sudo=()
+    [[ $(id -u) == 0 ]] || sudo=(sudo)
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive "$@"
 }
