@@ -1,0 +1,184 @@
+#include "afs/CacheCallback.h"
+
+#include "afs/CancelFlag.h"
+#include "afs/ObjectLookup.h"
+#include "afs/Session.h"
+#include "core/Check.h"
+
+namespace {
+
+constexpr HRESULT end_of_data = static_cast<HRESULT>(0x80070026); // HRESULT_FROM_WIN32(ERROR_HANDLE_EOF)
+constexpr wchar_t no_file[] = L"File does not exist";
+
+} // namespace
+
+CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file, bool i_is_bound_before)
+    : m_name(i_name), m_missing_file(i_missing_file), m_is_record_old(i_is_bound_before) {
+    TRACE_FUNCTION();
+}
+
+CacheCallback::~CacheCallback() {
+    TRACE_FUNCTION();
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::Read(ULONGLONG pos, void* data, ULONG size, ULONG* out_read,
+                                              Qorv::IQorv_ErrorDetails* out_error_details,
+                                              Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_read != nullptr, E_POINTER);
+        *out_read = 0;
+        CHECK_RETURN(size > 0, E_INVALIDARG);
+        CHECK_RETURN(data != nullptr, E_POINTER);
+        CHECK_THROW(
+            pos == m_pos,
+            Exception(L"Requested read position is not equal to current one - random reading is not supported"));
+        CHECK_THROW(!m_upload.has_value(), Exception(L"The file cannot be read while it is being written"));
+        CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
+        *out_read = ReadDownload(data, size);
+        m_pos += *out_read;
+        if (*out_read == 0)
+            return trace_function.Return(end_of_data, L"ERROR_HANDLE_EOF");
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::Write(ULONGLONG pos, const void* data, ULONG size, ULONG* out_written,
+                                               Qorv::IQorv_ErrorDetails* out_error_details,
+                                               Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_written != nullptr, E_POINTER);
+        *out_written = 0;
+        CHECK_RETURN(size > 0, E_INVALIDARG);
+        CHECK_RETURN(data != nullptr, E_INVALIDARG);
+        // "writting" is meant.
+        CHECK_THROW(pos == m_pos, Exception(L"Requested write position is not same as previous - random writting is "
+                                            L"not supported"));
+        CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
+        CHECK_THROW(size <= m_upload->size - m_pos, Exception(L"More is written than the announced size"));
+        WriteUpload(data, size);
+        m_pos += size;
+        *out_written = size;
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::SetSize(ULONGLONG new_size, Qorv::IQorv_ErrorDetails*,
+                                                 Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+    m_size = new_size;
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::GetSize(ULONGLONG* out_size, Qorv::IQorv_ErrorDetails* out_error_details,
+                                                 Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_size != nullptr, E_POINTER);
+        *out_size = 0;
+        CHECK_THROW(!m_is_record_old || !IsRemoteMissing(), Exception(no_file));
+        CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
+        *out_size = m_name->GetObject()->GetInformation()._size;
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::BeginWrite(Qorv::IQorv_ErrorDetails* out_error_details,
+                                                    Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        DropStreams();
+        if (m_missing_file == MissingFile::IsCreated)
+            CreateMissingFile();
+        CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
+        const auto object = m_name->GetObject();
+        const ULONGLONG size = m_size.value_or(object->GetInformation()._size);
+        m_upload = Upload{object->AsFile()->OpenWrite(size), size};
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_error_details,
+                                                  Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
+        // Dropped, whatever becomes of it, when this ends.
+        Upload upload = std::move(*m_upload);
+        const ULONGLONG written = m_pos;
+        DropStreams();
+        CHECK_THROW(written == upload.size, Exception(L"Less was written than the announced size"));
+        m_name->GetObject()->AsFile()->FinishWrite(upload.request);
+        m_is_record_old = false;
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+/// Asks without a kind, so that a folder in the file's place is not taken for a free one.
+bool CacheCallback::IsRemoteMissing() {
+    TRACE_FUNCTION();
+    const auto object = m_name->BindObject();
+    if (object == nullptr || !m_is_record_old)
+        return object == nullptr;
+    m_is_record_old = !RefreshObject(*object);
+    return m_is_record_old;
+}
+
+/// Whether the caller has given up: then the transfer is given up too.
+bool CacheCallback::IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    const bool is_canceled = ::IsCanceled(cancel_flag);
+    if (is_canceled)
+        DropStreams();
+    return is_canceled;
+}
+
+std::uint32_t CacheCallback::ReadDownload(void* data, ULONG size) {
+    TRACE_FUNCTION();
+    try {
+        if (!m_download.has_value())
+            m_download = m_name->GetObject()->AsFile()->OpenRead();
+        return m_download->Read(data, size);
+    } catch (...) {
+        DropStreams();
+        throw;
+    }
+}
+
+void CacheCallback::WriteUpload(const void* data, ULONG size) {
+    TRACE_FUNCTION();
+    try {
+        const auto* bytes = static_cast<const std::byte*>(data);
+        for (ULONG written = 0; written < size;) {
+            const std::uint32_t step = m_upload->request.Write(bytes + written, size - written);
+            CHECK_THROW(step > 0, Exception(L"The upload takes no more data"));
+            written += step;
+        }
+    } catch (...) {
+        DropStreams();
+        throw;
+    }
+}
+
+/// A file that is there is not emptied ahead of its upload.
+void CacheCallback::CreateMissingFile() {
+    TRACE_FUNCTION();
+    if (m_name->BindObject() != nullptr)
+        return;
+    const auto web = m_name->GetSession()->GetWeb()->GetWeb();
+    m_name->SetObject(web->CreateFile(m_name->GetPath()));
+}
+
+void CacheCallback::DropStreams() noexcept {
+    TRACE_FUNCTION();
+    m_download.reset();
+    m_upload.reset();
+    m_pos = 0;
+}

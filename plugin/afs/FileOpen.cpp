@@ -1,0 +1,98 @@
+// How a file is opened: the flags, the remote file, and the entry of the host's files cache.
+
+#include "afs/CacheCallback.h"
+#include "afs/CancelFlag.h"
+#include "afs/File.h"
+#include "afs/LogText.h"
+#include "afs/Session.h"
+#include "core/Check.h"
+
+#include <bit>
+
+namespace {
+
+constexpr HRESULT file_not_found = static_cast<HRESULT>(0x80070002); // HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)
+constexpr HRESULT file_exists = static_cast<HRESULT>(0x80070050);    // HRESULT_FROM_WIN32(ERROR_FILE_EXISTS)
+
+} // namespace
+
+HRESULT File::CreateAndOpenFile(Name* name, ULONG flags, Qorv::IQorv_ErrorDetails* out_error_details,
+                                Qorv::IQorv_CancelFlag* cancel_flag, Qorv::ComPtr<File>& out_file) {
+    TRACE_FUNCTION();
+    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+    const bool is_bound_before = name->GetObject() != nullptr;
+    const auto self = Qorv::Create<File>(name, flags);
+    CHECK_RETURN(self != nullptr, E_OUTOFMEMORY);
+    CHECK_HRESULT(CheckDisposition(self));
+    CHECK_THROW(self->m_name->GetSession()->GetFilesCache() != nullptr, Exception(L"File cache is not found"));
+    QueryEntry(self);
+    if (self->m_cache == nullptr)
+        CHECK_HRESULT(CreateEntry(self, is_bound_before, out_error_details, cancel_flag));
+    else if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways)
+        CHECK_HRESULT(self->m_cache->SetSize(0, out_error_details, cancel_flag));
+    out_file = self;
+    return TRACE_RESULT(S_OK);
+}
+
+ULONG File::Disposition() const noexcept {
+    TRACE_FUNCTION();
+    return m_flags & Qorv::AFS_OpenFile_DispositionMask;
+}
+
+HRESULT File::CheckDisposition(File* self) {
+    TRACE_FUNCTION();
+    CHECK_RETURN(self->m_flags & (Qorv::AFS_OpenFile_Read | Qorv::AFS_OpenFile_Write), E_INVALIDARG);
+    CHECK_THROW(std::popcount(self->Disposition()) <= 1,
+                Exception(L"Multiple create disposition modes are not supported"));
+    switch (self->Disposition()) {
+    case Qorv::AFS_OpenFile_CreateNew: // What the name knows counts: the service is not asked.
+        CHECK_RETURN(self->m_name->GetObject() == nullptr, file_exists);
+        break;
+    case Qorv::AFS_OpenFile_CreateAlways: // "writting" is meant.
+        CHECK_THROW(self->m_flags & Qorv::AFS_OpenFile_Write,
+                    Exception(L"Mode CreateAlways can be used only for writting"));
+        break;
+    case Qorv::AFS_OpenFile_OpenExisting:
+        CHECK_RETURN(self->m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, file_not_found);
+        break;
+    default:
+        break;
+    }
+    return TRACE_RESULT(S_OK);
+}
+
+/// Takes the entry that other open files of the location share, when there is one.
+void File::QueryEntry(File* self) {
+    TRACE_FUNCTION();
+    Qorv::ComPtr<Qorv::IAFS_FileCache> cache;
+    const HRESULT result = self->m_name->GetSession()->GetFilesCache()->QueryCache(self, self->m_flags, &cache);
+    if (SUCCEEDED(result))
+        self->m_cache = cache;
+    else
+        TRACE_TEXT(FormatLogText(L"ERROR: QueryCache failed with result '%d' and returned %lscache object",
+                                 static_cast<int>(result), cache != nullptr ? L"" : L"no "));
+}
+
+HRESULT File::CreateEntry(File* self, bool i_is_bound_before, Qorv::IQorv_ErrorDetails* out_error_details,
+                          Qorv::IQorv_CancelFlag* cancel_flag) {
+    TRACE_FUNCTION();
+    const ULONG disposition = self->Disposition();
+    const bool may_create =
+        (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && disposition != Qorv::AFS_OpenFile_OpenExisting;
+    const auto missing_file = may_create ? CacheCallback::MissingFile::IsCreated : CacheCallback::MissingFile::Fails;
+    const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file, i_is_bound_before);
+    CHECK_RETURN(callback != nullptr, E_OUTOFMEMORY);
+
+    ULONGLONG size = 0;
+    const bool is_replaced = disposition == Qorv::AFS_OpenFile_CreateAlways;
+    if (!is_replaced && !(may_create && callback->IsRemoteMissing())) {
+        // A name that was bound before may stand for a file that is gone.
+        if (disposition == Qorv::AFS_OpenFile_OpenExisting)
+            CHECK_RETURN(!callback->IsRemoteMissing(), file_not_found);
+        CHECK_HRESULT(callback->GetSize(&size, out_error_details, cancel_flag));
+    }
+    CHECK_HRESULT(self->m_name->GetSession()->GetFilesCache()->CreateNewCache(self, callback, self->m_flags, size,
+                                                                              VARIANT_FALSE, 0, 0, &self->m_cache));
+    CHECK_RETURN(self->m_cache != nullptr, E_UNEXPECTED);
+    return TRACE_RESULT(S_OK);
+}

@@ -1,0 +1,172 @@
+// Files and folders.
+
+#include "afs/CancelFlag.h"
+#include "afs/EnumFolder.h"
+#include "afs/File.h"
+#include "afs/FileInfo.h"
+#include "afs/FileSystem.h"
+#include "afs/LocalName.h"
+#include "afs/Name.h"
+#include "afs/ObjectLookup.h"
+#include "afs/Session.h"
+
+using Qorv::ComPtr;
+using Qorv::IQorv_CancelFlag;
+using Qorv::IQorv_ErrorDetails;
+
+namespace {
+
+/// A path means the same object for both names only in one account.
+bool AreOfSameUser(const Name& i_name, const Name& i_other) {
+    TRACE_FUNCTION();
+    return i_name.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id ==
+           i_other.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id;
+}
+
+/// Binds a name to the object that was moved to a path. A failure here is not one of the move, and says so.
+void BindMovedObject(Name& io_name, const std::wstring& i_path) {
+    TRACE_FUNCTION();
+    const std::wstring moved = L"The item was moved, but its new location cannot be read: ";
+    try {
+        const auto web = io_name.GetSession()->GetWeb()->GetWeb();
+        io_name.SetObject(FindObject(*web, i_path, SharePoint::Web::BindObjectType::any));
+    } catch (const HResultException& e) {
+        throw HResultException(moved + e.Message(), e.m_hresult);
+    } catch (const Exception& e) {
+        throw Exception(moved + e.Message());
+    }
+}
+
+} // namespace
+
+HRESULT STDMETHODCALLTYPE FileSystem::EnumFolder(Qorv::IAFS_Name* name, ULONG, IQorv_ErrorDetails* out_error_details,
+                                                 IQorv_CancelFlag* cancel_flag,
+                                                 Qorv::IAFS_EnumFolder** out_enum) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_enum != nullptr, E_POINTER);
+        *out_enum = nullptr;
+        GET_LOCAL_NAME(name);
+        auto enum_folder = Qorv::Create<::EnumFolder>(local_name);
+        CHECK_RETURN(enum_folder != nullptr, E_OUTOFMEMORY);
+        *out_enum = enum_folder.Detach();
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::OpenFile(Qorv::IAFS_Name* name, ULONG flags,
+                                               IQorv_ErrorDetails* out_error_details, IQorv_CancelFlag* cancel_flag,
+                                               Qorv::IAFS_File** out_file) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_file != nullptr, E_POINTER);
+        *out_file = nullptr;
+        GET_LOCAL_NAME(name);
+        ComPtr<File> file;
+        CHECK_HRESULT(File::CreateAndOpenFile(local_name, flags, out_error_details, cancel_flag, file));
+        *out_file = file.Detach();
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::CreateFolder(Qorv::IAFS_Name* name, IQorv_ErrorDetails* out_error_details,
+                                                   IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        GET_LOCAL_NAME(name);
+        const auto web = local_name->GetSession()->GetWeb()->GetWeb();
+        local_name->SetObject(web->CreateFolder(local_name->GetPath()));
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::Move(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
+                                           IQorv_ErrorDetails* out_error_details,
+                                           IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        GET_LOCAL_NAME(name);
+        GET_LOCAL_NAME(new_name);
+        CHECK_RETURN(AreOfSameUser(*local_name, *local_new_name), E_INVALIDARG);
+        const auto object = local_name->BindObject(SharePoint::Web::BindObjectType::file);
+        const auto file = object != nullptr ? object->AsFile() : nullptr;
+        CHECK_RETURN(file != nullptr, E_INVALIDARG);
+        const std::wstring new_path = local_new_name->GetPath();
+        file->MoveTo(new_path);
+        BindMovedObject(*local_name, new_path);
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::Copy(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
+                                           IQorv_ErrorDetails* out_error_details,
+                                           IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        GET_LOCAL_NAME(name);
+        GET_LOCAL_NAME(new_name);
+        CHECK_RETURN(AreOfSameUser(*local_name, *local_new_name), E_INVALIDARG);
+        const auto object = local_name->BindObject(SharePoint::Web::BindObjectType::file);
+        const auto file = object != nullptr ? object->AsFile() : nullptr;
+        CHECK_RETURN(file != nullptr, E_INVALIDARG);
+        file->CopyTo(local_new_name->GetPath());
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::Rename(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
+                                             IQorv_ErrorDetails* out_error_details,
+                                             IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        GET_LOCAL_NAME(name);
+        GET_LOCAL_NAME(new_name);
+        CHECK_RETURN(AreOfSameUser(*local_name, *local_new_name), E_INVALIDARG);
+        const auto object = local_name->BindObject();
+        CHECK_RETURN(object != nullptr, E_INVALIDARG);
+        const std::wstring new_path = local_new_name->GetPath();
+        object->Rename(new_path);
+        BindMovedObject(*local_name, new_path);
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::Delete(Qorv::IAFS_Name* name, IQorv_ErrorDetails* out_error_details,
+                                             IQorv_CancelFlag* cancel_flag) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        GET_LOCAL_NAME(name);
+        const auto object = local_name->BindObject();
+        CHECK_RETURN(object != nullptr, E_INVALIDARG);
+        object->Delete();
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::GetFileInfo(Qorv::IAFS_Name* name, IQorv_ErrorDetails* out_error_details,
+                                                  IQorv_CancelFlag* cancel_flag,
+                                                  Qorv::IAFS_FileInfo** out_info) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_info != nullptr, E_POINTER);
+        *out_info = nullptr;
+        GET_LOCAL_NAME(name);
+        auto info = Qorv::Create<FileInfo>(local_name);
+        CHECK_RETURN(info != nullptr, E_OUTOFMEMORY);
+        *out_info = info.Detach();
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileSystem::GetVolumeSpace(Qorv::IAFS_Name*, ULONGLONG*, ULONGLONG*) noexcept {
+    TRACE_FUNCTION();
+    return TRACE_RESULT(E_NOTIMPL);
+}

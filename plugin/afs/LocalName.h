@@ -1,0 +1,16 @@
+#pragma once
+
+#include "core/Check.h"
+#include "qorv/Values.h"
+
+/// `local_name`, the plug-in's own name behind the host's argument `name`. Null, and another file system's, return
+/// E_INVALIDARG.
+#define GET_LOCAL_NAME(name)                                                                                           \
+    CHECK_RETURN(name != nullptr, E_INVALIDARG);                                                                       \
+    const auto local_##name = GetName(name);                                                                           \
+    CHECK_RETURN(local_##name != nullptr, E_INVALIDARG)
+
+/// The same for a parent, which may be null: then `local_parent` is null too.
+#define GET_LOCAL_PARENT(parent)                                                                                       \
+    const auto local_##parent = GetName(parent);                                                                       \
+    CHECK_RETURN(parent == nullptr || local_##parent != nullptr, E_INVALIDARG)

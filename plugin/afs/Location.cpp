@@ -1,0 +1,31 @@
+#include "afs/Location.h"
+
+#include "core/Trace.h"
+#include "dropbox/SharePoint.h"
+
+LocationParts SplitLocation(std::wstring_view i_url) noexcept {
+    TRACE_FUNCTION();
+    if (!i_url.starts_with(location_prefix))
+        return {i_url.substr(0, 0), i_url};
+    const std::wstring_view rest = i_url.substr(location_prefix.size());
+    const std::size_t path_start = std::min(rest.find(L'/'), rest.size());
+    return {rest.substr(0, path_start), rest.substr(path_start)};
+}
+
+std::wstring LocationOf(SharePoint::Object& i_object) {
+    TRACE_FUNCTION();
+    std::wstring url(location_prefix);
+    url += i_object.GetWeb()->GetUserInformation()._id;
+    url += i_object.GetInformation()._path;
+    return url;
+}
+
+const wchar_t* RestBehindParent(const std::wstring& i_url, const std::wstring& i_parent_url) noexcept {
+    TRACE_FUNCTION();
+    if (i_url.size() < i_parent_url.size())
+        return nullptr;
+    const int length = static_cast<int>(i_parent_url.size());
+    const bool is_prefix =
+        CompareStringOrdinal(i_url.c_str(), length, i_parent_url.c_str(), length, TRUE) == CSTR_EQUAL;
+    return is_prefix ? i_url.c_str() + length : nullptr;
+}

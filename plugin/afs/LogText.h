@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cwchar>
+#include <string>
+
+/// Formats a text for the log. A longer one is cut at the capacity. Write `%ls` for wide arguments: the wide `printf`
+/// of some runtimes reads `%s` as narrow text.
+template <typename... Arguments>
+std::wstring FormatLogText(const wchar_t* i_format, Arguments... i_arguments) {
+    constexpr std::size_t capacity = 10240;
+    std::wstring text(capacity, L'\0');
+    // The result is not used: runtimes differ in it when the text is cut.
+    std::swprintf(text.data(), text.size(), i_format, i_arguments...);
+    text.back() = L'\0';
+    text.resize(std::wcslen(text.c_str()));
+    return text;
+}

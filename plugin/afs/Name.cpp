@@ -1,0 +1,164 @@
+#include "afs/Name.h"
+
+#include "afs/AccountData.h"
+#include "afs/FileSystem.h"
+#include "afs/Location.h"
+#include "afs/ObjectLookup.h"
+#include "afs/Session.h"
+#include "core/Check.h"
+#include "core/Text.h"
+
+#include <algorithm>
+
+using Qorv::ComPtr;
+
+namespace {
+
+bool MayStandInPath(wchar_t i_character) noexcept {
+    TRACE_FUNCTION();
+    constexpr std::wstring_view forbidden = L"\"*:<>?\\|";
+    return i_character >= L' ' && forbidden.find(i_character) == std::wstring_view::npos;
+}
+
+ComPtr<Name> NewName(std::shared_ptr<Session> i_session, std::wstring i_url) {
+    TRACE_FUNCTION();
+    auto name = Qorv::Create<Name>(std::move(i_session), std::move(i_url));
+    CHECK_THROW(name != nullptr, HResultException(E_OUTOFMEMORY));
+    return name;
+}
+
+/// The location of a path that is absolute in the account of `other_object`, or relative to it.
+std::wstring ResolvePath(const wchar_t* i_path, SharePoint::Object& other_object) {
+    TRACE_FUNCTION();
+    std::wstring url(location_prefix);
+    url += other_object.GetWeb()->GetUserInformation()._id;
+    if (*i_path != L'/')
+        url += other_object.GetInformation()._path + L'/';
+    url += i_path;
+    return url;
+}
+
+} // namespace
+
+bool Name::IsStringValid(std::wstring_view text) noexcept {
+    TRACE_FUNCTION();
+    if (!text.starts_with(location_prefix))
+        return false;
+    const std::wstring_view path = SplitLocation(text).path;
+    return !path.empty() && std::ranges::all_of(path, MayStandInPath);
+}
+
+ComPtr<Name> Name::Create(const wchar_t* url, Name* other) {
+    TRACE_FUNCTION();
+    CHECK_THROW(url != nullptr, HResultException(E_INVALIDARG));
+    CHECK_THROW(other != nullptr, HResultException(E_INVALIDARG));
+    const auto other_object = other->BindObject();
+    CHECK_THROW(other_object != nullptr, HResultException(E_INVALIDARG));
+    if (*url == L'\0')
+        return other;
+    const LocationParts parts = SplitLocation(url);
+    const wchar_t* const user_id = parts.user_id.data();
+    const wchar_t* const path = parts.path.data();
+    CHECK_THROW(user_id == path || StringCompare(other_object->GetWeb()->GetUserInformation()._id, user_id,
+                                                 static_cast<int>(path - user_id)) == 0,
+                HResultException(E_INVALIDARG));
+    std::wstring resolved = user_id == path ? ResolvePath(path, *other_object) : url;
+    if (resolved.ends_with(L'/'))
+        resolved.pop_back();
+    return NewName(other->m_session, std::move(resolved));
+}
+
+ComPtr<Name> Name::Create(const std::shared_ptr<SharePoint::Object>& object, Name* other) {
+    TRACE_FUNCTION();
+    CHECK_THROW(object != nullptr, HResultException(E_INVALIDARG));
+    const auto other_object = other->BindObject();
+    CHECK_THROW(other_object != nullptr, HResultException(E_INVALIDARG));
+    CHECK_THROW(object->GetWeb() == other_object->GetWeb(), HResultException(E_INVALIDARG));
+    auto name = NewName(other->m_session, {});
+    name->SetObject(object);
+    return name;
+}
+
+ComPtr<Name> Name::CreateRoot(AccountData* accountData, Plugin* plugin, Qorv::IAFS_BindContext* context) {
+    TRACE_FUNCTION();
+    std::wstring user_id = accountData->GetUserId();
+    std::wstring token = accountData->GetToken();
+    auto name = NewName(Session::Create(user_id, token, plugin, context), {});
+    const auto root = name->m_session->GetWeb();
+    name->SetObject(root);
+    const SharePoint::UserInformation& user = root->GetWeb()->GetUserInformation();
+    accountData->SetUserId(user._id);
+    accountData->SetToken(token);
+    accountData->SetUserName(user._name);
+    return name;
+}
+
+Name::Name(std::shared_ptr<Session> i_session, std::wstring i_url)
+    : m_session(std::move(i_session)), m_url(std::move(i_url)) {
+    TRACE_FUNCTION();
+}
+
+Name::~Name() {
+    TRACE_FUNCTION();
+}
+
+HRESULT STDMETHODCALLTYPE Name::get_FileSys(Qorv::IAFS_FileSys** out_file_system) noexcept {
+    TRACE_FUNCTION();
+    CHECK_RETURN(out_file_system != nullptr, E_POINTER);
+    *out_file_system = m_session->GetFileSystem().Detach();
+    return TRACE_RESULT(S_OK);
+}
+
+std::shared_ptr<SharePoint::Object> Name::BindObject(BindObjectType kind) {
+    TRACE_FUNCTION();
+    if (m_object != nullptr) {
+        const bool is_other_kind = (kind == BindObjectType::file && m_object->AsFile() == nullptr) ||
+                                   (kind == BindObjectType::folder && m_object->AsFolder() == nullptr);
+        return is_other_kind ? nullptr : m_object;
+    }
+    const LocationParts parts = SplitLocation(m_url);
+    const auto web = m_session->GetWeb()->GetWeb();
+    if (!EqualsNoCase(parts.user_id, web->GetUserInformation()._id))
+        return {};
+    const auto object = FindObject(*web, std::wstring(parts.path), kind);
+    if (object != nullptr)
+        SetObject(object);
+    return object;
+}
+
+std::shared_ptr<SharePoint::Object> Name::GetObject() const noexcept {
+    TRACE_FUNCTION();
+    return m_object;
+}
+
+void Name::SetObject(const std::shared_ptr<SharePoint::Object>& object) {
+    TRACE_FUNCTION();
+    CHECK_THROW(object, HResultException(E_INVALIDARG));
+    m_url = LocationOf(*object);
+    m_object = object;
+}
+
+ComPtr<Name> Name::GetParent() const {
+    TRACE_FUNCTION();
+    const std::wstring_view path = SplitLocation(m_url).path;
+    const std::size_t path_start = m_url.size() - path.size();
+    const std::size_t last_slash = m_url.rfind(L'/');
+    if (path.empty() || path == L"/" || last_slash == std::wstring::npos || last_slash < path_start)
+        return nullptr;
+    return NewName(m_session, m_url.substr(0, last_slash));
+}
+
+std::shared_ptr<Session> Name::GetSession() const noexcept {
+    TRACE_FUNCTION();
+    return m_session;
+}
+
+const std::wstring& Name::GetUrl() const noexcept {
+    TRACE_FUNCTION();
+    return m_url;
+}
+
+std::wstring Name::GetPath() const {
+    TRACE_FUNCTION();
+    return std::wstring(SplitLocation(m_url).path);
+}

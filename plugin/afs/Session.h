@@ -1,0 +1,46 @@
+#pragma once
+
+#include "dropbox/SharePoint.h"
+#include "qorv/Afs.h"
+
+#include <memory>
+#include <string>
+
+class FileSystem;
+class Plugin;
+
+/// The live connection of one account: its web client and the host's files cache. Names share it; it ends with the last
+/// of them. One call at a time.
+class Session {
+public:
+    /// Opens a session for an account. `io_token` is the account's bare access token; a value that still has the
+    /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Throws the
+    /// host's code for a cancelled operation when there is no token.
+    static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token, Plugin* plugin,
+                                           Qorv::IAFS_BindContext* context);
+
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session();
+
+    Qorv::ComPtr<FileSystem> GetFileSystem() const noexcept;
+    /// Null when the host keeps no files cache.
+    Qorv::ComPtr<Qorv::IAFS_FilesCache> GetFilesCache() const noexcept;
+
+    /// The web client as the account's root folder. The first call reads the current account, once, so that a token
+    /// which the service refuses fails what is done first: it throws then, and asks again the next time.
+    std::shared_ptr<SharePoint::Object> GetWeb();
+
+    /// A text of the host's for the sign-in.
+    void SetCommunicationKey(std::wstring i_communication_key);
+
+private:
+    Session(Plugin& i_plugin, Qorv::IAFS_BindContext* i_context);
+
+    Qorv::ComPtr<FileSystem> m_file_system;
+    Qorv::ComPtr<Qorv::IAFS_BindContext> m_context;
+    Qorv::ComPtr<Qorv::IAFS_FilesCache> m_files_cache;
+    std::shared_ptr<SharePoint::Object> m_web;
+    bool m_is_account_read = false;
+    std::wstring m_communication_key;
+};
