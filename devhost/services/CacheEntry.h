@@ -1,0 +1,84 @@
+#pragma once
+
+#include "qorv/Afs.h"
+#include "qorv/CoClass.h"
+#include "services/EntryFiles.h"
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace DevHost {
+
+class FilesCache;
+
+/// The location of a name, as its file system writes it. Throws a `Failure` when it cannot be had.
+std::wstring LocationOf(Qorv::IAFS_Name* i_name);
+
+/// One file's bytes in the files cache.
+///
+/// They are downloaded on first need, from the beginning up to what is read. The first change needs all of them, since
+/// the service only takes whole files; so a changed entry is always complete. One thread at a time.
+class CacheEntry final : public Qorv::CoClass<CacheEntry, Qorv::IAFS_FileCache> {
+public:
+    /// `io_owner` must live until `Close`.
+    CacheEntry(FilesCache& io_owner, EntryFiles i_files) : m_owner(&io_owner), m_files(std::move(i_files)) {}
+    ~CacheEntry();
+
+    /// The remote file behind the entry, and how it is reached. Replaces what was bound before.
+    void Bind(Qorv::IAFS_Name* i_name, Qorv::IAFS_FileCacheCallbacks* i_callback);
+
+    // How a bound entry begins: one of these.
+    void StartWithRemoteFile(std::uint64_t i_size); ///< With the announced size in bytes.
+    void StartEmpty();                              ///< Changed: an empty document is uploaded, too.
+    void StartWithKeptBytes();                      ///< Changed: with what its files hold.
+
+    std::wstring Location() const { return LocationOf(m_name); }
+    const std::filesystem::path& Path() const noexcept { return m_files.BytesPath(); }
+    bool IsChanged() const noexcept { return m_is_changed; }
+    /// The files that have the entry open; pointers to compare, not to use.
+    std::set<const Qorv::IAFS_File*>& OpenFiles() noexcept { return m_open_files; }
+    /// Takes the entry's bytes for the service's.
+    void ForgetChanges();
+
+    HRESULT STDMETHODCALLTYPE Read(ULONGLONG i_pos, void* o_data, ULONG i_size, ULONG* o_read,
+                                   Qorv::IQorv_ErrorDetails* o_details,
+                                   Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
+    HRESULT STDMETHODCALLTYPE Write(ULONGLONG i_pos, const void* i_data, ULONG i_size, ULONG* o_written,
+                                    Qorv::IQorv_ErrorDetails* o_details,
+                                    Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Size(ULONGLONG* o_size) noexcept override;
+    HRESULT STDMETHODCALLTYPE SetSize(ULONGLONG i_size, Qorv::IQorv_ErrorDetails* o_details,
+                                      Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
+    HRESULT STDMETHODCALLTYPE Flush(Qorv::IQorv_ErrorDetails* o_details,
+                                    Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_TempFileName(BSTR* o_path) noexcept override;
+
+    // The ends of an entry: after one of these it answers E_UNEXPECTED. All let go of the plug-in's objects.
+    void Remove();
+    std::filesystem::path MoveToReplaced();
+    /// Changed bytes stay for a later run, others go.
+    void Close();
+
+private:
+    void Unbind();
+    void RequireOpen();
+    void FetchUpTo(std::uint64_t i_end, Qorv::IQorv_CancelFlag* i_cancel_flag);
+    void FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag* i_cancel_flag);
+    void BeginChange();
+    void Upload(Qorv::IQorv_CancelFlag* i_cancel_flag);
+    void Send(Qorv::IQorv_CancelFlag* i_cancel_flag);
+
+    FilesCache* m_owner;
+    EntryFiles m_files;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_name;
+    Qorv::ComPtr<Qorv::IAFS_FileCacheCallbacks> m_callback;
+    std::set<const Qorv::IAFS_File*> m_open_files;
+    std::uint64_t m_size = 0;
+    std::uint64_t m_fetched = 0; ///< So many bytes from the beginning are here.
+    bool m_is_complete = false;  ///< All bytes are here.
+    bool m_is_changed = false;   ///< They differ from the service's.
+};
+
+} // namespace DevHost

@@ -1,0 +1,204 @@
+#include "services/FilesCache.h"
+
+#include "services/ErrorDetails.h"
+#include "services/Failure.h"
+#include "services/Unicode.h"
+
+#include <algorithm>
+
+namespace DevHost {
+namespace {
+
+Qorv::ComPtr<Qorv::IAFS_Name> NameOf(Qorv::IAFS_File* i_file) {
+    Qorv::ComPtr<Qorv::IAFS_Name> name;
+    Check(i_file->get_Name(&name), L"Cannot read a file's name");
+    return name;
+}
+
+/// Whether there is a file at a name's location already. Only a file system's clear no counts: with any other answer
+/// nothing must be sent that could empty a file.
+bool HoldsFile(Qorv::IAFS_Name* i_name) {
+    Qorv::ComPtr<Qorv::IAFS_FileSys> file_system;
+    Check(i_name->get_FileSys(&file_system), L"Cannot read a location");
+    Qorv::ComPtr<Qorv::IAFS_FileInfo> info;
+    return file_system->GetFileInfo(i_name, nullptr, nullptr, &info) != E_INVALIDARG;
+}
+
+bool IsNewDocument(Qorv::IAFS_Name* i_name, ULONG i_flags, ULONGLONG i_size) {
+    if ((i_flags & Qorv::AFS_OpenFile_CreateAlways) != 0)
+        return true;
+    const bool may_be_new =
+        (i_flags & Qorv::AFS_OpenFile_Write) != 0 && (i_flags & Qorv::AFS_OpenFile_OpenExisting) == 0;
+    return may_be_new && i_size == 0 && !HoldsFile(i_name);
+}
+
+} // namespace
+
+FilesCache::FilesCache(std::filesystem::path i_folder, NoticeSink i_notice)
+    : m_folder(std::move(i_folder)), m_notice(std::move(i_notice)) {
+    EntryFiles::CleanUp(m_folder);
+}
+
+FilesCache::~FilesCache() {
+    Close();
+}
+
+HRESULT STDMETHODCALLTYPE FilesCache::QueryCache(Qorv::IAFS_File* i_file, ULONG,
+                                                 Qorv::IAFS_FileCache** o_cache) noexcept {
+    if (o_cache == nullptr || i_file == nullptr)
+        return E_POINTER;
+    *o_cache = nullptr;
+    return Answer([&] {
+        const Entry entry = FindOpen(LocationOf(NameOf(i_file)));
+        if (entry == nullptr)
+            return S_FALSE;
+        entry->OpenFiles().insert(i_file);
+        *o_cache = Entry(entry).Detach();
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE FilesCache::CreateNewCache(Qorv::IAFS_File* i_file, Qorv::IAFS_FileCacheCallbacks* i_callback,
+                                                     ULONG i_flags, ULONGLONG i_size, VARIANT_BOOL, ULONG, ULONG,
+                                                     Qorv::IAFS_FileCache** o_cache) noexcept {
+    if (o_cache == nullptr || i_file == nullptr || i_callback == nullptr)
+        return E_POINTER;
+    *o_cache = nullptr;
+    return Answer([&] {
+        const auto name = NameOf(i_file);
+        const std::wstring location = LocationOf(name);
+        Entry entry = FindOpen(location); // Two entries for one file would overwrite each other's uploads.
+        if (entry == nullptr) {
+            entry = TakeKeptForWriting(location, i_flags);
+            const bool is_kept = entry != nullptr;
+            if (!is_kept)
+                entry = Qorv::Create<CacheEntry>(*this, EntryFiles::Create(m_folder, location));
+            entry->Bind(name, i_callback);
+            if (is_kept)
+                entry->StartWithKeptBytes();
+            else if (IsNewDocument(name, i_flags, i_size))
+                entry->StartEmpty();
+            else
+                entry->StartWithRemoteFile(i_size);
+            m_entries.push_back(entry);
+        }
+        entry->OpenFiles().insert(i_file);
+        *o_cache = entry.Detach();
+    });
+}
+
+HRESULT STDMETHODCALLTYPE FilesCache::FlushAllCaches(Qorv::IQorv_ErrorDetails* o_details,
+                                                     Qorv::IQorv_CancelFlag* i_cancel_flag, VARIANT_BOOL) noexcept {
+    return Answer(o_details, [&] {
+        HRESULT first_failure = S_OK;
+        std::wstring texts;
+        const std::vector<Entry> entries = m_entries; // An upload may remove others.
+        for (const Entry& entry : entries) {
+            const auto said = Qorv::Create<ErrorDetails>();
+            const HRESULT result = entry->IsChanged() ? entry->Flush(said, i_cancel_flag) : S_OK;
+            if (FAILED(result)) {
+                texts += (texts.empty() ? L"" : L". ") + entry->Location() + L": " + said->Text();
+                first_failure = FAILED(first_failure) ? first_failure : result;
+            } else if (entry->OpenFiles().empty()) {
+                Remove(entry);
+            }
+        }
+        if (FAILED(first_failure))
+            throw Failure(first_failure, texts);
+    });
+}
+
+HRESULT STDMETHODCALLTYPE FilesCache::CheckForReopenFile(Qorv::IAFS_File* i_file, ULONG i_new_flags) noexcept {
+    const bool has_access = (i_new_flags & (Qorv::AFS_OpenFile_Read | Qorv::AFS_OpenFile_Write)) != 0;
+    return has_access && FindOpenedBy(i_file) != nullptr ? S_OK : E_INVALIDARG;
+}
+
+HRESULT STDMETHODCALLTYPE FilesCache::CloseCache(Qorv::IAFS_File* i_file, Qorv::IAFS_FileCache* i_cache,
+                                                 Qorv::IQorv_ErrorDetails* o_details,
+                                                 Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
+    return Answer(o_details, [&] {
+        const Entry entry = FindOpenedBy(i_file);
+        if (entry == nullptr || entry != i_cache)
+            throw Failure(E_INVALIDARG, L"The file is not open in the cache");
+        entry->OpenFiles().erase(i_file);
+        if (!entry->OpenFiles().empty())
+            return;
+        const auto said = Qorv::Create<ErrorDetails>();
+        const HRESULT result = entry->Flush(said, i_cancel_flag);
+        if (SUCCEEDED(result)) {
+            Remove(entry);
+            return;
+        }
+        if (o_details == nullptr) // A file that went without being closed: somebody must hear of it.
+            m_notice(entry->Location() + L": " + said->Text());
+        throw Failure(result, said->Text());
+    });
+}
+
+void FilesCache::Discard(Qorv::IAFS_File* i_file) {
+    if (const Entry entry = FindOpenedBy(i_file); entry != nullptr)
+        entry->ForgetChanges();
+}
+
+void FilesCache::OnUploaded(const CacheEntry& i_entry) {
+    if (const Entry kept = TakeKept(i_entry.Location()); kept != nullptr)
+        KeepReplaced(kept);
+}
+
+void FilesCache::Close() {
+    for (const Entry& entry : std::exchange(m_entries, {}))
+        entry->Close();
+}
+
+FilesCache::Entry FilesCache::FindOpen(const std::wstring& i_location) const {
+    const auto found = std::ranges::find_if(m_entries, [&](const Entry& i_entry) {
+        return !i_entry->OpenFiles().empty() && EqualIgnoringCase(i_entry->Location(), i_location);
+    });
+    return found != m_entries.end() ? *found : nullptr;
+}
+
+FilesCache::Entry FilesCache::FindOpenedBy(Qorv::IAFS_File* i_file) const {
+    const auto found =
+        std::ranges::find_if(m_entries, [&](const Entry& i_entry) { return i_entry->OpenFiles().contains(i_file); });
+    return found != m_entries.end() ? *found : nullptr;
+}
+
+FilesCache::Entry FilesCache::TakeKept(const std::wstring& i_location) {
+    const auto found = std::ranges::find_if(m_entries, [&](const Entry& i_entry) {
+        return i_entry->OpenFiles().empty() && i_entry->IsChanged() &&
+               EqualIgnoringCase(i_entry->Location(), i_location);
+    });
+    if (found != m_entries.end()) {
+        const Entry kept = *found;
+        m_entries.erase(found);
+        return kept;
+    }
+    auto abandoned = EntryFiles::FindAbandoned(m_folder, i_location);
+    return abandoned ? Qorv::Create<CacheEntry>(*this, std::move(*abandoned)) : nullptr;
+}
+
+/// The kept bytes that an open with write access goes on with, if there are any.
+FilesCache::Entry FilesCache::TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags) {
+    const Entry kept = (i_flags & Qorv::AFS_OpenFile_Write) != 0 ? TakeKept(i_location) : nullptr;
+    if (kept == nullptr)
+        return nullptr;
+    if ((i_flags & Qorv::AFS_OpenFile_CreateAlways) != 0) {
+        KeepReplaced(kept);
+        return nullptr;
+    }
+    m_notice(i_location + L" goes on with the changes that could not be saved before");
+    return kept;
+}
+
+void FilesCache::KeepReplaced(const Entry& i_entry) {
+    const std::filesystem::path copy = i_entry->MoveToReplaced();
+    m_notice(L"Earlier changes that could not be saved are replaced; a copy is kept as " + copy.wstring());
+}
+
+void FilesCache::Remove(const Entry& i_entry) {
+    const Entry entry = i_entry; // The list may hold the one that was given.
+    std::erase(m_entries, entry);
+    entry->Remove();
+}
+
+} // namespace DevHost

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "qorv/Afs.h"
+#include "qorv/CoClass.h"
+#include "services/CacheEntry.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace DevHost {
+
+/// Tells the user something that is no failure.
+using NoticeSink = std::function<void(const std::wstring&)>;
+
+/// The files cache of one file system: one entry for a location, shared by all files that have it open. The entry goes
+/// with its last file, after its changes were uploaded.
+///
+/// Changes that cannot be uploaded are kept and sent again with every flush of the cache. They are never shown to who
+/// only reads; who opens their location for writing goes on with them, in a later run of the host too, or replaces
+/// them, and then a copy is kept.
+///
+/// One thread at a time.
+class FilesCache final : public Qorv::CoClass<FilesCache, Qorv::IAFS_FilesCache> {
+public:
+    FilesCache(std::filesystem::path i_folder, NoticeSink i_notice);
+    ~FilesCache();
+
+    HRESULT STDMETHODCALLTYPE QueryCache(Qorv::IAFS_File* i_file, ULONG i_flags,
+                                         Qorv::IAFS_FileCache** o_cache) noexcept override;
+    HRESULT STDMETHODCALLTYPE CreateNewCache(Qorv::IAFS_File* i_file, Qorv::IAFS_FileCacheCallbacks* i_callback,
+                                             ULONG i_flags, ULONGLONG i_size, VARIANT_BOOL i_is_temporary,
+                                             ULONG i_reserved1, ULONG i_reserved2,
+                                             Qorv::IAFS_FileCache** o_cache) noexcept override;
+    HRESULT STDMETHODCALLTYPE FlushAllCaches(Qorv::IQorv_ErrorDetails* o_details, Qorv::IQorv_CancelFlag* i_cancel_flag,
+                                             VARIANT_BOOL i_close) noexcept override;
+    HRESULT STDMETHODCALLTYPE CheckForReopenFile(Qorv::IAFS_File* i_file, ULONG i_new_flags) noexcept override;
+    HRESULT STDMETHODCALLTYPE CloseCache(Qorv::IAFS_File* i_file, Qorv::IAFS_FileCache* i_cache,
+                                         Qorv::IQorv_ErrorDetails* o_details,
+                                         Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
+
+    /// Gives up what was changed through an open file: its close uploads nothing. For a document that could not be
+    /// written completely.
+    void Discard(Qorv::IAFS_File* i_file);
+
+    /// An entry's changes have reached the service: older ones of the same location, which were kept, must not follow.
+    void OnUploaded(const CacheEntry& i_entry);
+
+    /// Ends every entry and lets go of the plug-in's objects; changed bytes stay on the disk.
+    void Close();
+
+private:
+    using Entry = Qorv::ComPtr<CacheEntry>;
+
+    Entry FindOpen(const std::wstring& i_location) const;
+    Entry FindOpenedBy(Qorv::IAFS_File* i_file) const;
+    /// Changed bytes of the location that no file has open, of this run or an earlier one; null if there are none.
+    Entry TakeKept(const std::wstring& i_location);
+    Entry TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags);
+    void KeepReplaced(const Entry& i_entry);
+    void Remove(const Entry& i_entry);
+
+    std::filesystem::path m_folder;
+    NoticeSink m_notice;
+    std::vector<Entry> m_entries; ///< Those with open files, and the kept ones of this run.
+};
+
+} // namespace DevHost

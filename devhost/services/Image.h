@@ -1,0 +1,21 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+#include "qorv/Uix.h"
+
+#include <vector>
+
+namespace DevHost {
+
+/// One picture in several sizes. Main thread only.
+class Image final : public Qorv::CoClass<Image, Qorv::IUIX_Image> {
+public:
+    HRESULT STDMETHODCALLTYPE AddBitmap(Qorv::IUIX_Bitmap* i_bitmap) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Count(ULONG* o_count) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Bitmap(ULONG i_index, Qorv::IUIX_Bitmap** o_bitmap) noexcept override;
+
+private:
+    std::vector<Qorv::ComPtr<Qorv::IUIX_Bitmap>> m_bitmaps;
+};
+
+} // namespace DevHost

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace DevHost {
+
+/// An open file of this machine. Everything that fails throws a `Failure` which names the file.
+class LocalFile {
+public:
+    enum class Mode {
+        Read,      ///< An existing file; others may do what they like with it.
+        ReadWrite, ///< An existing file; nobody else may write or remove it meanwhile.
+        CreateNew, ///< The same for a file that must not exist yet.
+    };
+
+    LocalFile() noexcept = default;
+    LocalFile(std::filesystem::path i_path, Mode i_mode);
+    LocalFile(LocalFile&& io_other) noexcept;
+    LocalFile& operator=(LocalFile&& io_other) noexcept;
+    ~LocalFile();
+
+    bool IsOpen() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
+    void Close() noexcept;
+
+    /// Reads up to `i_size` bytes from a position; fewer only at the end of the file.
+    ULONG ReadAt(std::uint64_t i_position, void* o_data, ULONG i_size);
+    void WriteAt(std::uint64_t i_position, const void* i_data, ULONG i_size);
+    std::uint64_t Size();
+    void SetSize(std::uint64_t i_size);
+    /// Makes sure that what was written is on the disk.
+    void Flush();
+
+    const std::filesystem::path& Path() const noexcept { return m_path; }
+
+private:
+    [[noreturn]] void Throw(std::wstring_view i_verb) const;
+
+    std::filesystem::path m_path;
+    HANDLE m_handle = INVALID_HANDLE_VALUE;
+};
+
+/// Moves a file, onto an existing one too.
+void MoveLocalFile(const std::filesystem::path& i_from, const std::filesystem::path& i_to);
+
+std::string ReadWholeFile(const std::filesystem::path& i_path);
+
+/// Writes a small file so that whoever reads it finds the old text or the new one, whatever happens meanwhile. Missing
+/// folders are made.
+void WriteFileAtomically(const std::filesystem::path& i_path, std::string_view i_bytes);
+
+} // namespace DevHost

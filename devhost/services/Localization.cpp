@@ -1,0 +1,27 @@
+#include "services/Localization.h"
+
+#include "services/Failure.h"
+#include "services/Xml.h"
+
+namespace DevHost {
+
+void Localization::Merge(const std::string& i_document) {
+    const XmlElement table = ParseXml(i_document.data(), i_document.size());
+    const std::wstring name_space = table.Attribute(L"namespace");
+    if (table.name != L"localization" || name_space.empty())
+        throw Failure(E_INVALIDARG, L"The document is no localization table");
+    if (table.Attribute(L"language") != L"en")
+        return;
+    for (const XmlElement& element : table.children)
+        if (element.name != L"string" || element.Attribute(L"id").empty())
+            throw Failure(E_INVALIDARG, L"The localization table holds something else than texts with an id");
+    for (const XmlElement& element : table.children)
+        m_texts[name_space + L"." + element.Attribute(L"id")] = element.text;
+}
+
+const std::wstring* Localization::Find(const std::wstring& i_id) const {
+    const auto found = m_texts.find(i_id);
+    return found != m_texts.end() ? &found->second : nullptr;
+}
+
+} // namespace DevHost

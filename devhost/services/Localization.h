@@ -1,0 +1,23 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace DevHost {
+
+/// The merged localization tables. The host speaks English: tables of other languages are left out.
+class Localization {
+public:
+    /// Adds a table (`<localization language="en" namespace="db">` with `<string id="...">` elements); the full id of a
+    /// text is the namespace, a dot and the id. A text that is there already is replaced. Throws a `Failure` with
+    /// E_INVALIDARG for a document that is no table, of which nothing is taken then.
+    void Merge(const std::string& i_document);
+
+    /// The text of a full id, null for an unknown one.
+    const std::wstring* Find(const std::wstring& i_id) const;
+
+private:
+    std::map<std::wstring, std::wstring> m_texts;
+};
+
+} // namespace DevHost

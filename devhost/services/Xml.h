@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace DevHost {
+
+/// One element of an XML document with all below it.
+struct XmlElement {
+    std::wstring name;
+    std::map<std::wstring, std::wstring> attributes;
+    std::wstring text; ///< All text directly in the element.
+    std::vector<XmlElement> children;
+
+    /// An attribute's value, empty when the element has none of this name.
+    std::wstring Attribute(const std::wstring& i_name) const;
+};
+
+/// Reads a document and gives its root. Throws a `Failure` with E_INVALIDARG for what is no well-formed XML.
+XmlElement ParseXml(const void* i_data, size_t i_size);
+
+} // namespace DevHost
