@@ -1,5 +1,5 @@
 # GoogleTest as Debian ships it, in source: built with the compiler of the build that uses it.
-find_path(GOOGLETEST_SOURCE CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PATH REQUIRED)
+set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "Where the sources of GoogleTest are")
 set(INSTALL_GTEST OFF)
 set(BUILD_GMOCK OFF)
 set(gtest_disable_pthreads OFF)

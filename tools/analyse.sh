@@ -68,7 +68,7 @@ AnalyseSource() {
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include)
     clang-tidy --quiet -p "$windows_build" --warnings-as-errors='*' \
         --extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32 \
-        --extra-arg={-nostdinc++,-isystem,"$repository/tools/analyse",-isystem,"$headers/c++"} \
+        --extra-arg={-nostdinc++,-isystem,"$headers/c++"} \
         --extra-arg={-isystem,"$headers/c++/x86_64-w64-mingw32",-Wno-sign-conversion} \
         "$repository/$1" 2> >(grep -v -e ' generated\.$' -e '^Error while processing' >&2) || return 1
     mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is no part of the Windows build" >&2

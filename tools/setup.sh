@@ -3,16 +3,16 @@
 # shellcheck source=tools/common.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 
-# To build and run. Wine only recommends libgnutls30 (no TLS without it) and fonts-wine (no proper windows without it).
+# To build (the tests are configured with the rest) and run. Wine only recommends libgnutls30 (no TLS without it) and fonts-wine (no proper windows without it).
 # x11-utils has xprop, which tells whether a display answers.
 run_packages=(
     g++ g++-mingw-w64-x86-64-posix cmake ninja-build
-    libboost-dev libssl-dev rapidjson-dev
+    libboost-dev libssl-dev rapidjson-dev googletest
     wine64 libgnutls30 ca-certificates fonts-wine fonts-liberation xvfb x11-utils
 )
 
 # What ./check needs besides.
-check_packages=(googletest clang-format clang-tidy git)
+check_packages=(clang-format clang-tidy git)
 
 InstallRunPackages() { InstallPackages "${run_packages[@]}"; }
 InstallCheckPackages() { InstallPackages "${run_packages[@]}" "${check_packages[@]}"; }
