@@ -1,7 +1,6 @@
 #include "afs/CacheCallback.h"
 
 #include "afs/CancelFlag.h"
-#include "afs/ObjectLookup.h"
 #include "afs/Session.h"
 #include "core/Check.h"
 
@@ -12,8 +11,29 @@ constexpr wchar_t no_file[] = L"File does not exist";
 
 } // namespace
 
-CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file, bool i_is_bound_before)
-    : m_name(i_name), m_missing_file(i_missing_file), m_is_record_old(i_is_bound_before) {
+/// A step of a transfer: unless it goes well, the transfer is given up.
+class CacheCallback::Transfer {
+public:
+    explicit Transfer(CacheCallback& io_callback) noexcept : m_callback(io_callback) { TRACE_FUNCTION(); }
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+    ~Transfer() {
+        TRACE_FUNCTION();
+        if (!m_goes_on)
+            m_callback.DropStreams();
+    }
+    void GoOn() noexcept {
+        TRACE_FUNCTION();
+        m_goes_on = true;
+    }
+
+private:
+    CacheCallback& m_callback;
+    bool m_goes_on = false;
+};
+
+CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file)
+    : m_name(i_name), m_missing_file(i_missing_file) {
     TRACE_FUNCTION();
 }
 
@@ -31,13 +51,17 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Read(ULONGLONG pos, void* data, ULONG s
         *out_read = 0;
         CHECK_RETURN(size > 0, E_INVALIDARG);
         CHECK_RETURN(data != nullptr, E_POINTER);
+        Transfer transfer(*this);
         CHECK_THROW(
             pos == m_pos,
             Exception(L"Requested read position is not equal to current one - random reading is not supported"));
         CHECK_THROW(!m_upload.has_value(), Exception(L"The file cannot be read while it is being written"));
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
-        *out_read = ReadDownload(data, size);
+        if (!m_download.has_value())
+            m_download = m_name->GetObject()->AsFile()->OpenRead();
+        *out_read = m_download->Read(data, size);
         m_pos += *out_read;
+        transfer.GoOn();
         if (*out_read == 0)
             return trace_function.Return(end_of_data, L"ERROR_HANDLE_EOF");
         return TRACE_RESULT(S_OK);
@@ -59,8 +83,10 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Write(ULONGLONG pos, const void* data, 
                                             L"not supported"));
         CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
         CHECK_THROW(size <= m_upload->size - m_pos, Exception(L"More is written than the announced size"));
+        Transfer transfer(*this);
         WriteUpload(data, size);
         m_pos += size;
+        transfer.GoOn();
         *out_written = size;
         return TRACE_RESULT(S_OK);
     };
@@ -81,7 +107,6 @@ HRESULT STDMETHODCALLTYPE CacheCallback::GetSize(ULONGLONG* out_size, Qorv::IQor
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         CHECK_RETURN(out_size != nullptr, E_POINTER);
         *out_size = 0;
-        CHECK_THROW(!m_is_record_old || !IsRemoteMissing(), Exception(no_file));
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
         *out_size = m_name->GetObject()->GetInformation()._size;
         return TRACE_RESULT(S_OK);
@@ -116,19 +141,8 @@ HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_
         DropStreams();
         CHECK_THROW(written == upload.size, Exception(L"Less was written than the announced size"));
         m_name->GetObject()->AsFile()->FinishWrite(upload.request);
-        m_is_record_old = false;
         return TRACE_RESULT(S_OK);
     };
-}
-
-/// Asks without a kind, so that a folder in the file's place is not taken for a free one.
-bool CacheCallback::IsRemoteMissing() {
-    TRACE_FUNCTION();
-    const auto object = m_name->BindObject();
-    if (object == nullptr || !m_is_record_old)
-        return object == nullptr;
-    m_is_record_old = !RefreshObject(*object);
-    return m_is_record_old;
 }
 
 /// Whether the caller has given up: then the transfer is given up too.
@@ -140,30 +154,13 @@ bool CacheCallback::IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     return is_canceled;
 }
 
-std::uint32_t CacheCallback::ReadDownload(void* data, ULONG size) {
-    TRACE_FUNCTION();
-    try {
-        if (!m_download.has_value())
-            m_download = m_name->GetObject()->AsFile()->OpenRead();
-        return m_download->Read(data, size);
-    } catch (...) {
-        DropStreams();
-        throw;
-    }
-}
-
 void CacheCallback::WriteUpload(const void* data, ULONG size) {
     TRACE_FUNCTION();
-    try {
-        const auto* bytes = static_cast<const std::byte*>(data);
-        for (ULONG written = 0; written < size;) {
-            const std::uint32_t step = m_upload->request.Write(bytes + written, size - written);
-            CHECK_THROW(step > 0, Exception(L"The upload takes no more data"));
-            written += step;
-        }
-    } catch (...) {
-        DropStreams();
-        throw;
+    const auto* bytes = static_cast<const std::byte*>(data);
+    for (ULONG written = 0; written < size;) {
+        const std::uint32_t step = m_upload->request.Write(bytes + written, size - written);
+        CHECK_THROW(step > 0, Exception(L"The upload takes no more data"));
+        written += step;
     }
 }
 

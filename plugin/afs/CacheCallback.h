@@ -6,16 +6,14 @@
 
 /// How the host's files cache reaches one remote file: one download, front to back, or one upload, front to back.
 ///
-/// A transfer that fails, or whose caller gives up, is dropped and everything starts anew at position 0: a dropped
-/// upload leaves the file at the service as it was. A call that is refused for its arguments leaves the transfer as it
-/// is.
+/// A read that fails, an upload that breaks off, and a caller who gives up end the transfer: everything starts anew at
+/// position 0, and the service keeps the file that it had.
 class CacheCallback final : public Qorv::CoClass<CacheCallback, Qorv::IAFS_FileCacheCallbacks> {
 public:
+    /// What is done about a missing file when an upload begins.
     enum class MissingFile { Fails, IsCreated };
 
-    /// What is done about a missing file when an upload begins. `i_is_bound_before`: the name was bound before the file
-    /// was opened, so that its record may be an old one.
-    CacheCallback(Name* i_name, MissingFile i_missing_file, bool i_is_bound_before);
+    CacheCallback(Name* i_name, MissingFile i_missing_file);
     ~CacheCallback();
 
     /// One forward-only stream: the position is the end of the read before.
@@ -37,24 +35,20 @@ public:
     HRESULT STDMETHODCALLTYPE EndWrite(Qorv::IQorv_ErrorDetails* out_error_details,
                                        Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
 
-    /// Whether nothing is at the location, as the service says now.
-    bool IsRemoteMissing();
-
 private:
     struct Upload {
         Http::Request request;
         ULONGLONG size; ///< As announced.
     };
+    class Transfer;
 
     bool IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept;
-    std::uint32_t ReadDownload(void* data, ULONG size);
-    void WriteUpload(const void* data, ULONG size);
     void CreateMissingFile();
+    void WriteUpload(const void* data, ULONG size);
     void DropStreams() noexcept;
 
     Qorv::ComPtr<Name> m_name;
     MissingFile m_missing_file;
-    bool m_is_record_old;
     ULONGLONG m_pos = 0;
     std::optional<ULONGLONG> m_size; ///< As the cache set it last.
     std::optional<Http::Response> m_download;

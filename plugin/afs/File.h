@@ -47,7 +47,8 @@ public:
 private:
     static HRESULT CheckDisposition(File* self);
     static void QueryEntry(File* self);
-    static HRESULT CreateEntry(File* self, bool i_is_bound_before, Qorv::IQorv_ErrorDetails* out_error_details,
+    static void RefreshName(File* self);
+    static HRESULT CreateEntry(File* self, Qorv::IQorv_ErrorDetails* out_error_details,
                                Qorv::IQorv_CancelFlag* cancel_flag);
 
     ULONG Disposition() const noexcept;

@@ -4,6 +4,7 @@
 #include "afs/CancelFlag.h"
 #include "afs/File.h"
 #include "afs/LogText.h"
+#include "afs/ObjectLookup.h"
 #include "afs/Session.h"
 #include "core/Check.h"
 
@@ -26,10 +27,15 @@ HRESULT File::CreateAndOpenFile(Name* name, ULONG flags, Qorv::IQorv_ErrorDetail
     CHECK_HRESULT(CheckDisposition(self));
     CHECK_THROW(self->m_name->GetSession()->GetFilesCache() != nullptr, Exception(L"File cache is not found"));
     QueryEntry(self);
-    if (self->m_cache == nullptr)
-        CHECK_HRESULT(CreateEntry(self, is_bound_before, out_error_details, cancel_flag));
-    else if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways)
+    if (self->m_cache == nullptr) {
+        if (is_bound_before) {
+            RefreshName(self);
+            CHECK_HRESULT(CheckDisposition(self)); // What was there may be gone.
+        }
+        CHECK_HRESULT(CreateEntry(self, out_error_details, cancel_flag));
+    } else if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways) {
         CHECK_HRESULT(self->m_cache->SetSize(0, out_error_details, cancel_flag));
+    }
     out_file = self;
     return TRACE_RESULT(S_OK);
 }
@@ -73,24 +79,29 @@ void File::QueryEntry(File* self) {
                                  static_cast<int>(result), cache != nullptr ? L"" : L"no "));
 }
 
-HRESULT File::CreateEntry(File* self, bool i_is_bound_before, Qorv::IQorv_ErrorDetails* out_error_details,
+/// What a name that was bound before knows may be old: an old size would cut what is read.
+void File::RefreshName(File* self) {
+    TRACE_FUNCTION();
+    const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
+    if (!is_replaced && !RefreshObject(*self->m_name->GetObject()))
+        self->m_name = self->m_name->CreateUnbound();
+}
+
+HRESULT File::CreateEntry(File* self, Qorv::IQorv_ErrorDetails* out_error_details,
                           Qorv::IQorv_CancelFlag* cancel_flag) {
     TRACE_FUNCTION();
-    const ULONG disposition = self->Disposition();
-    const bool may_create =
-        (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && disposition != Qorv::AFS_OpenFile_OpenExisting;
+    const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
+    const bool is_existing = self->Disposition() == Qorv::AFS_OpenFile_OpenExisting;
+    const bool may_create = (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && !is_existing;
     const auto missing_file = may_create ? CacheCallback::MissingFile::IsCreated : CacheCallback::MissingFile::Fails;
-    const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file, i_is_bound_before);
+    const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file);
     CHECK_RETURN(callback != nullptr, E_OUTOFMEMORY);
 
     ULONGLONG size = 0;
-    const bool is_replaced = disposition == Qorv::AFS_OpenFile_CreateAlways;
-    if (!is_replaced && !(may_create && callback->IsRemoteMissing())) {
-        // A name that was bound before may stand for a file that is gone.
-        if (disposition == Qorv::AFS_OpenFile_OpenExisting)
-            CHECK_RETURN(!callback->IsRemoteMissing(), file_not_found);
+    // Asked without a kind: a folder in the file's place is no place for a new file.
+    const bool is_new = is_replaced || (may_create && self->m_name->BindObject() == nullptr);
+    if (!is_new)
         CHECK_HRESULT(callback->GetSize(&size, out_error_details, cancel_flag));
-    }
     CHECK_HRESULT(self->m_name->GetSession()->GetFilesCache()->CreateNewCache(self, callback, self->m_flags, size,
                                                                               VARIANT_FALSE, 0, 0, &self->m_cache));
     CHECK_RETURN(self->m_cache != nullptr, E_UNEXPECTED);

@@ -148,6 +148,11 @@ ComPtr<Name> Name::GetParent() const {
     return NewName(m_session, m_url.substr(0, last_slash));
 }
 
+ComPtr<Name> Name::CreateUnbound() const {
+    TRACE_FUNCTION();
+    return NewName(m_session, m_url);
+}
+
 std::shared_ptr<Session> Name::GetSession() const noexcept {
     TRACE_FUNCTION();
     return m_session;

@@ -54,6 +54,9 @@ public:
     /// Null for a root.
     Qorv::ComPtr<Name> GetParent() const;
 
+    /// A name of the same location that is not bound, for one whose object is gone: a bound name stays bound.
+    Qorv::ComPtr<Name> CreateUnbound() const;
+
     std::shared_ptr<Session> GetSession() const noexcept;
     const std::wstring& GetUrl() const noexcept;
     /// The location without the prefix and the user id.
