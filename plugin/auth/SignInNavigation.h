@@ -1,0 +1,34 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// The OAuth2 implicit grant as the browser passes through it: watches every completed navigation, leads the browser
+/// from the end of the log-out to the page that asks for consent, and takes the token from the URL of the redirect
+/// receiver. No URL is ever logged, because that one holds the token.
+class SignInNavigation {
+public:
+    using NavigateFunction = std::function<HRESULT(const std::wstring& i_url)>;
+    using CloseFunction = std::function<HRESULT()>;
+
+    /// `i_navigate` makes the browser stop and load another page, `i_close` ends the dialog. The outputs must outlive
+    /// this object; they are set together, when the sign-in is complete.
+    SignInNavigation(NavigateFunction i_navigate, CloseFunction i_close, std::wstring_view i_client_id,
+                     std::wstring& o_header, std::wstring& o_account_id);
+
+    /// A page has been loaded. E_FAIL for a null URL and for a redirect that lacks the token or the account id: the
+    /// dialog then stays open for the user to close.
+    HRESULT OnNavigateComplete(const wchar_t* i_url) const;
+
+private:
+    HRESULT CompleteSignIn(std::wstring_view i_fragment) const;
+
+    NavigateFunction m_navigate;
+    CloseFunction m_close;
+    std::wstring m_authorize_page;
+    std::wstring& m_header;
+    std::wstring& m_account_id;
+};
