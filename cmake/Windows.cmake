@@ -1,5 +1,5 @@
 # What holds for everything that is built for Windows.
-add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0A00)
+add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 
 # The host's contract has callers cast the place for a service's pointer to IUnknown**.
 add_compile_options(-fno-strict-aliasing)
@@ -14,3 +14,13 @@ file(MAKE_DIRECTORY "${RAPIDJSON_COPY}")
 file(CREATE_LINK "${RAPIDJSON_INCLUDE_DIR}/rapidjson" "${RAPIDJSON_COPY}/rapidjson" SYMBOLIC)
 add_library(rapidjson INTERFACE)
 target_include_directories(rapidjson SYSTEM INTERFACE "${RAPIDJSON_COPY}")
+
+# The platform's and the library's headers take four fifths of a compilation: they are compiled once, and every target
+# says `target_precompile_headers(NAME REUSE_FROM platform_headers)`. None of our own are among them, and no file relies
+# on it: the analyser compiles without.
+file(WRITE "${CMAKE_BINARY_DIR}/platform_headers.cpp.new" "")
+file(COPY_FILE "${CMAKE_BINARY_DIR}/platform_headers.cpp.new" "${CMAKE_BINARY_DIR}/platform_headers.cpp" ONLY_IF_DIFFERENT)
+add_library(platform_headers OBJECT "${CMAKE_BINARY_DIR}/platform_headers.cpp")
+target_precompile_headers(platform_headers PRIVATE
+    <windows.h> <objbase.h> <oleauto.h> <wininet.h> <shlwapi.h>
+    <algorithm> <atomic> <cstdint> <functional> <map> <memory> <new> <optional> <string> <string_view> <utility> <vector>)

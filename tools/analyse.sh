@@ -16,6 +16,9 @@ CheckFormat() {
 # be built before). A source is analysed anew only when it, a header that it uses, or a rule has changed.
 Analyse() {
     mkdir -p "$analysis_folder"
+    # clang cannot read the other compiler's precompiled headers.
+    sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' "$windows_build/compile_commands.json" \
+        >"$analysis_folder/compile_commands.json"
     WriteFingerprints
     local stale
     stale=$(StaleSources)
@@ -66,7 +69,7 @@ StaleSources() {
 AnalyseSource() {
     local headers
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include)
-    clang-tidy --quiet -p "$windows_build" --warnings-as-errors='*' \
+    clang-tidy --quiet -p "$analysis_folder" --warnings-as-errors='*' \
         --extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32 \
         --extra-arg={-nostdinc++,-isystem,"$headers/c++"} \
         --extra-arg={-isystem,"$headers/c++/x86_64-w64-mingw32",-Wno-sign-conversion} \
