@@ -19,6 +19,11 @@ std::wstring IdOf(Qorv::IQorv_Plugin* i_plugin) {
     return text.data();
 }
 
+/// The texts that plug-ins expect the host to have.
+constexpr char host_texts[] = R"(<localization language="en" namespace="btn">
+    <string id="cancel">Cancel</string>
+</localization>)";
+
 } // namespace
 
 MainInstance::MainInstance(std::filesystem::path i_profile, NoticeSink i_notice)
@@ -26,7 +31,9 @@ MainInstance::MainInstance(std::filesystem::path i_profile, NoticeSink i_notice)
     , m_events(Qorv::Create<EventServer>())
     , m_file_systems(Qorv::Create<FileSystemService>(m_profile / L"cache", std::move(i_notice)))
     , m_auxiliary(Qorv::Create<AuxiliaryService>())
-    , m_ui(Qorv::Create<UiService>()) {}
+    , m_ui(Qorv::Create<UiService>(m_localization)) {
+    m_localization.Merge(host_texts);
+}
 
 HRESULT STDMETHODCALLTYPE MainInstance::GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept {
     if (o_service == nullptr)

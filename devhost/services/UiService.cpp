@@ -4,8 +4,30 @@
 #include "services/Failure.h"
 #include "services/Image.h"
 #include "services/StreamReader.h"
+#include "uix/LayoutDialog.h"
+#include "uix/MessageDialog.h"
 
 namespace DevHost {
+namespace {
+
+PCWSTR SystemIcon(ULONG i_icon) {
+    switch (i_icon) {
+    case Qorv::UIX_MsgBox_IconWarning:
+        return IDI_WARNING;
+    case Qorv::UIX_MsgBox_IconQuestion:
+        return IDI_QUESTION;
+    default:
+        return nullptr;
+    }
+}
+
+std::wstring TextOf(Qorv::PCStr i_text) {
+    return i_text != nullptr ? i_text : L"";
+}
+
+} // namespace
+
+UiService::UiService(const Localization& i_texts) : m_texts(i_texts), m_monitors(std::make_shared<LoopMonitors>()) {}
 
 HRESULT STDMETHODCALLTYPE UiService::CreateImage(const ULONG* i_ids, ULONG i_count,
                                                  Qorv::IUIX_Image** o_image) noexcept {
@@ -27,20 +49,53 @@ HRESULT STDMETHODCALLTYPE UiService::CreateBitmapFromStream(IStream* i_stream, Q
     });
 }
 
-HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParameters*, Qorv::IUIX_Obj**) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParameters* i_parameters,
+                                               Qorv::IUIX_Obj** o_object) noexcept {
+    if (o_object != nullptr)
+        *o_object = nullptr;
+    if (i_parameters == nullptr || i_parameters->sink == nullptr || i_parameters->layout_data == nullptr ||
+        i_parameters->layout_id == nullptr)
+        return E_INVALIDARG;
+    return Answer([&] {
+        Layout layout = Layout::Read(i_parameters->layout_data, i_parameters->layout_size, i_parameters->layout_id);
+        layout.Localize(m_texts);
+        const LayoutDialog::Frame frame{i_parameters->owner, i_parameters->window_style};
+        const auto dialog = Qorv::Create<LayoutDialog>(layout, frame, m_monitors);
+        if (dialog == nullptr)
+            return E_OUTOFMEMORY;
+        const HRESULT result = dialog->Attach(i_parameters->sink);
+        if (FAILED(result))
+            dialog->Destroy();
+        else if (o_object != nullptr)
+            *o_object = Qorv::ComPtr<LayoutDialog>(dialog).Detach();
+        return result;
+    });
 }
 
-HRESULT STDMETHODCALLTYPE UiService::AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor*) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept {
+    if (i_monitor == nullptr)
+        return E_POINTER;
+    return Answer([&] { m_monitors->Add(i_monitor); });
 }
 
-HRESULT STDMETHODCALLTYPE UiService::RemoveEventLoopMonitor(Qorv::IUIX_EventLoopMonitor*) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::RemoveEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept {
+    return m_monitors->Remove(i_monitor) ? S_OK : E_INVALIDARG;
 }
 
-HRESULT STDMETHODCALLTYPE UiService::ShowMsgBox(const Qorv::UIX_MsgBoxParameters*, ULONG*) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::ShowMsgBox(const Qorv::UIX_MsgBoxParameters* i_parameters,
+                                                ULONG* o_answer) noexcept {
+    if (o_answer == nullptr)
+        return E_POINTER;
+    *o_answer = 0;
+    if (i_parameters == nullptr || i_parameters->buttons == nullptr || i_parameters->button_count == 0)
+        return E_INVALIDARG;
+    return Answer([&] {
+        MessageContent content{
+            TextOf(i_parameters->title), TextOf(i_parameters->text), {}, SystemIcon(i_parameters->icon)};
+        for (ULONG index = 0; index < i_parameters->button_count; ++index)
+            content.buttons.push_back(TextOf(i_parameters->buttons[index]));
+        *o_answer = MessageDialog(i_parameters->owner, content).Ask(*m_monitors);
+    });
 }
 
 } // namespace DevHost

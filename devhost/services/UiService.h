@@ -2,22 +2,33 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
+#include "services/Localization.h"
+#include "uix/LoopMonitors.h"
+
+#include <memory>
 
 namespace DevHost {
 
-/// The service "UIX", as far as a host on the command line has it: images. Dialogs, their loops and message boxes
-/// answer E_NOTIMPL. Main thread only.
+/// The service "UIX". Main thread only.
 class UiService final : public Qorv::CoClass<UiService, Qorv::IUIX_Inst> {
 public:
+    /// The texts of the dialogs come from `i_texts`, which outlives the service.
+    explicit UiService(const Localization& i_texts);
+
     HRESULT STDMETHODCALLTYPE CreateImage(const ULONG* i_ids, ULONG i_count,
                                           Qorv::IUIX_Image** o_image) noexcept override;
     HRESULT STDMETHODCALLTYPE CreateBitmapFromStream(IStream* i_stream, Qorv::IUIX_Bitmap** o_bitmap) noexcept override;
     HRESULT STDMETHODCALLTYPE CreateObj(const Qorv::UIX_CreateObjParameters* i_parameters,
                                         Qorv::IUIX_Obj** o_object) noexcept override;
     HRESULT STDMETHODCALLTYPE AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
+    /// E_INVALIDARG for a monitor that was not added.
     HRESULT STDMETHODCALLTYPE RemoveEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
     HRESULT STDMETHODCALLTYPE ShowMsgBox(const Qorv::UIX_MsgBoxParameters* i_parameters,
                                          ULONG* o_answer) noexcept override;
+
+private:
+    const Localization& m_texts;
+    std::shared_ptr<LoopMonitors> m_monitors; ///< The dialogs' too, which may outlive the service.
 };
 
 } // namespace DevHost

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+#include "qorv/Uix.h"
+#include "uix/DialogItem.h"
+#include "uix/DialogWindow.h"
+#include "uix/Scale.h"
+#include "uix/Scroller.h"
+
+#include <memory>
+#include <vector>
+
+namespace DevHost {
+
+/// A plug-in's dialog, built from its layout. Main thread only.
+///
+/// It and its sink refer to each other until `Destroy`; one that nobody refers to destroys itself.
+class LayoutDialog final : public Qorv::CoClass<LayoutDialog, Qorv::IUIX_Obj>, private DialogWindow {
+public:
+    struct Frame {
+        HWND owner = nullptr;
+        DWORD style = 0; ///< WS_ bits, 0 for the usual ones.
+    };
+
+    /// Throws a `Failure`.
+    LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::shared_ptr<LoopMonitors> i_monitors);
+    ~LayoutDialog();
+
+    /// Tells the sink of the dialog, which is to call it from now on.
+    HRESULT Attach(Qorv::IUIX_ObjSink* i_sink);
+
+    HRESULT STDMETHODCALLTYPE DoModal(ULONG i_mode, LONG* io_result) noexcept override;
+    HRESULT STDMETHODCALLTYPE EndModal(LONG i_result, IUnknown* i_result_object) noexcept override;
+    HRESULT STDMETHODCALLTYPE Destroy() noexcept override;
+    HRESULT STDMETHODCALLTYPE get_ClientRect(RECT* o_rect) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Window(HWND* o_window) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_Title(Qorv::PCStr i_title) noexcept override;
+
+private:
+    void CreateItems(const Layout& i_layout);
+    DialogItem* ItemOf(WORD i_control_id) const noexcept;
+
+    HRESULT OnInit() override;
+    void OnCommand(WORD i_control_id, WORD i_notification) override;
+    void OnSize() override;
+    void OnDestroy() override;
+    std::optional<LRESULT> OnMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) override;
+
+    Scale m_scale;
+    SIZE m_content; ///< Pixels that the layout takes.
+    bool m_is_foreground;
+    Font m_font;
+    Scroller m_scroller;
+    std::vector<std::unique_ptr<DialogItem>> m_items;
+    std::shared_ptr<LoopMonitors> m_monitors;
+    Qorv::ComPtr<Qorv::IUIX_ObjSink> m_sink; ///< Null before `Attach` and when the window is gone.
+};
+
+} // namespace DevHost

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "uix/Scale.h"
+
+#include <string>
+#include <vector>
+
+namespace DevHost {
+
+/// What a message box shows.
+struct MessageContent {
+    std::wstring title;
+    std::wstring text;
+    std::vector<std::wstring> buttons; ///< At least one.
+    PCWSTR icon = nullptr;             ///< One of the system's (IDI_), null for none.
+};
+
+/// Where everything of a message box goes, in pixels of its client area.
+struct MessageLayout {
+    MessageLayout(const MessageContent& i_content, const Scale& i_scale);
+
+    Font font; ///< The system's for messages.
+    SIZE client{};
+    RECT icon{};
+    RECT text{};
+    std::vector<RECT> buttons;
+    LONG button_area_top = 0;
+};
+
+} // namespace DevHost

@@ -1,0 +1,22 @@
+#include "uix/WindowText.h"
+
+namespace DevHost {
+
+std::wstring WindowText(HWND i_window) {
+    std::wstring text(static_cast<size_t>(SendMessageW(i_window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
+    const LRESULT length = SendMessageW(i_window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<size_t>(length));
+    return text;
+}
+
+SIZE TextSize(const std::wstring& i_text, HFONT i_font, int i_width, UINT i_flags) {
+    const HDC screen = GetDC(nullptr);
+    const HGDIOBJ old_font = SelectObject(screen, i_font);
+    RECT rect{0, 0, i_width, 0};
+    DrawTextW(screen, i_text.c_str(), static_cast<int>(i_text.size()), &rect, i_flags | DT_CALCRECT);
+    SelectObject(screen, old_font);
+    ReleaseDC(nullptr, screen);
+    return {rect.right, rect.bottom};
+}
+
+} // namespace DevHost
