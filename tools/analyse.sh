@@ -72,7 +72,7 @@ AnalyseSource() {
     clang-tidy --quiet -p "$analysis_folder" --warnings-as-errors='*' \
         --extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32 \
         --extra-arg={-nostdinc++,-isystem,"$headers/c++"} \
-        --extra-arg={-isystem,"$headers/c++/x86_64-w64-mingw32",-Wno-sign-conversion} \
+        --extra-arg={-isystem,"$headers/c++/x86_64-w64-mingw32",-Wno-sign-conversion,-Wno-unknown-warning-option} \
         "$repository/$1" 2> >(grep -v -e ' generated\.$' -e '^Error while processing' >&2) || return 1
     mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is no part of the Windows build" >&2
 }
