@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# The steps of ./demo, which has set everything up: each one runs the development host as a person would, shows what it
+# prints, and checks the outcome against the folder that the service really holds.
+set -euo pipefail
+# shellcheck source=tools/wine.sh
+source "$(dirname -- "${BASH_SOURCE[0]}")/wine.sh"
+
+demo_folder=$build_folder/demo
+served=$demo_folder/folder # What the service holds.
+cd "$demo_folder"
+
+Step() { printf '\n== %s\n' "$*"; }
+
+Host() { RunWine "$build_folder/windows/devhost/qorvhost.exe" --profile profile "$@"; }
+
+# Show ARGUMENTS...: the command as one would type it, and what it prints.
+Show() {
+    local word line=
+    for word in "$@"; do
+        [[ $word != *[^[:alnum:]/._=-]* ]] || word="\"$word\""
+        line+=" $word"
+    done
+    printf '\n  $ ./qorvhost%s\n' "$line"
+    Host "$@" | sed 's/^/    /'
+}
+
+# Expect SENTENCE COMMAND...: the demo ends when the command says that the sentence is not true.
+Expect() {
+    "${@:2}" >/dev/null || Fail "this is not so: $1"
+    printf '    -> checked: %s\n' "$1"
+}
+
+NotIn() { ! grep -rqF -e "$2" "$1"; }
+Missing() { [[ ! -e $1 ]]; }
+
+# The names that a listing shows for a location, and those that a folder holds, sorted.
+ListedNames() { Host --json ls "$1" | grep -o '"name": *"[^"]*"' | sed 's/.*: *"//; s/"$//' | sort; }
+HeldNames() { (cd "$1" && printf '%s\n' *) | sort; }
+SameNames() { diff <(ListedNames "$1") <(HeldNames "$2"); }
+
+Step "The module: loaded, set up, asked who it is, unloaded"
+Show info
+
+Step "An account: saved from an access token, which is stored encrypted"
+printf '\n  $ ./qorvhost login --token TOKEN\n'
+Host login --token "$(<service/token)" | sed 's/^/    /'
+Show accounts
+Expect "no file of the profile holds the token" NotIn profile "$(<service/token)"
+
+Step "Folders are listed"
+Show ls /
+Expect "these are the names that the service's folder holds" SameNames / "$served"
+Show ls "/Documents"
+Expect "and so are these" SameNames "/Documents" "$served/Documents"
+
+Step "A document is opened through the host's files cache"
+Show get "/Documents/Quarterly Report.pdf" report.pdf
+Expect "its bytes are those of the service's file" cmp report.pdf "$served/Documents/Quarterly Report.pdf"
+
+Step "It is changed and saved back"
+printf '%% Reviewed in the demo.\n' >>report.pdf
+Show put report.pdf "/Documents/Quarterly Report.pdf"
+Expect "the service's file is the changed document" cmp report.pdf "$served/Documents/Quarterly Report.pdf"
+Show stat "/Documents/Quarterly Report.pdf"
+
+Step "A new folder and a new document"
+Show mkdir "/Reviews"
+Expect "the service's folder has it" test -d "$served/Reviews"
+Show put report.pdf "/Reviews/Report – reviewed.pdf"
+Expect "the document arrived whole" cmp report.pdf "$served/Reviews/Report – reviewed.pdf"
+
+Step "Items are copied, moved, renamed and deleted"
+Show cp "/Reviews/Report – reviewed.pdf" "/Reviews/Copy.pdf"
+Expect "both are there" cmp "$served/Reviews/Report – reviewed.pdf" "$served/Reviews/Copy.pdf"
+Show mv "/Reviews/Copy.pdf" "/Documents/Moved.pdf"
+Expect "it left the one folder" Missing "$served/Reviews/Copy.pdf"
+Expect "and is in the other" cmp report.pdf "$served/Documents/Moved.pdf"
+Show rename "/Reviews" "Finished reviews"
+Expect "the folder has its new name" test -f "$served/Finished reviews/Report – reviewed.pdf"
+Show rm "/Documents/Moved.pdf"
+Expect "it is gone" Missing "$served/Documents/Moved.pdf"
+Show ls -R "/Finished reviews"
+
+printf '%s\n' '' "== That was the main job. To go on by hand, with an account over a copy of the same documents:" '' \
+    '  ./qorvhost ls /' \
+    '  ./qorvhost cat "/Notes/Shopping list.txt"' \
+    '  ./qorvhost get "/Getting Started.pdf" start.pdf' \
+    '  ./qorvhost help' \
+    '  ./check                      builds and runs all tests'
