@@ -43,7 +43,8 @@ Account::Account(std::string i_name, std::string i_password, const std::filesyst
     , id(AccountId(name))
     , storage(i_root)
     , writer(storage)
-    , listings(storage) {}
+    , listings(storage)
+    , sessions(storage.Root()) {}
 
 Account& Accounts::Add(std::string i_name, std::string i_password, const std::filesystem::path& i_root) {
     return m_accounts.emplace_back(std::move(i_name), std::move(i_password), i_root);

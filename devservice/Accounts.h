@@ -11,6 +11,7 @@
 #include "Listings.h"
 #include "Storage.h"
 #include "StorageWriter.h"
+#include "UploadSessions.h"
 
 namespace DevService {
 
@@ -26,6 +27,7 @@ struct Account {
     Storage storage;
     StorageWriter writer;
     Listings listings;
+    UploadSessions sessions;
 };
 
 /// The accounts and their access tokens. The accounts are fixed before the service starts; the tokens come and go,

@@ -51,6 +51,9 @@ constexpr std::array Routes = {
     Route{"files/move", Host::Api, Style::Rpc, FileRoutes::Move},
     Route{"files/move_v2", Host::Api, Style::Rpc, FileRoutes::MoveV2},
     Route{"files/upload", Host::Content, Style::Upload, TransferRoutes::Upload},
+    Route{"files/upload_session/append_v2", Host::Content, Style::Upload, TransferRoutes::AppendToSession},
+    Route{"files/upload_session/finish", Host::Content, Style::Upload, TransferRoutes::FinishSession},
+    Route{"files/upload_session/start", Host::Content, Style::Upload, TransferRoutes::StartSession},
     Route{"users/get_current_account", Host::Api, Style::Void, UserRoutes::GetCurrentAccount},
     Route{"users/get_space_usage", Host::Api, Style::Void, UserRoutes::GetSpaceUsage},
 };

@@ -7,6 +7,7 @@
 
 #include "Api.h"
 #include "Control.h"
+#include "SignInPages.h"
 
 namespace DevService {
 
@@ -32,6 +33,8 @@ Reply AnswerHost(HttpExchange& io_exchange, Service& io_service, Host i_host) {
         made.status = 200;
         return made;
     }
+    if (i_host == Host::Web)
+        return SignInPages(io_service).Answer(io_exchange);
     return Api(io_service).Answer(io_exchange, i_host);
 }
 

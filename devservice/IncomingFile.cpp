@@ -14,7 +14,7 @@ IncomingFile::IncomingFile(const fs::path& i_folder) {
     m_stream.rdbuf()->pubsetbuf(nullptr, 0); // what comes is in big pieces already
     m_stream.open(m_path, std::ios::binary);
     if (!m_stream)
-        throw RouteError({"path", "no_write_permission"}).AsUploadFailure();
+        throw RouteError({"path", "no_write_permission"});
 }
 
 IncomingFile::~IncomingFile() {
@@ -27,16 +27,18 @@ IncomingFile::~IncomingFile() {
 void IncomingFile::Write(std::string_view i_data) {
     m_stream.write(i_data.data(), static_cast<std::streamsize>(i_data.size()));
     if (!m_stream)
-        throw RouteError({"path", "insufficient_space"}).AsUploadFailure();
+        throw RouteError({"path", "insufficient_space"});
     m_hash.Add(i_data);
     m_size += i_data.size();
 }
 
-std::string IncomingFile::Close() {
+const std::string& IncomingFile::Close() {
+    if (!m_content_hash.empty())
+        return m_content_hash;
     m_stream.close();
     if (!m_stream)
-        throw RouteError({"path", "insufficient_space"}).AsUploadFailure();
-    return m_hash.Finish();
+        throw RouteError({"path", "insufficient_space"});
+    return m_content_hash = m_hash.Finish();
 }
 
 void IncomingFile::MoveTo(const fs::path& i_target) {

@@ -23,8 +23,8 @@ public:
     /// @throws RouteError path/insufficient_space when the disk takes no more
     void Write(std::string_view i_data);
 
-    /// Ends the writing. @returns the content hash of all that was written
-    std::string Close();
+    /// Ends the writing, when it has not ended yet. @returns the content hash of all that was written
+    const std::string& Close();
 
     /// Moves the closed file onto `i_target`, replacing a file there in one step.
     void MoveTo(const std::filesystem::path& i_target);
@@ -35,6 +35,7 @@ private:
     std::filesystem::path m_path;
     std::ofstream m_stream;
     ContentHash m_hash;
+    std::string m_content_hash; ///< once closed
     std::uint64_t m_size = 0;
 };
 

@@ -1,26 +1,9 @@
 #include "Refusal.h"
 
-#include <atomic>
-#include <span>
-
-#include "JsonText.h"
 #include "Text.h"
+#include <atomic>
 
 namespace DevService {
-
-namespace {
-
-void WriteTags(JsonWriter& io_json, std::span<const std::string> i_tags) {
-    io_json.StartObject();
-    WriteMember(io_json, ".tag", i_tags.front());
-    if (i_tags.size() > 1) {
-        WriteKey(io_json, i_tags.front());
-        WriteTags(io_json, i_tags.subspan(1));
-    }
-    io_json.EndObject();
-}
-
-} // namespace
 
 RouteError::RouteError(std::vector<std::string> i_tags) : m_tags(std::move(i_tags)) {
     static std::atomic<unsigned> count{0};
@@ -45,24 +28,33 @@ std::string RouteError::Json() const {
     json.StartObject();
     WriteMember(json, "error_summary", Summary());
     WriteKey(json, "error");
-    const std::span<const std::string> tags = m_tags;
-    json.StartObject();
-    WriteMember(json, ".tag", tags.front());
     if (m_is_upload_failure) {
+        json.StartObject();
+        WriteMember(json, ".tag", m_tags.front());
         WriteKey(json, "reason");
-        WriteTags(json, tags.subspan(1));
+        WriteTags(json, std::span(m_tags).subspan(1));
         WriteMember(json, "upload_session_id", "AAAA" + RandomText(13));
-    } else if (tags.size() > 1) {
-        WriteKey(json, tags.front());
-        WriteTags(json, tags.subspan(1));
+        json.EndObject();
+    } else {
+        WriteTags(json, m_tags);
     }
-    for (const auto& [name, value] : m_members) {
-        WriteKey(json, name);
-        json.RawValue(value.data(), value.size(), rapidjson::kNumberType);
-    }
-    json.EndObject();
     json.EndObject();
     return std::string(TextOf(buffer));
+}
+
+void RouteError::WriteTags(JsonWriter& io_json, std::span<const std::string> i_tags) const {
+    io_json.StartObject();
+    WriteMember(io_json, ".tag", i_tags.front());
+    if (i_tags.size() > 1) {
+        WriteKey(io_json, i_tags.front());
+        WriteTags(io_json, i_tags.subspan(1));
+    } else {
+        for (const auto& [name, value] : m_members) {
+            WriteKey(io_json, name);
+            io_json.RawValue(value.data(), value.size(), rapidjson::kNumberType);
+        }
+    }
+    io_json.EndObject();
 }
 
 } // namespace DevService

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "Reply.h"
+#include "JsonText.h"
 
 namespace DevService {
 
@@ -29,7 +30,7 @@ public:
     /// @param i_tags from the outermost to the innermost, as in "path", "conflict", "file"
     explicit RouteError(std::vector<std::string> i_tags);
 
-    /// A member beside the outermost tag that holds a JSON value.
+    /// A member beside the innermost tag that holds a JSON value.
     RouteError& With(std::string i_name, std::string i_json);
 
     /// The form of an upload's refused path: the inner tags stand under "reason", beside an upload session's id.
@@ -44,6 +45,8 @@ public:
     std::string Json() const;
 
 private:
+    void WriteTags(JsonWriter& io_json, std::span<const std::string> i_tags) const;
+
     std::vector<std::string> m_tags;
     std::string m_summary;
     std::vector<std::pair<std::string, std::string>> m_members;

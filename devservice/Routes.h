@@ -41,5 +41,8 @@ namespace DevService::TransferRoutes {
 
 Reply Download(Call& io_call);
 Reply Upload(Call& io_call);
+Reply StartSession(Call& io_call);
+Reply AppendToSession(Call& io_call);
+Reply FinishSession(Call& io_call);
 
 } // namespace DevService::TransferRoutes

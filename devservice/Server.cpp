@@ -1,5 +1,7 @@
 #include "Server.h"
 
+#include <system_error>
+
 namespace DevService {
 
 namespace asio = boost::asio;
@@ -29,9 +31,17 @@ void Server::Accept() {
     m_acceptor.async_accept([this](const boost::system::error_code& i_error, tcp::socket i_socket) {
         m_connections.remove_if([](const Connection& i_connection) { return i_connection.IsDone(); });
         if (!i_error)
-            m_connections.emplace_back(std::move(i_socket), m_service);
+            Serve(std::move(i_socket));
         Accept();
     });
+}
+
+void Server::Serve(tcp::socket i_socket) {
+    try {
+        m_connections.emplace_back(std::move(i_socket), m_service);
+    } catch (const std::system_error&) {
+        // No thread is to be had: this client is turned away, the others are served on.
+    }
 }
 
 } // namespace DevService

@@ -31,6 +31,7 @@ public:
 
 private:
     void Accept();
+    void Serve(boost::asio::ip::tcp::socket i_socket);
 
     Service& m_service;
     boost::asio::io_context m_events;

@@ -5,6 +5,7 @@
 #include "Accounts.h"
 #include "Faults.h"
 #include "RequestLog.h"
+#include "SignInSessions.h"
 #include "TlsAuthority.h"
 
 namespace DevService {
@@ -14,6 +15,7 @@ struct Service {
     Accounts accounts;
     RequestLog requests;
     Faults faults;
+    SignInSessions sign_ins;
     TlsAuthority authority;
     std::atomic<std::size_t> page_size = Paging().page_size;
     std::atomic<bool> has_empty_pages = false;

@@ -1,5 +1,8 @@
 #include "Routes.h"
 
+#include <algorithm>
+#include <charconv>
+#include <optional>
 #include <vector>
 
 #include "Refusal.h"
@@ -8,7 +11,12 @@ namespace DevService::TransferRoutes {
 
 namespace {
 
-constexpr std::size_t PieceSize = 256 * 1024;
+void Receive(HttpExchange& io_exchange, IncomingFile& o_file) {
+    constexpr std::size_t PieceSize = 256 * 1024;
+    std::vector<char> piece(PieceSize);
+    while (const std::size_t size = io_exchange.ReadBody(piece))
+        o_file.Write({piece.data(), size});
+}
 
 /// The public service wants upload sessions above 150 MiB. This one takes any size in one request: the limit would only
 /// keep people from trying big files.
@@ -32,6 +40,53 @@ StorageWriter::Commit ReadCommit(Arguments& io_arguments) {
     return commit;
 }
 
+struct ByteRange {
+    std::uint64_t begin;
+    std::uint64_t end;
+};
+
+std::optional<std::uint64_t> ReadNumber(std::string_view i_digits) {
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(i_digits.data(), i_digits.data() + i_digits.size(), number);
+    if (error != std::errc() || end != i_digits.data() + i_digits.size())
+        return std::nullopt;
+    return number;
+}
+
+/// The bytes that a "Range: bytes=first-last" wants, an empty range when the file has none of them. Several ranges and
+/// what cannot be read count as no range, as the standard allows.
+std::optional<ByteRange> ReadRange(std::optional<std::string_view> i_header, std::uint64_t i_size) {
+    constexpr std::string_view Unit = "bytes=";
+    if (!i_header || !i_header->starts_with(Unit))
+        return std::nullopt;
+    const std::string_view text = i_header->substr(Unit.size());
+    const std::size_t dash = text.find('-');
+    if (dash == text.npos)
+        return std::nullopt;
+    const auto first = ReadNumber(text.substr(0, dash));
+    const auto last = ReadNumber(text.substr(dash + 1));
+    if (!first && last)
+        return ByteRange{i_size - std::min(*last, i_size), i_size};
+    if (!first || (!last && dash + 1 < text.size()) || (last && *last < *first))
+        return std::nullopt;
+    const std::uint64_t end = std::min(last.value_or(i_size), i_size - 1) + 1;
+    return i_size == 0 ? ByteRange{0, 0} : ByteRange{*first, end};
+}
+
+/// The cursor of a session's call: which session, and how much the client believes is there.
+struct SessionCursor {
+    std::string session_id;
+    std::uint64_t offset;
+};
+
+SessionCursor ReadCursor(Arguments& io_arguments) {
+    constexpr std::uint64_t MaxOffset = (std::uint64_t{1} << 41) - (std::uint64_t{1} << 22);
+    Arguments cursor = io_arguments.Object("cursor");
+    SessionCursor read{cursor.Text("session_id"), cursor.OptionalNumber("offset", 0, MaxOffset).value_or(0)};
+    cursor.Finish();
+    return read;
+}
+
 } // namespace
 
 Reply Download(Call& io_call) {
@@ -42,9 +97,14 @@ Reply Download(Call& io_call) {
     const Storage::Place place = storage.Require(path, "path");
     if (!place.IsFile())
         throw RouteError({"path", "not_file"});
-    FileBody body{std::ifstream(), place.status.size};
+    const std::optional<ByteRange> range = ReadRange(io_call.exchange.HeaderValue("Range"), place.status.size);
+    const ByteRange sent = range.value_or(ByteRange{0, place.status.size});
+    if (sent.begin >= sent.end && range)
+        return Reply::PlainText("", 416);
+    FileBody body{std::ifstream(), sent.end - sent.begin};
     body.stream.rdbuf()->pubsetbuf(nullptr, 0); // it is read in big pieces
     body.stream.open(place.real, std::ios::binary);
+    body.stream.seekg(static_cast<std::streamoff>(sent.begin));
     if (!body.stream)
         throw RouteError({"path", "restricted_content"});
     const ItemMetadata metadata = storage.Describe(place, Storage::HashWanted::WhenKnown);
@@ -53,7 +113,13 @@ Reply Download(Call& io_call) {
                      {"Dropbox-API-Result", MetadataJson(metadata, Tagged::No)},
                      {"ETag", "W/\"" + metadata.revision + "\""},
                      {"Accept-Ranges", "bytes"},
-                     {"Original-Content-Length", std::to_string(body.size)}};
+                     {"Original-Content-Length", std::to_string(place.status.size)}};
+    if (range) {
+        reply.status = 206;
+        reply.headers.emplace_back("Content-Range", "bytes " + std::to_string(sent.begin) + "-" +
+                                                        std::to_string(sent.end - 1) + "/" +
+                                                        std::to_string(place.status.size));
+    }
     reply.file = std::move(body);
     return reply;
 }
@@ -62,15 +128,50 @@ Reply Upload(Call& io_call) {
     const StorageWriter::Commit commit = ReadCommit(io_call.arguments);
     io_call.arguments.Finish();
     StorageWriter& writer = io_call.account.writer;
-    IncomingFile file(writer.FolderForUpload(commit.path));
-    std::vector<char> piece(PieceSize);
-    while (const std::size_t size = io_call.exchange.ReadBody(piece))
-        file.Write({piece.data(), size});
     try {
+        IncomingFile file(writer.FolderForUpload(commit.path));
+        Receive(io_call.exchange, file);
         return Reply::Json(MetadataJson(writer.Store(file, commit), Tagged::No));
     } catch (RouteError& error) {
         throw error.AsUploadFailure();
     }
+}
+
+Reply StartSession(Call& io_call) {
+    const bool is_closed = io_call.arguments.Flag("close", false);
+    io_call.arguments.Ignore({"session_type", "content_hash"});
+    io_call.arguments.Finish();
+    const std::string id = io_call.account.sessions.Start();
+    const auto session = io_call.account.sessions.Lock(id, 0, {});
+    Receive(io_call.exchange, session.File());
+    session.Close(is_closed);
+    return Reply::Json("{\"session_id\": \"" + id + "\"}");
+}
+
+Reply AppendToSession(Call& io_call) {
+    const SessionCursor cursor = ReadCursor(io_call.arguments);
+    const bool is_closed = io_call.arguments.Flag("close", false);
+    io_call.arguments.Ignore({"content_hash"});
+    io_call.arguments.Finish();
+    const auto session = io_call.account.sessions.Lock(cursor.session_id, cursor.offset, {});
+    session.RequireOpen();
+    Receive(io_call.exchange, session.File());
+    session.Close(is_closed);
+    return Reply::Json("null");
+}
+
+Reply FinishSession(Call& io_call) {
+    const SessionCursor cursor = ReadCursor(io_call.arguments);
+    Arguments commit_arguments = io_call.arguments.Object("commit");
+    const StorageWriter::Commit commit = ReadCommit(commit_arguments);
+    commit_arguments.Finish();
+    io_call.arguments.Ignore({"content_hash"});
+    io_call.arguments.Finish();
+    const auto session = io_call.account.sessions.Lock(cursor.session_id, cursor.offset, "lookup_failed");
+    Receive(io_call.exchange, session.File());
+    const ItemMetadata metadata = io_call.account.writer.Store(session.File(), commit);
+    io_call.account.sessions.Forget(cursor.session_id);
+    return Reply::Json(MetadataJson(metadata, Tagged::No));
 }
 
 } // namespace DevService::TransferRoutes

@@ -23,6 +23,7 @@ std::filesystem::path NewTemporaryFolder() {
 
 /// Writes what a client needs; the address last, because it is what others wait for.
 void Publish(const StateFolder& i_state, Service& io_service, const std::string& i_address) {
+    i_state.Remove("address"); // of a run that was killed
     i_state.Write("ca.pem", io_service.authority.Pem());
     for (std::size_t i = 0; i < io_service.accounts.Count(); ++i) {
         const std::string token = io_service.accounts.IssueToken(io_service.accounts.At(i));

@@ -49,6 +49,13 @@ Answer ServiceClient::Receive() {
     return answer;
 }
 
+Answer ServiceClient::Get(std::string_view i_target, std::string_view i_headers) {
+    std::string request = "GET ";
+    request.append(i_target).append(" HTTP/1.1\r\nHost: ").append(m_host).append("\r\n").append(i_headers);
+    Send(request.append("\r\n"));
+    return Receive();
+}
+
 Answer ServiceClient::Post(std::string_view i_target, std::string_view i_headers, std::string_view i_body) {
     std::string request = "POST ";
     request.append(i_target).append(" HTTP/1.1\r\nHost: ").append(m_host).append("\r\n").append(i_headers);

@@ -28,6 +28,9 @@ public:
     Answer Receive(boost::system::error_code& o_error);
     Answer Receive();
 
+    /// Sends a GET. @param i_headers whole lines, each with its "\r\n"
+    Answer Get(std::string_view i_target, std::string_view i_headers = {});
+
     /// Sends a POST with that body. @param i_headers whole lines, each with its "\r\n"
     Answer Post(std::string_view i_target, std::string_view i_headers, std::string_view i_body);
 

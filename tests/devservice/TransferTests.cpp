@@ -119,6 +119,57 @@ TEST_F(Transfer, DownloadsTheBytes) {
     EXPECT_EQ(Download("/nope").result_int(), 409u);
 }
 
+TEST_F(Transfer, DownloadsRanges) {
+    struct Row {
+        const char* range;
+        unsigned status;
+        const char* body;
+        const char* content_range;
+    };
+    const Row rows[] = {
+        {"bytes=1-2", 206, "et", "bytes 1-2/4"},
+        {"bytes=2-", 206, "ta", "bytes 2-3/4"},
+        {"bytes=-1", 206, "a", "bytes 3-3/4"},
+        {"bytes=0-99", 206, "beta", "bytes 0-3/4"},
+        {"bytes=4-", 416, "", ""},
+        {"bytes=3-1", 200, "beta", ""},
+        {"lines=1-2", 200, "beta", ""},
+    };
+    ServiceClient client = Connect(ContentHost);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.range);
+        const std::string headers =
+            Authorization() + "Dropbox-API-Arg: {\"path\": \"/b.txt\"}\r\nRange: " + row.range + "\r\n";
+        const Answer answer = client.Post("/2/files/download", headers, "");
+        EXPECT_EQ(answer.result_int(), row.status);
+        EXPECT_EQ(answer.body(), row.body);
+        EXPECT_EQ(std::string(answer["Content-Range"]), row.content_range);
+    }
+}
+
+TEST_F(Transfer, CollectsAnUploadInASession) {
+    const auto call = [&](const std::string& i_route, const std::string& i_arguments, std::string_view i_body) {
+        const std::string headers = Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: ";
+        return Connect(ContentHost).Post("/2/files/upload_session/" + i_route, headers + i_arguments + "\r\n", i_body);
+    };
+    const std::string id = Member(Json(call("start", "{}", "one ")), "session_id");
+    const auto cursor = [&](int i_offset) {
+        return R"({"cursor": {"session_id": ")" + id + R"(", "offset": )" + std::to_string(i_offset) + "}";
+    };
+    EXPECT_EQ(call("append_v2", cursor(4) + R"(, "close": false})", "two ").body(), "null");
+    const rapidjson::Document refused = Json(call("append_v2", cursor(4) + "}", "twice "));
+    EXPECT_TRUE(Member(refused, "error_summary").starts_with("incorrect_offset/"));
+    EXPECT_EQ(Member(refused["error"], "correct_offset"), "8");
+    const std::string finish = cursor(8) + R"(, "commit": {"path": "/b.txt")";
+    const Answer conflict = call("finish", finish + "}}", "");
+    EXPECT_NE(conflict.body().find(R"("path":{".tag":"conflict")"), std::string::npos) << conflict.body();
+    EXPECT_EQ(call("finish", finish + R"(, "mode": "overwrite"}})", "").result_int(), 200u);
+    EXPECT_EQ(ReadFile("b.txt"), "one two ");
+    EXPECT_EQ(Tree(), Unchanged);
+    EXPECT_TRUE(
+        Member(Json(call("finish", finish + "}}", "")), "error_summary").starts_with("lookup_failed/not_found/"));
+}
+
 /// Windows sends header text in its code page; others escape it or send UTF-8.
 TEST_F(Transfer, ReadsTheArgumentHeaderInAnyEncoding) {
     WriteFile("\xC3\xBC \xE2\x82\xAC.txt", "umlaut and euro");
