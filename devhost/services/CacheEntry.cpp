@@ -1,10 +1,8 @@
 #include "services/CacheEntry.h"
 
-#include "qorv/Values.h"
 #include "services/ErrorDetails.h"
 #include "services/Failure.h"
 #include "services/FilesCache.h"
-#include "services/Unicode.h"
 
 #include <algorithm>
 #include <limits>
@@ -20,21 +18,11 @@ constexpr std::uint64_t everything = std::numeric_limits<std::uint64_t>::max();
 
 /// Throws the failure of a call of the plug-in, in its own words where it found any.
 void CheckCall(HRESULT i_result, const ErrorDetails& i_said) {
-    if (SUCCEEDED(i_result))
-        return;
-    const std::wstring said = OneLine(i_said.Text());
-    throw Failure(i_result, said.empty() ? CodeInWords(i_result) : said);
+    if (FAILED(i_result))
+        throw Failure(i_result, ReasonInWords(i_result, i_said.Text()));
 }
 
 } // namespace
-
-std::wstring LocationOf(Qorv::IAFS_Name* i_name) {
-    Qorv::ComPtr<Qorv::IAFS_FileSys> file_system;
-    Check(i_name->get_FileSys(&file_system), L"Cannot read a location");
-    Qorv::Bstr location;
-    Check(file_system->NameToString(i_name, 0, nullptr, &location), L"Cannot read a location");
-    return std::wstring(location.View());
-}
 
 void CacheEntry::Bind(Qorv::IAFS_Name* i_name, Qorv::IAFS_FileCacheCallbacks* i_callback) {
     m_name = i_name;

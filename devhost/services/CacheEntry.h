@@ -3,6 +3,7 @@
 #include "qorv/Afs.h"
 #include "qorv/CoClass.h"
 #include "services/EntryFiles.h"
+#include "services/NameText.h"
 
 #include <cstdint>
 #include <set>
@@ -12,9 +13,6 @@
 namespace DevHost {
 
 class FilesCache;
-
-/// The location of a name, as its file system writes it. Throws a `Failure` when it cannot be had.
-std::wstring LocationOf(Qorv::IAFS_Name* i_name);
 
 /// One file's bytes in the files cache.
 ///

@@ -63,6 +63,14 @@ std::wstring CodeInWords(HRESULT i_code) {
     return words.empty() ? L"the operation failed" : words;
 }
 
+std::wstring ReasonInWords(HRESULT i_code, std::wstring_view i_said) {
+    std::wstring said = OneLine(i_said);
+    while (!said.empty() && said.back() == L'.')
+        said.pop_back();
+    const bool is_only_the_code = said.starts_with(L"HRESULT 0x") || said.starts_with(L"GetLastError ");
+    return said.empty() || is_only_the_code ? CodeInWords(i_code) : said;
+}
+
 void Check(HRESULT i_result, std::wstring_view i_what) {
     if (FAILED(i_result))
         throw Failure(i_result, std::wstring(i_what) + L": " + CodeInWords(i_result));

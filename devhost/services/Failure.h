@@ -30,6 +30,9 @@ Failure LastErrorFailure(std::wstring_view i_what);
 /// A code in words, without a full stop: of the codes that a plug-in's work ends with, else the system's own text.
 std::wstring CodeInWords(HRESULT i_code);
 
+/// What a failed operation said of itself, in one line, or the code in words when it said nothing that helps a person.
+std::wstring ReasonInWords(HRESULT i_code, std::wstring_view i_said);
+
 /// Throws when a call of the platform failed.
 void Check(HRESULT i_result, std::wstring_view i_what);
 

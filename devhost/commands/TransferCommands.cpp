@@ -1,0 +1,105 @@
+#include "commands/Commands.h"
+
+#include "JsonValue.h"
+#include "RemoteFile.h"
+#include "Shell.h"
+#include "commands/Transfer.h"
+#include "services/LocalFile.h"
+#include "services/NameText.h"
+
+#include <cstdint>
+
+namespace DevHost {
+namespace {
+
+namespace fs = std::filesystem;
+
+void RefuseFolder(const fs::path& i_path) {
+    std::error_code ignored; // Opening the file tells what is wrong.
+    if (fs::is_directory(i_path, ignored))
+        throw Failure(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), i_path.wstring() + L" is a folder");
+}
+
+/// A new file that takes another one's place when it is complete, and is gone when it never is.
+class Replacement {
+public:
+    explicit Replacement(const fs::path& i_target) : m_target(i_target), m_path(i_target) {
+        RefuseFolder(i_target);
+        m_path += L"." + std::to_wstring(GetCurrentProcessId()) + L".part";
+        m_file = LocalFile(m_path, LocalFile::Mode::CreateNew);
+    }
+    ~Replacement() {
+        m_file.Close();
+        DeleteFileW(m_path.c_str()); // Nothing is there after Finish.
+    }
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+
+    LocalFile& File() noexcept { return m_file; }
+    void Finish() {
+        m_file.Close();
+        MoveLocalFile(m_path, m_target);
+    }
+
+private:
+    fs::path m_target;
+    fs::path m_path;
+    LocalFile m_file;
+};
+
+void Report(const Output& i_out, const std::wstring& i_sentence, const std::wstring& i_location,
+            std::uint64_t i_bytes) {
+    if (i_out.IsJson())
+        i_out.Json(JsonValue().Begin().Text("location", i_location).Number("bytes", i_bytes).End().Done());
+    else
+        i_out.Line(i_sentence + L" (" + std::to_wstring(i_bytes) + L" bytes)");
+}
+
+} // namespace
+
+void WriteToOutput(Shell& io_shell, const Arguments& i_arguments) {
+    const Place place = io_shell.Locations().Find(i_arguments.front());
+    const Operation operation = io_shell.Begin(i_arguments.front());
+    const auto file = OpenForReading(io_shell, place.name, operation);
+    Transfer([&](void* o_data, ULONG i_size) { return file->Read(o_data, i_size); },
+             [&](std::uint64_t, const void* i_data, ULONG i_size) { io_shell.Out().Bytes(i_data, i_size); });
+    file->Close();
+}
+
+void GetFile(Shell& io_shell, const Arguments& i_arguments) {
+    const fs::path target = i_arguments[1];
+    const Place place = io_shell.Locations().Find(i_arguments[0]);
+    const Operation operation = io_shell.Begin(i_arguments[0]);
+    const auto file = OpenForReading(io_shell, place.name, operation);
+    Replacement replacement(target);
+    const std::uint64_t bytes = Transfer([&](void* o_data, ULONG i_size) { return file->Read(o_data, i_size); },
+                                         [&](std::uint64_t i_position, const void* i_data, ULONG i_size) {
+                                             replacement.File().WriteAt(i_position, i_data, i_size);
+                                         });
+    file->Close();
+    replacement.Finish();
+    Report(io_shell.Out(), L"Downloaded " + DisplayPathOf(place.name) + L" to " + target.wstring(),
+           LocationOf(place.name), bytes);
+}
+
+void PutFile(Shell& io_shell, const Arguments& i_arguments) {
+    const fs::path source_path = i_arguments[0];
+    RefuseFolder(source_path);
+    LocalFile source(source_path, LocalFile::Mode::Read);
+    const Place place = io_shell.Locations().Find(TargetText(i_arguments[1], source_path.filename().wstring()));
+    const Operation operation = io_shell.Begin(DisplayPathOf(place.name));
+    const auto file = OpenForReplacing(io_shell, place.name, operation);
+    std::uint64_t position = 0;
+    const std::uint64_t bytes = Transfer(
+        [&](void* o_data, ULONG i_size) {
+            const ULONG read = source.ReadAt(position, o_data, i_size);
+            position += read;
+            return read;
+        },
+        [&](std::uint64_t, const void* i_data, ULONG i_size) { file->Write(i_data, i_size); });
+    file->Close();
+    Report(io_shell.Out(), L"Uploaded " + source_path.wstring() + L" to " + DisplayPathOf(place.name),
+           LocationOf(place.name), bytes);
+}
+
+} // namespace DevHost

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "qorv/Afs.h"
+
+#include <string>
+
+namespace DevHost {
+
+/// A name as its file system writes it: the whole location. Throws a `Failure` when it cannot be had.
+std::wstring LocationOf(Qorv::IAFS_Name* i_name);
+
+/// The path in the account, for people; "/" for the root.
+std::wstring DisplayPathOf(Qorv::IAFS_Name* i_name);
+
+} // namespace DevHost
