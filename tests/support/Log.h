@@ -1,0 +1,41 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <string>
+#include <string_view>
+
+namespace Tests {
+
+/// Sets the registry switch of the debug log while it lives, for this process alone: the registry's other users, and
+/// other test programs, see nothing of it.
+class LogSwitch {
+public:
+    LogSwitch(DWORD i_type, std::string_view i_data);
+    /// A switch of the right type.
+    explicit LogSwitch(DWORD i_level);
+    LogSwitch(const LogSwitch&) = delete;
+    LogSwitch& operator=(const LogSwitch&) = delete;
+    ~LogSwitch();
+
+private:
+    std::wstring m_key_name;
+    HKEY m_root = nullptr;
+};
+
+/// What this process writes to its log while this lives. Needs a `LogEnvironment`.
+class LogCapture {
+public:
+    LogCapture();
+
+    /// The lines since the capture began, as the file has them.
+    std::string Text() const;
+    /// The same, each without its head (time and thread).
+    std::string Messages() const;
+    bool Has(std::string_view i_text) const { return Text().find(i_text) != std::string::npos; }
+
+private:
+    std::size_t m_start;
+};
+
+} // namespace Tests
