@@ -1,0 +1,78 @@
+#pragma once
+
+#include "afs/Name.h"
+#include "core/Plugin.h"
+#include "core/Text.h"
+#include "qorv/Values.h"
+#include "services/CancelFlag.h"
+#include "services/ErrorDetails.h"
+#include "services/MainInstance.h"
+#include "support/Content.h"
+#include "support/Log.h"
+#include "support/Outcome.h"
+#include "support/Service.h"
+#include "support/TemporaryFolder.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Tests {
+
+/// The bare tokens of the service's first and second account.
+std::wstring FirstToken();
+std::wstring SecondToken();
+
+/// A location of another file system.
+class ForeignName final : public Qorv::CoClass<ForeignName, Qorv::IAFS_Name> {
+public:
+    HRESULT STDMETHODCALLTYPE get_FileSys(Qorv::IAFS_FileSys**) noexcept override { return E_NOTIMPL; }
+};
+
+/// The plug-in in the development host, with an account of the service bound, whose folder is empty. At the end the
+/// plug-in is unloaded, and no object of it or of the host may be left.
+class AfsTest : public ServiceTest {
+protected:
+    AfsTest();
+    ~AfsTest() override;
+
+    void Unload();
+
+    /// An account with a token, as the host has it saved. The token is in clear.
+    Qorv::ComPtr<Qorv::IAUX_CabNode> SavedAccount(const std::wstring& i_token, const std::wstring& i_user_id = {});
+    Qorv::ComPtr<Qorv::IAFS_AccountData> CreateAccount(const std::wstring& i_token);
+    Qorv::ComPtr<Qorv::IAFS_Name> Bind(const std::wstring& i_token);
+
+    /// The name of a path (or of a whole location) seen from the bound root; unbound.
+    Qorv::ComPtr<Qorv::IAFS_Name> NameOf(const std::wstring& i_path);
+    Qorv::ComPtr<Name> OwnName(const std::wstring& i_path) { return Qorv::OwnObject<Name>(NameOf(i_path)); }
+    std::wstring TextOf(Qorv::IAFS_Name* i_name, ULONG i_flags = 0, Qorv::IAFS_Name* i_parent = nullptr);
+    /// A location in the bound account.
+    std::wstring Location(const std::wstring& i_path) const { return L"dropbox://" + m_user_id + i_path; }
+
+    /// Opens a file. What fails is found in `m_details`.
+    HRESULT Open(Qorv::IAFS_Name* i_name, ULONG i_flags, Qorv::ComPtr<Qorv::IAFS_File>& o_file);
+    Qorv::ComPtr<Qorv::IAFS_File> Opened(const std::wstring& i_path, ULONG i_flags);
+
+    /// How often the service was asked for a call ("files/download") since the records were cleared.
+    static std::size_t Calls(const std::string& i_call);
+
+    Qorv::ComPtr<DevHost::MainInstance> m_host;
+    Qorv::ComPtr<Plugin> m_plugin;
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_root;
+    std::wstring m_user_id;
+    Qorv::ComPtr<DevHost::ErrorDetails> m_details;
+    Qorv::ComPtr<DevHost::CancelFlag> m_canceled; ///< Set.
+    std::vector<std::wstring> m_notices;          ///< What the host told its user.
+
+private:
+    const ULONG m_objects_before;
+    TemporaryFolder m_profile;
+};
+
+/// All bytes from the file's position on.
+std::string ReadAll(Qorv::IAFS_File* i_file);
+void WriteAll(Qorv::IAFS_File* i_file, const std::string& i_bytes);
+
+} // namespace Tests

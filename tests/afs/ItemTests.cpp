@@ -1,0 +1,183 @@
+#include "AfsTest.h"
+
+#include "qorv/Afs.h"
+
+#include <functional>
+
+namespace {
+
+using Qorv::ComPtr;
+using Qorv::IAFS_Name;
+using Qorv::IQorv_CancelFlag;
+
+class ItemTest : public Tests::AfsTest {
+protected:
+    struct Operation {
+        const char* name;
+        std::function<HRESULT(IAFS_Name*, IQorv_CancelFlag*)> run;
+    };
+
+    /// Every operation with a cancel flag, on any name.
+    std::vector<Operation> Operations() {
+        Qorv::IAFS_FileSys* const fs = m_file_system;
+        Qorv::IAFS_Name* const root = m_root;
+        return {
+            {"BindFlush", [fs](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->BindFlush(n, nullptr, c); }},
+            {"EnumFolder",
+             [fs](IAFS_Name* n, IQorv_CancelFlag* c) {
+                 ComPtr<Qorv::IAFS_EnumFolder> out;
+                 return fs->EnumFolder(n, nullptr, c, &out);
+             }},
+            {"OpenFile",
+             [fs](IAFS_Name* n, IQorv_CancelFlag* c) {
+                 ComPtr<Qorv::IAFS_File> out;
+                 return fs->OpenFile(n, Qorv::AFS_OpenFile_Read, nullptr, c, &out);
+             }},
+            {"CreateFolder", [fs](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->CreateFolder(n, nullptr, c); }},
+            {"Move", [=](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->Move(n, root, nullptr, c); }},
+            {"Copy", [=](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->Copy(n, root, nullptr, c); }},
+            {"Rename", [=](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->Rename(n, root, nullptr, c); }},
+            {"Move to", [=](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->Move(root, n, nullptr, c); }},
+            {"Delete", [fs](IAFS_Name* n, IQorv_CancelFlag* c) { return fs->Delete(n, nullptr, c); }},
+            {"GetFileInfo",
+             [fs](IAFS_Name* n, IQorv_CancelFlag* c) {
+                 ComPtr<Qorv::IAFS_FileInfo> out;
+                 return fs->GetFileInfo(n, nullptr, c, &out);
+             }},
+        };
+    }
+};
+
+TEST_F(ItemTest, ACanceledOperationSendsNothing) {
+    auto operations = Operations();
+    operations.push_back({"CreateAccount", [this](IAFS_Name*, IQorv_CancelFlag* c) {
+                              ComPtr<Qorv::IAFS_AccountData> out;
+                              return m_file_system->CreateAccount(nullptr, nullptr, c, &out);
+                          }});
+    operations.push_back({"BindToPath", [this](IAFS_Name*, IQorv_CancelFlag* c) {
+                              return m_file_system->BindToPath(nullptr, nullptr, 0, nullptr, c, nullptr);
+                          }});
+    operations.push_back({"BindToObject", [this](IAFS_Name*, IQorv_CancelFlag* c) {
+                              return m_file_system->BindToObject(nullptr, nullptr, 0, nullptr, c, nullptr);
+                          }});
+    const auto name = NameOf(L"/a");
+    for (const auto& [what, run] : operations) {
+        EXPECT_HRESULT(Qorv::ErrorCanceled, run(name, m_canceled)) << what;
+        EXPECT_HRESULT(Qorv::ErrorCanceled, run(nullptr, m_canceled)) << what << ": the flag comes first";
+    }
+    EXPECT_TRUE(Tests::Service::Requests().empty());
+}
+
+TEST_F(ItemTest, NamesOfOtherFileSystemsAreRefused) {
+    const auto foreign = Qorv::Create<Tests::ForeignName>();
+    for (const auto& [what, run] : Operations()) {
+        const Tests::LogCapture log;
+        EXPECT_HRESULT(E_INVALIDARG, run(foreign, nullptr)) << what;
+        const std::string argument = std::string(what) == "Move to" ? "local_new_name" : "local_name";
+        EXPECT_TRUE(log.Has("Expression: \"" + argument + " != nullptr\" caused returning ")) << what;
+        EXPECT_HRESULT(E_INVALIDARG, run(nullptr, nullptr)) << what;
+    }
+    ComPtr<IAFS_Name> name;
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->StringToName(L"/a", 0, foreign, &name));
+    EXPECT_TRUE(log.Has("Expression: \"parent == nullptr || local_parent != nullptr\" caused returning "));
+    EXPECT_TRUE(Tests::Service::Requests().empty());
+}
+
+TEST_F(ItemTest, FoldersAreCreated) {
+    const auto name = NameOf(L"/\xe4 \x4e16");
+    EXPECT_HRESULT(S_OK, m_file_system->CreateFolder(name, nullptr, nullptr));
+    EXPECT_TRUE(std::filesystem::is_directory(Tests::Service::LocalPath(L"/\xe4 \x4e16")));
+    EXPECT_NE(nullptr, Qorv::OwnObject<Name>(name)->GetObject()) << "the name is bound to it";
+    EXPECT_HRESULT(E_FAIL, m_file_system->CreateFolder(name, m_details, nullptr));
+    EXPECT_NE(std::wstring::npos, m_details->Text().find(L"path/conflict/folder")) << ToUtf8(m_details->Text());
+}
+
+TEST_F(ItemTest, MoveTakesFilesOnly) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
+    std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs"));
+    const auto name = NameOf(L"/a");
+    EXPECT_HRESULT(S_OK, m_file_system->Move(name, NameOf(L"/Docs/b"), nullptr, nullptr));
+    EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/Docs/b")));
+    EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/a")));
+    EXPECT_EQ(Location(L"/Docs/b"), TextOf(name));
+
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Move(NameOf(L"/Docs"), NameOf(L"/E"), nullptr, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Copy(NameOf(L"/missing"), NameOf(L"/E"), nullptr, nullptr));
+    EXPECT_TRUE(log.Has("FileSystem::Move<-- Expression: \"file != nullptr\" caused returning "));
+    EXPECT_TRUE(log.Has("FileSystem::Copy<-- Expression: \"file != nullptr\" caused returning "));
+}
+
+TEST_F(ItemTest, CopyLeavesTheSource) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
+    const auto name = NameOf(L"/a");
+    EXPECT_HRESULT(S_OK, m_file_system->Copy(name, NameOf(L"/b"), nullptr, nullptr));
+    EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/a")));
+    EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/b")));
+    EXPECT_EQ(Location(L"/a"), TextOf(name));
+    EXPECT_HRESULT(E_FAIL, m_file_system->Copy(name, NameOf(L"/b"), m_details, nullptr));
+    EXPECT_NE(std::wstring::npos, m_details->Text().find(L"to/conflict/file")) << ToUtf8(m_details->Text());
+}
+
+TEST_F(ItemTest, RenameAndDeleteTakeFoldersToo) {
+    std::filesystem::create_directories(Tests::Service::LocalPath(L"/Docs/sub"));
+    const auto name = NameOf(L"/Docs");
+    EXPECT_HRESULT(S_OK, m_file_system->Rename(name, NameOf(L"/Papers"), nullptr, nullptr));
+    EXPECT_TRUE(std::filesystem::is_directory(Tests::Service::LocalPath(L"/Papers/sub")));
+    EXPECT_EQ(Location(L"/Papers"), TextOf(name));
+    EXPECT_HRESULT(S_OK, m_file_system->Delete(name, nullptr, nullptr));
+    EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/Papers")));
+
+    EXPECT_HRESULT(E_FAIL, m_file_system->Delete(m_root, m_details, nullptr));
+    EXPECT_EQ(L"Root folder cannot be deleted", m_details->Text());
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Delete(NameOf(L"/missing"), nullptr, nullptr));
+    EXPECT_TRUE(log.Has("FileSystem::Delete<-- Expression: \"object != nullptr\" caused returning "));
+}
+
+TEST_F(ItemTest, NothingMovesBetweenAccounts) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
+    const auto other_root = Bind(Tests::SecondToken());
+    ComPtr<IAFS_Name> other;
+    EXPECT_HRESULT(S_OK, m_file_system->StringToName(L"/a", 0, other_root, &other));
+    Tests::Service::ClearRequests();
+    const auto name = NameOf(L"/a");
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Move(name, other, nullptr, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Copy(name, other, nullptr, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Rename(name, other, nullptr, nullptr));
+    EXPECT_TRUE(Tests::Service::Requests().empty());
+}
+
+// The item is where it should be, so the failure must not read as one of the move.
+TEST_F(ItemTest, AFailureBehindAMoveSaysThatItMoved) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
+    const auto name = NameOf(L"/a");
+    Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "skip": 1, "status": 503})");
+    EXPECT_HRESULT(E_FAIL, m_file_system->Move(name, NameOf(L"/b"), m_details, nullptr));
+    EXPECT_TRUE(m_details->Text().starts_with(L"The item was moved, ")) << ToUtf8(m_details->Text());
+    EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/b")));
+}
+
+TEST_F(ItemTest, DialogsCheckTheirArguments) {
+    const auto parameters = Qorv::Create<DevHost::CabNode>();
+    ComPtr<Qorv::IAFS_NamesCollection> names;
+    LONG choice = 0;
+    const auto show = [&](ULONG i_type, IAFS_Name* i_initial_folder) {
+        return m_file_system->ShowDlg(i_type, parameters, i_initial_folder, nullptr, &names, &choice);
+    };
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(E_INVALIDARG, show(3, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, show(Qorv::AFS_Dlg_OpenFiles, nullptr));
+    EXPECT_TRUE(log.Has("\"i_dialog_type == Qorv::AFS_Dlg_OpenFiles || i_dialog_type == Qorv::AFS_Dlg_SaveFile || "
+                        "i_dialog_type == Qorv::AFS_Dlg_SelectFolder\""));
+    EXPECT_TRUE(log.Has("Expression: \"parameters_initial_folder != nullptr\" caused returning "));
+    parameters->Member(L"InitialPathName")->SetValue(ComPtr<IUnknown>(m_root.Get()));
+    EXPECT_HRESULT(E_INVALIDARG, show(Qorv::AFS_Dlg_OpenFiles, Bind(Tests::SecondToken())));
+    EXPECT_TRUE(log.Has("\"initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id == "
+                        "parameters_initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id\""));
+    EXPECT_HRESULT(E_POINTER, m_file_system->ShowDlg(0, parameters, nullptr, nullptr, &names, nullptr));
+    EXPECT_TRUE(log.Has("Expression: \"o_user_choise != nullptr\" caused returning "));
+}
+
+} // namespace
