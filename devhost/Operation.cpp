@@ -14,6 +14,26 @@ std::wstring ThreadErrorText() {
     return std::wstring(text.View());
 }
 
+struct Hint {
+    std::wstring_view sign; ///< What the service's answer holds.
+    std::wstring_view advice;
+};
+
+constexpr Hint hints[] = {
+    {L"HTTP 401", L"The service refuses the token: sign in again (qorvhost login)"},
+    {L"HTTP 429", L"The service is busy: try again later"},
+    {L"/conflict/", L"Something of this name is there already"},
+    {L"insufficient_space", L"The account is full"},
+};
+
+/// Adds what the service's own word means for a person.
+std::wstring WithHint(std::wstring i_reason) {
+    for (const Hint& hint : hints)
+        if (i_reason.find(hint.sign) != i_reason.npos)
+            return i_reason + L". " + std::wstring(hint.advice);
+    return i_reason;
+}
+
 } // namespace
 
 void Operation::Check(HRESULT i_result, std::wstring_view i_invalid) const {
@@ -25,9 +45,7 @@ void Operation::Check(HRESULT i_result, std::wstring_view i_invalid) const {
     std::wstring reason = ReasonInWords(i_result, said);
     if (i_result == E_INVALIDARG && reason == CodeInWords(E_INVALIDARG))
         reason = i_invalid;
-    if (reason.find(L"HTTP 401") != reason.npos)
-        reason += L". The service no longer takes the saved token: sign in again (qorvhost login)";
-    throw Failure(i_result, m_subject + L": " + reason);
+    throw Failure(i_result, m_subject + L": " + WithHint(reason));
 }
 
 } // namespace DevHost

@@ -87,6 +87,11 @@ bool MainThreadQueue::WaitAndPump(HANDLE i_object, DWORD i_wait) {
     }
 }
 
+bool MainThreadQueue::HasPendingCalls() {
+    const std::lock_guard lock(m_mutex);
+    return !m_pending.empty();
+}
+
 void MainThreadQueue::Close() {
     const std::lock_guard lock(m_mutex);
     m_is_closed = true;

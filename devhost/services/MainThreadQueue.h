@@ -26,6 +26,8 @@ public:
     /// when the time (milliseconds) is over first.
     bool WaitAndPump(HANDLE i_object, DWORD i_wait);
 
+    bool HasPendingCalls();
+
     /// Ends the waiting calls, and all later ones, with E_ABORT.
     void Close();
 

@@ -1,0 +1,93 @@
+// How qorvhost reads what was typed, and what it keeps of accounts.
+
+#include "AccountStore.h"
+#include "CommandLine.h"
+#include "Item.h"
+#include "services/Failure.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace Tests {
+namespace {
+
+using DevHost::Arguments;
+
+TEST(CommandLineTest, TakesOptionsAnywhereBeforeTheirEnd) {
+    const DevHost::Options options = DevHost::ParseOptions(
+        {L"--json", L"ls", L"-R", L"--user", L"id", L"--trace", L"file", L"/a", L"--", L"--json"});
+    EXPECT_TRUE(options.is_json);
+    EXPECT_EQ(options.user, L"id");
+    EXPECT_EQ(options.trace, 2u);
+    EXPECT_EQ(options.command, (Arguments{L"ls", L"-R", L"/a", L"--json"}));
+    EXPECT_TRUE(options.profile.is_absolute());
+    EXPECT_EQ(options.module.filename(), L"Dropbox.qvp");
+    EXPECT_FALSE(DevHost::ParseOptions({L"ls"}).trace.has_value());
+    EXPECT_THROW(DevHost::ParseOptions({L"ls", L"--user"}), DevHost::UsageError);
+    EXPECT_THROW(DevHost::ParseOptions({L"--trace", L"loud"}), DevHost::UsageError);
+}
+
+TEST(CommandLineTest, SplitsLines) {
+    struct Row {
+        const wchar_t* line;
+        Arguments words;
+    };
+    for (const Row& row : {
+             Row{L"", {}},
+             Row{L"   # a comment", {}},
+             Row{L"ls /a#b # a comment", {L"ls", L"/a#b"}},
+             Row{L"put \"C:\\a b\" /c\r", {L"put", L"C:\\a b", L"/c"}},
+             Row{L"\tmv /a\" \"b \"\" \"#\"", {L"mv", L"/a b", L"", L"#"}},
+         })
+        EXPECT_EQ(DevHost::SplitLine(row.line), row.words);
+    EXPECT_THROW(DevHost::SplitLine(L"ls \"/a"), DevHost::UsageError);
+}
+
+TEST(AccountStoreTest, KeepsOneDictionaryAnAccountInTheOrderOfSaving) {
+    const TemporaryFolder folder;
+    const DevHost::AccountStore store(folder.Path());
+    const auto save = [&](const wchar_t* i_id, const wchar_t* i_name) {
+        const auto node = Qorv::Create<DevHost::CabNode>();
+        node->Member(L"UserId")->SetValue(std::wstring(i_id));
+        node->Member(L"UserName")->SetValue(std::wstring(i_name));
+        store.Save(*node);
+    };
+    const auto listed = [&] {
+        std::wstring text;
+        for (const DevHost::SavedAccount& account : store.List())
+            text += account.id + L"=" + account.user_name + L";";
+        return text;
+    };
+    EXPECT_EQ(listed(), L"");
+    save(L"dbid:b", L"Ben");
+    save(L"dbid:a", L"Ada");
+    save(L"dbid:b", L"Benjamin");
+    EXPECT_EQ(listed(), L"dbid:b=Benjamin;dbid:a=Ada;");
+    store.Get(L"dbid:b").file.Remove();
+    EXPECT_EQ(listed(), L"dbid:a=Ada;");
+    save(L"dbid:c", L"Cem");
+    EXPECT_EQ(listed(), L"dbid:a=Ada;dbid:c=Cem;");
+    EXPECT_THROW(store.Get(L"dbid:b"), DevHost::Failure);
+}
+
+TEST(ItemTest, ShowsSizesAndTimes) {
+    DevHost::Item item;
+    item.location = L"dropbox://id/a \"b\"";
+    item.title = L"a \"b\"";
+    item.size = 1234567;
+    item.modified = 130'975'062'301'230'000; // 2016-01-17 12:10:30.123 UTC
+    EXPECT_EQ(item.SizeText(), L"1 234 567");
+    DevHost::JsonValue json;
+    item.Write(json);
+    EXPECT_EQ(json.Done(), R"({"location":"dropbox://id/a \"b\"","name":"a \"b\"","is_folder":false,"size":1234567,)"
+                           R"("modified":"2016-01-17T12:10:30Z"})");
+    item.is_folder = true;
+    item.modified = 0;
+    DevHost::JsonValue folder;
+    item.Write(folder);
+    EXPECT_NE(folder.Done().find(R"("is_folder":true,"size":null,"modified":null)"), std::string::npos);
+    EXPECT_EQ(item.SizeText(), L"");
+}
+
+} // namespace
+} // namespace Tests
