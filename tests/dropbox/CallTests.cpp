@@ -1,0 +1,176 @@
+// The bytes of every call, as they arrived at the service.
+
+#include "dropbox/DropboxTest.h"
+
+#include "core/Text.h"
+
+#include <functional>
+#include <regex>
+
+using namespace Tests;
+
+namespace {
+
+constexpr char json_accept[] = "application/json; odata=verbose";
+constexpr char json_content[] = "Content-Type: application/json\r\n";
+constexpr char upload_modes[] = ",\"mode\": \"overwrite\",\"autorename\": false,\"mute\": false}\r\n";
+
+class CallTest : public DropboxTest {
+protected:
+    CallTest() {
+        MakeFolder(L"/Documents");
+        MakeFile(L"/Documents/a.txt");
+        MakeFile(L"/Résumé.txt");
+    }
+
+    /// The header lines that the call itself asked for, beside those that all calls have.
+    static std::string OwnFields(const Service::Request& i_request) {
+        static const std::regex common("(Host|Connection|User-Agent|Accept|Content-Length|Authorization): [^\r]*\r\n",
+                                       std::regex::icase);
+        return std::regex_replace(i_request.fields, common, "");
+    }
+};
+
+TEST_F(CallTest, HaveTheirForm) {
+    const auto upload = [](const std::shared_ptr<SharePoint::Object>& i_object, const std::string& i_content) {
+        auto request = i_object->AsFile()->OpenWrite(i_content.size());
+        if (!i_content.empty())
+            request.Write(i_content.data(), i_content.size());
+        i_object->AsFile()->FinishWrite(request);
+    };
+    struct {
+        const char* name;
+        std::function<void()> call;
+        const char* line;
+        const char* host;
+        const char* accept;
+        std::string fields;
+        std::string body;
+    } const rows[] = {
+        {"current account", [&] { m_web->Refresh(); }, "2/users/get_current_account", DROPBOX_API_HOST, json_accept, "",
+         ""},
+        {"metadata", [&] { m_web->BindObject(L"/Résumé.txt", Kind::any); }, "2/files/get_metadata", DROPBOX_API_HOST,
+         json_accept, json_content,
+         "{\"path\": \"/Résumé.txt\",\"include_media_info\": false,\"include_deleted\": false,"
+         "\"include_has_explicit_shared_members\": false}"},
+        {"list of the root", [&] { m_web->GetChildren(); }, "2/files/list_folder", DROPBOX_API_HOST, json_accept,
+         json_content,
+         "{\"path\": \"\",\"recursive\": false,\"include_media_info\": false,\"include_deleted\": false,"
+         "\"include_has_explicit_shared_members\": false}"},
+        {"list of a folder", [&] { Bind(L"/Documents")->AsFolder()->GetChildren(); }, "2/files/list_folder",
+         DROPBOX_API_HOST, json_accept, json_content,
+         "{\"path\": \"//Documents\",\"recursive\": false,\"include_media_info\": false,\"include_deleted\": false,"
+         "\"include_has_explicit_shared_members\": false}"},
+        {"refresh", [&] { Bind(L"/Documents/a.txt")->Refresh(); }, "2/files/get_metadata", DROPBOX_API_HOST,
+         json_accept, json_content,
+         "{\"path\": \"/Documents/a.txt\",\"include_media_info\": false,\"include_deleted\": false,"
+         "\"include_has_explicit_shared_members\": false}"},
+        {"empty file", [&] { m_web->CreateFile(L"/new.txt"); }, "2/files/upload", DROPBOX_CONTENT_HOST, json_accept,
+         std::string("Dropbox-API-Arg: {\"path\": \"/new.txt\"") + upload_modes +
+             "Content-Type: application/octet-stream\r\n",
+         ""},
+        {"folder", [&] { m_web->CreateFolder(L"/Neu ü"); }, "2/files/create_folder", DROPBOX_API_HOST, json_accept,
+         json_content, "{\"path\": \"/Neu ü\",\"autorename\": false}"},
+        {"download", [&] { Bind(L"/Résumé.txt")->AsFile()->OpenRead(); }, "2/files/download", DROPBOX_CONTENT_HOST,
+         "application/octet-stream", "Dropbox-API-Arg: {\"path\": \"/R\xE9sum\xE9.txt\"}\r\n", ""},
+        {"upload", [&] { upload(Bind(L"/Résumé.txt"), "new"); }, "2/files/upload", DROPBOX_CONTENT_HOST, "*/*",
+         std::string("Content-Type: application/octet-stream\r\nDropbox-API-Arg: {\"path\": \"/R\xE9sum\xE9.txt\"") +
+             upload_modes,
+         "new"},
+        {"upload of nothing", [&] { upload(Bind(L"/Résumé.txt"), ""); }, "2/files/upload", DROPBOX_CONTENT_HOST, "*/*",
+         std::string("Content-Type: application/octet-stream\r\nDropbox-API-Arg: {\"path\": \"/R\xE9sum\xE9.txt\"") +
+             upload_modes,
+         ""},
+        {"copy", [&] { Bind(L"/Documents/a.txt")->AsFile()->CopyTo(L"/b ü.txt"); }, "2/files/copy", DROPBOX_API_HOST,
+         "*/*", json_content,
+         "{\"from_path\": \"/Documents/a.txt\",\"to_path\": \"/b ü.txt\",\"allow_shared_folder\": true,"
+         "\"autorename\": false,\"allow_ownership_transfer\": true}"},
+        {"move", [&] { Bind(L"/b ü.txt")->AsFile()->MoveTo(L"/c.txt"); }, "2/files/move", DROPBOX_API_HOST, "*/*",
+         json_content,
+         "{\"from_path\": \"/b ü.txt\",\"to_path\": \"/c.txt\",\"allow_shared_folder\": true,"
+         "\"autorename\": false,\"allow_ownership_transfer\": true}"},
+        {"rename of a folder", [&] { Bind(L"/Neu ü")->Rename(L"/Neuer"); }, "2/files/move", DROPBOX_API_HOST, "*/*",
+         json_content,
+         "{\"from_path\": \"/Neu ü\",\"to_path\": \"/Neuer\",\"allow_shared_folder\": true,"
+         "\"autorename\": false,\"allow_ownership_transfer\": true}"},
+        {"delete", [&] { Bind(L"/Documents")->Delete(); }, "2/files/delete", DROPBOX_API_HOST, "*/*", json_content,
+         "{\"path\": \"/Documents\"}"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Service::ClearRequests();
+        row.call();
+        const auto requests = Service::Requests();
+        ASSERT_EQ(requests.size(), 1u);
+        const Service::Request& request = requests.front();
+        EXPECT_EQ(request.line, std::string("POST /") + row.line + " HTTP/1.1");
+        EXPECT_EQ(request.host, row.host);
+        EXPECT_EQ(request.Field("Accept"), row.accept);
+        EXPECT_EQ(request.Field("Content-Length"), std::to_string(row.body.size()));
+        EXPECT_EQ("Authorization:" + request.Field("Authorization") + "\n", ToUtf8(Service::AuthorizationHeader()));
+        EXPECT_EQ(OwnFields(request), row.fields);
+        EXPECT_EQ(request.body, row.body);
+        EXPECT_EQ(request.status, 200u);
+    }
+    EXPECT_EQ(Content(L"/Résumé.txt"), "");
+    EXPECT_TRUE(Exists(L"/new.txt") && Exists(L"/c.txt") && Exists(L"/Neuer"));
+    EXPECT_FALSE(Exists(L"/Documents") || Exists(L"/b ü.txt") || Exists(L"/Neu ü"));
+}
+
+TEST_F(CallTest, ReadsTheAccount) {
+    EXPECT_EQ(m_web->GetUserInformation()._id, L"");
+    EXPECT_TRUE(Service::Requests().empty()) << "a new client sends nothing";
+    m_web->Refresh();
+    EXPECT_EQ(m_web->GetUserInformation()._name, L"Ada Example");
+    EXPECT_TRUE(m_web->GetUserInformation()._id.starts_with(L"dbid:"));
+}
+
+TEST_F(CallTest, RevokesAToken) {
+    const std::wstring header = L"Authorization:Bearer " + FromUtf8(Service::IssueToken()) + L"\n";
+    Dropbox::RevokeToken(header);
+    const auto requests = Service::Requests();
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(requests[0].line, "POST /2/auth/token/revoke HTTP/1.1");
+    EXPECT_EQ(requests[0].Field("Accept"), "*/*");
+    EXPECT_EQ(requests[0].Field("Content-Length"), "0");
+    EXPECT_EQ(OwnFields(requests[0]), "");
+    const Outcome outcome = OutcomeOf([&] { Dropbox::Web::Create(header)->Refresh(); });
+    EXPECT_EQ(outcome.status, 401u);
+    EXPECT_TRUE(outcome.error_summary.starts_with(L"invalid_access_token"));
+}
+
+TEST_F(CallTest, PathsGoIntoJsonAsTheyStand) {
+    // Nothing is escaped: the service refuses what is then no JSON, and what it understands otherwise does no harm.
+    for (const wchar_t* const path : {L"/a\"b", L"/a\\", L"/a\",\"include_deleted\": true,\"x\": \""}) {
+        SCOPED_TRACE(ToUtf8(path));
+        EXPECT_EQ(OutcomeOf([&] { m_web->BindObject(path, Kind::any); }).status, 400u);
+    }
+}
+
+TEST_F(CallTest, PathsThatWouldArriveAsOthersAreRefused) {
+    // Header text goes through the code page of the machine: two of these names would both arrive as "??.txt".
+    ASSERT_NE(GetACP(), static_cast<UINT>(CP_UTF8));
+    for (const wchar_t* const path :
+         {L"/世界.txt", L"/\xD83D\xDE00.txt", L"/a\xD800.txt", L"/Ω≈.txt", L"/line\nbreak", L"/tab\t", L"/\x01"}) {
+        SCOPED_TRACE(ToUtf8(path));
+        const auto object = Dropbox::Object::Create({._name = L"n", ._path = path, ._is_folder = false}, m_web);
+        const std::function<void()> calls[] = {[&] { object->OpenRead(); }, [&] { object->OpenWrite(1); },
+                                               [&] { m_web->CreateFile(path); }};
+        for (const auto& call : calls) {
+            const Outcome outcome = OutcomeOf(call);
+            EXPECT_HRESULT(HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION), outcome.code);
+            EXPECT_NE(outcome.message.find(path), std::wstring::npos);
+        }
+    }
+    EXPECT_TRUE(Service::Requests().empty());
+
+    MakeFile(L"/世界.txt");
+    std::vector<std::wstring> names;
+    for (const auto& child : m_web->GetChildren())
+        names.push_back(child->GetInformation()._name);
+    EXPECT_NE(std::find(names.begin(), names.end(), L"世界.txt"), names.end());
+    Bind(L"/世界.txt")->Delete();
+    EXPECT_FALSE(Exists(L"/世界.txt"));
+}
+
+} // namespace
