@@ -4,6 +4,8 @@
 #include "afs/Session.h"
 #include "core/Check.h"
 
+#include <cstddef>
+
 namespace {
 
 constexpr HRESULT end_of_data = static_cast<HRESULT>(0x80070026); // HRESULT_FROM_WIN32(ERROR_HANDLE_EOF)
@@ -92,12 +94,14 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Write(ULONGLONG pos, const void* data, 
     };
 }
 
-HRESULT STDMETHODCALLTYPE CacheCallback::SetSize(ULONGLONG new_size, Qorv::IQorv_ErrorDetails*,
+HRESULT STDMETHODCALLTYPE CacheCallback::SetSize(ULONGLONG new_size, Qorv::IQorv_ErrorDetails* out_error_details,
                                                  Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    m_size = new_size;
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        m_size = new_size;
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE CacheCallback::GetSize(ULONGLONG* out_size, Qorv::IQorv_ErrorDetails* out_error_details,
@@ -122,9 +126,9 @@ HRESULT STDMETHODCALLTYPE CacheCallback::BeginWrite(Qorv::IQorv_ErrorDetails* ou
         if (m_missing_file == MissingFile::IsCreated)
             CreateMissingFile();
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
-        const auto object = m_name->GetObject();
-        const ULONGLONG size = m_size.value_or(object->GetInformation()._size);
-        m_upload = Upload{object->AsFile()->OpenWrite(size), size};
+        const auto file = m_name->GetObject()->AsFile();
+        const ULONGLONG size = m_size.value_or(m_name->GetObject()->GetInformation()._size);
+        m_upload = Upload{file, file->OpenWrite(size), size};
         return TRACE_RESULT(S_OK);
     };
 }
@@ -140,7 +144,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_
         const ULONGLONG written = m_pos;
         DropStreams();
         CHECK_THROW(written == upload.size, Exception(L"Less was written than the announced size"));
-        m_name->GetObject()->AsFile()->FinishWrite(upload.request);
+        upload.file->FinishWrite(upload.request);
         return TRACE_RESULT(S_OK);
     };
 }

@@ -37,6 +37,7 @@ public:
 
 private:
     struct Upload {
+        std::shared_ptr<SharePoint::File> file;
         Http::Request request;
         ULONGLONG size; ///< As announced.
     };

@@ -37,9 +37,12 @@ HRESULT STDMETHODCALLTYPE EnumFolder::Next(Qorv::IAFS_EnumFolderItem** out_enum_
     };
 }
 
-HRESULT STDMETHODCALLTYPE EnumFolder::Reset(Qorv::IQorv_ErrorDetails*, Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
+HRESULT STDMETHODCALLTYPE EnumFolder::Reset(Qorv::IQorv_ErrorDetails* o_details,
+                                            Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(i_cancel_flag), Qorv::ErrorCanceled);
-    m_cursor = 0;
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(o_details) {
+        CHECK_RETURN(!IsCanceled(i_cancel_flag), Qorv::ErrorCanceled);
+        m_cursor = 0;
+        return TRACE_RESULT(S_OK);
+    };
 }

@@ -80,34 +80,38 @@ HRESULT STDMETHODCALLTYPE File::Read(void* data, ULONG size, ULONG* out_read,
                                      Qorv::IQorv_ErrorDetails* out_error_details,
                                      Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    CHECK_RETURN(out_read != nullptr, E_POINTER);
-    *out_read = 0;
-    CHECK_RETURN(data != nullptr, E_POINTER);
-    CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Read, E_INVALIDARG);
-    CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
-    ULONG size_read = 0;
-    CHECK_HRESULT(m_cache->Read(m_pos, data, size, &size_read, out_error_details, cancel_flag));
-    m_pos += size_read;
-    *out_read = size_read;
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_read != nullptr, E_POINTER);
+        *out_read = 0;
+        CHECK_RETURN(data != nullptr, E_POINTER);
+        CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Read, E_INVALIDARG);
+        CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
+        ULONG size_read = 0;
+        CHECK_HRESULT(m_cache->Read(m_pos, data, size, &size_read, out_error_details, cancel_flag));
+        m_pos += size_read;
+        *out_read = size_read;
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE File::Write(const void* data, ULONG size, ULONG* out_written,
                                       Qorv::IQorv_ErrorDetails* out_error_details,
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    CHECK_RETURN(out_written != nullptr, E_POINTER);
-    *out_written = 0;
-    CHECK_RETURN(data != nullptr, E_INVALIDARG);
-    CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Write, E_INVALIDARG);
-    CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
-    ULONG size_written = 0;
-    CHECK_HRESULT(m_cache->Write(m_pos, data, size, &size_written, out_error_details, cancel_flag));
-    m_pos += size_written;
-    *out_written = size_written;
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(out_written != nullptr, E_POINTER);
+        *out_written = 0;
+        CHECK_RETURN(data != nullptr, E_INVALIDARG);
+        CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Write, E_INVALIDARG);
+        CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
+        ULONG size_written = 0;
+        CHECK_HRESULT(m_cache->Write(m_pos, data, size, &size_written, out_error_details, cancel_flag));
+        m_pos += size_written;
+        *out_written = size_written;
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE File::SetPos(LONGLONG offset, ULONG origin) noexcept {
@@ -145,11 +149,13 @@ HRESULT STDMETHODCALLTYPE File::GetPos(ULONGLONG* out_pos) noexcept {
 HRESULT STDMETHODCALLTYPE File::SetSize(ULONGLONG new_size, Qorv::IQorv_ErrorDetails* out_error_details,
                                         Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Write, E_INVALIDARG);
-    CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
-    CHECK_HRESULT(m_cache->SetSize(new_size, out_error_details, cancel_flag));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(m_flags & Qorv::AFS_OpenFile_Write, E_INVALIDARG);
+        CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
+        CHECK_HRESULT(m_cache->SetSize(new_size, out_error_details, cancel_flag));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE File::GetSize(ULONGLONG* out_size) noexcept {
@@ -163,10 +169,12 @@ HRESULT STDMETHODCALLTYPE File::GetSize(ULONGLONG* out_size) noexcept {
 HRESULT STDMETHODCALLTYPE File::Flush(Qorv::IQorv_ErrorDetails* out_error_details,
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
-    CHECK_HRESULT(m_cache->Flush(out_error_details, cancel_flag));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
+        CHECK_HRESULT(m_cache->Flush(out_error_details, cancel_flag));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE File::Reopen(ULONG new_open_flags, Qorv::IQorv_ErrorDetails* out_error_details,
@@ -220,10 +228,12 @@ HRESULT STDMETHODCALLTYPE File::Exec(Qorv::PCStr, VARIANT*) noexcept {
 HRESULT STDMETHODCALLTYPE File::Close(Qorv::IQorv_ErrorDetails* out_error_details,
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
-    if (m_cache != nullptr)
-        CHECK_HRESULT(CloseEntry(out_error_details, cancel_flag));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(out_error_details) {
+        CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        if (m_cache != nullptr)
+            CHECK_HRESULT(CloseEntry(out_error_details, cancel_flag));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 /// The file is closed whatever the cache answers.

@@ -3,6 +3,8 @@
 #include "core/Trace.h"
 #include "dropbox/SharePoint.h"
 
+#include <algorithm>
+
 LocationParts SplitLocation(std::wstring_view i_url) noexcept {
     TRACE_FUNCTION();
     if (!i_url.starts_with(location_prefix))

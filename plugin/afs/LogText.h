@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Trace.h"
+
 #include <cwchar>
 #include <string>
 
@@ -7,6 +9,7 @@
 /// of some runtimes reads `%s` as narrow text.
 template <typename... Arguments>
 std::wstring FormatLogText(const wchar_t* i_format, Arguments... i_arguments) {
+    TRACE_FUNCTION();
     constexpr std::size_t capacity = 10240;
     std::wstring text(capacity, L'\0');
     // The result is not used: runtimes differ in it when the text is cut.

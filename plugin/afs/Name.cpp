@@ -14,11 +14,7 @@ using Qorv::ComPtr;
 
 namespace {
 
-bool MayStandInPath(wchar_t i_character) noexcept {
-    TRACE_FUNCTION();
-    constexpr std::wstring_view forbidden = L"\"*:<>?\\|";
-    return i_character >= L' ' && forbidden.find(i_character) == std::wstring_view::npos;
-}
+constexpr std::wstring_view forbidden_in_paths = L"\"*:<>?\\|"; // And control characters.
 
 ComPtr<Name> NewName(std::shared_ptr<Session> i_session, std::wstring i_url) {
     TRACE_FUNCTION();
@@ -45,7 +41,9 @@ bool Name::IsStringValid(std::wstring_view text) noexcept {
     if (!text.starts_with(location_prefix))
         return false;
     const std::wstring_view path = SplitLocation(text).path;
-    return !path.empty() && std::ranges::all_of(path, MayStandInPath);
+    return !path.empty() && std::ranges::none_of(path, [](wchar_t i_character) {
+        return i_character < L' ' || forbidden_in_paths.find(i_character) != std::wstring_view::npos;
+    });
 }
 
 ComPtr<Name> Name::Create(const wchar_t* url, Name* other) {

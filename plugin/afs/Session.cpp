@@ -6,6 +6,8 @@
 #include "core/Text.h"
 #include "dropbox/Web.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::wstring_view header_name = L"Authorization:";

@@ -106,8 +106,8 @@ TEST_F(CacheCallbackTest, AnUploadRunsForward) {
     EXPECT_HRESULT(E_FAIL, Read(3, 1)) << "not while it is written";
     Begin(5);
     EXPECT_HRESULT(S_OK, Write(0, "new"));
-    EXPECT_HRESULT(S_OK, Write(3, "er"));
     EXPECT_EQ("old", Remote());
+    EXPECT_HRESULT(S_OK, Write(3, "er"));
     EXPECT_HRESULT(S_OK, End());
     EXPECT_EQ("newer", Remote());
     EXPECT_HRESULT(S_OK, Read(0, 100)) << "read and written again from 0";
