@@ -53,7 +53,8 @@ HRESULT WebBrowserDialog::DoModal(BeforeNavigateHandler i_before_navigate,
     const ComPtr<IUIX_Obj> keep_object(m_pObj); // `Destroy` takes the member's reference back (`OnAttach`).
     LONG result = IDCANCEL;
     CHECK_HRESULT(m_pObj->DoModal(UIX_ObjModal_AppModal, &result));
-    CHECK_HRESULT(m_pObj->Destroy());
+    if (m_pObj != nullptr) // Null when the dialog went together with its owner.
+        CHECK_HRESULT(m_pObj->Destroy());
     return TRACE_RESULT(S_OK);
 }
 
