@@ -1,0 +1,36 @@
+#pragma once
+
+#include "uix/WindowSteps.h"
+
+#include <functional>
+
+namespace Tests {
+
+/// Does something to the window in use as soon as there is one, while its message loop runs: once, or again until it
+/// answers true. One at a time.
+class OnceInUse {
+public:
+    explicit OnceInUse(std::function<bool(HWND)> i_action) {
+        action = std::move(i_action);
+        m_timer = SetTimer(nullptr, 0, 10, &OnTimer);
+    }
+    ~OnceInUse() {
+        KillTimer(nullptr, m_timer);
+        action = nullptr;
+    }
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
+        const HWND window = DevHost::WindowInUse();
+        if (window == nullptr || action == nullptr)
+            return;
+        const auto run = std::exchange(action, nullptr);
+        if (!run(window))
+            action = run;
+    }
+
+    static inline std::function<bool(HWND)> action;
+    UINT_PTR m_timer = 0;
+};
+
+} // namespace Tests

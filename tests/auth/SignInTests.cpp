@@ -1,0 +1,114 @@
+#include "WineNetwork.h"
+#include "auth/LiveObjectsTest.h"
+#include "auth/OnceInUse.h"
+#include "auth/SignIn.h"
+#include "core/Resource.h"
+#include "services/MainInstance.h"
+#include "support/Log.h"
+#include "support/Outcome.h"
+#include "support/TemporaryFolder.h"
+#include "uix/WindowSteps.h"
+
+#include <array>
+
+namespace {
+
+/// The browser begins with a page of the service: no test may ask the public one for it.
+class LocalService final : public testing::Environment {
+public:
+    void SetUp() override { DevHost::RedirectWinInet(); }
+};
+
+const auto* const local_service = testing::AddGlobalTestEnvironment(new LocalService);
+
+int WindowsOfThread() {
+    int count = 0;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM result) {
+            *reinterpret_cast<int*>(result) += IsWindowVisible(window) ? 1 : 0;
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+/// The real dialog with the system's browser, whose pages these tests do not need.
+class SignInTest : public Tests::LiveObjectsTest {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
+        m_host = Qorv::Create<DevHost::MainInstance>(m_profile.Path());
+        const Resource strings(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML");
+        ASSERT_EQ(S_OK, m_host->MergeLocalization(strings.OpenStream()));
+    }
+    void TearDown() override {
+        m_host->Close();
+        m_host.Reset();
+        OleUninitialize();
+        EXPECT_EQ(0, WindowsOfThread());
+        LiveObjectsTest::TearDown();
+    }
+
+    HRESULT Run() { return AuthenticateDropboxOAuth2(m_host, L"app-key", header, account_id); }
+
+    std::wstring header = L"of an earlier sign-in";
+    std::wstring account_id = header;
+
+private:
+    const Tests::TemporaryFolder m_profile;
+    Qorv::ComPtr<DevHost::MainInstance> m_host;
+};
+
+TEST_F(SignInTest, EndsWithoutFailureAndWithEmptyOutputsWhenTheUserClosesTheDialog) {
+    for (int run = 0; run < 3; ++run) {
+        std::wstring title;
+        const Tests::OnceInUse close([&](HWND window) {
+            std::array<wchar_t, 100> text{};
+            GetWindowTextW(window, text.data(), int{text.size()});
+            title = text.data();
+            return DevHost::CloseByBox(window, {});
+        });
+        EXPECT_HRESULT(S_OK, Run());
+        EXPECT_EQ(L"Sign in to Dropbox", title);
+        EXPECT_EQ(L"", header + account_id);
+    }
+}
+
+TEST_F(SignInTest, GivesTheBrowserTheWholeClientAreaWhateverItsSize) {
+    const Tests::OnceInUse resize([](HWND window) {
+        for (const int size : {300, 500}) {
+            SetWindowPos(window, nullptr, 0, 0, size, size, SWP_NOZORDER | SWP_NOMOVE);
+            RECT client{};
+            RECT browser{};
+            GetClientRect(window, &client);
+            EXPECT_GT(client.right, 200);
+            GetWindowRect(GetWindow(window, GW_CHILD), &browser);
+            MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&browser), 2);
+            EXPECT_TRUE(EqualRect(&client, &browser)) << browser.right << " x " << browser.bottom;
+        }
+        return DevHost::CloseByBox(window, {});
+    });
+    EXPECT_HRESULT(S_OK, Run());
+}
+
+TEST_F(SignInTest, LeavesNothingWhenItsOwnerIsDestroyed) {
+    const HWND owner = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200, 200, nullptr,
+                                       nullptr, nullptr, nullptr);
+    SetActiveWindow(owner);
+    const Tests::OnceInUse destroy([owner](HWND window) { return window != owner && DestroyWindow(owner); });
+    EXPECT_TRUE(SUCCEEDED(Run()));
+    EXPECT_EQ(L"", header + account_id);
+}
+
+TEST_F(SignInTest, FailsWithTheReasonWhenThereIsNoBrowser) {
+    OleUninitialize();
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(CO_E_NOTINITIALIZED, Run());
+    EXPECT_TRUE(log.Has("\"OleCreate(CLSID_WebBrowser, IID_IOleObject, OLERENDER_DRAW, nullptr, this, this, "));
+    EXPECT_TRUE(log.Has("\"m_pObj->DoModal(UIX_ObjModal_AppModal, &result)\""));
+    EXPECT_TRUE(log.Has("Expression: \"result\" caused returning"));
+    EXPECT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
+}
+
+} // namespace
