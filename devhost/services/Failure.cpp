@@ -37,6 +37,9 @@ constexpr KnownCode known_codes[] = {
     {0x80072F06, L"the service's certificate is for another host"},
     {0x80072F0D, L"the service's certificate is not trusted"},
     {0x80072F19, L"the service's certificate is not trusted"},
+    {0x80072F76, L"the service's answer cannot be understood"},
+    {0x80072F78, L"the service's answer cannot be understood"},
+    {0x80072F7D, L"the secure connection to the service broke"},
 };
 
 } // namespace

@@ -1,0 +1,93 @@
+// A plug-in that misbehaves as the environment says: SCRIPTED_PLUGIN_FAILS names the step that fails,
+// SCRIPTED_PLUGIN_LEAKS is "object" or "module". It writes the calls that it gets to SCRIPTED_PLUGIN_CALLS.
+
+#include "UnusedInterfaces.h"
+#include "services/Failure.h"
+
+#include <wininet.h>
+
+#include <array>
+#include <string>
+
+namespace {
+
+std::wstring Variable(const wchar_t* i_name) {
+    std::array<wchar_t, 1024> value{};
+    GetEnvironmentVariableW(i_name, value.data(), DWORD{value.size()});
+    return value.data();
+}
+
+/// Notes a step, and fails it when it is the one.
+HRESULT Step(const std::wstring& i_name) {
+    SetEnvironmentVariableW(L"SCRIPTED_PLUGIN_CALLS", (Variable(L"SCRIPTED_PLUGIN_CALLS") + i_name + L";").c_str());
+    return Variable(L"SCRIPTED_PLUGIN_FAILS") == i_name ? E_ACCESSDENIED : S_OK;
+}
+
+class FileSystem final : public Tests::UnusedFileSystem<FileSystem> {
+public:
+    HRESULT STDMETHODCALLTYPE get_Name(BSTR* o_name) noexcept override {
+        return DevHost::AnswerText(L"Dropbox", o_name);
+    }
+};
+
+class Plugin final : public Qorv::CoClass<Plugin, Qorv::IQorv_Plugin> {
+public:
+    HRESULT STDMETHODCALLTYPE get__GUID(GUID* o_guid) noexcept override {
+        *o_guid = Qorv::IQorv_Plugin::Id;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get_Name(BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_CopyrightInfo(BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_version(ULONG*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_VendorID(ULONG*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Description(BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_LegalInfo(BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Publisher(BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Features(ULONG*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Setup(Qorv::IQorv_Inst* pInst) noexcept override {
+        m_host = pInst;
+        return Step(L"Setup");
+    }
+    HRESULT STDMETHODCALLTYPE RegisterExts() noexcept override {
+        m_host->GetExtension(L"AFS", (IUnknown**)&m_service);
+        m_service->RegisterFileSys(m_file_system);
+        return Step(L"RegisterExts");
+    }
+    HRESULT STDMETHODCALLTYPE FinalizeRegistering() noexcept override { return Step(L"FinalizeRegistering"); }
+    HRESULT STDMETHODCALLTYPE Init() noexcept override { return Step(L"Init"); }
+    HRESULT STDMETHODCALLTYPE Unload() noexcept override {
+        if (Variable(L"SCRIPTED_PLUGIN_LEAKS") == L"object")
+            m_file_system->AddRef();
+        return Step(L"Unload"); // The file system stays registered: the host lets go of it by itself.
+    }
+    HRESULT STDMETHODCALLTYPE ShowPrefsDlg(HWND) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ImportAdditionalData(IStream*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ExportAdditionalData(IStream*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ResetSettings() noexcept override { return E_NOTIMPL; }
+
+private:
+    Qorv::ComPtr<Qorv::IQorv_Inst> m_host;
+    Qorv::ComPtr<Qorv::IAFS_Inst> m_service;
+    Qorv::ComPtr<FileSystem> m_file_system = Qorv::Create<FileSystem>();
+};
+
+/// Never called: the host redirects these imports of a plug-in, and so wants to find them.
+void UseImports() {
+    DWORD written = 0;
+    HttpSendRequestExW(nullptr, nullptr, nullptr, 0, 0);
+    InternetWriteFile(nullptr, nullptr, 0, &written);
+    HttpEndRequestW(nullptr, nullptr, 0, 0);
+    InternetCloseHandle(nullptr);
+}
+
+} // namespace
+
+extern "C" __declspec(dllexport) HRESULT STDMETHODCALLTYPE
+    Qorce_GetPlugin(void*, void*, Qorv::IQorv_Plugin** output_plugin) {
+    if (Variable(L"SCRIPTED_PLUGIN_LEAKS") == L"module")
+        LoadLibraryW(L"ScriptedPlugin.qvp"); // One reference to the module too many.
+    if (Variable(L"SCRIPTED_PLUGIN_LEAKS") == L"never")
+        UseImports();
+    *output_plugin = Qorv::Create<Plugin>().Detach();
+    return Step(L"Qorce_GetPlugin");
+}
