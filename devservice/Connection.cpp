@@ -17,7 +17,7 @@ using tcp = asio::ip::tcp;
 namespace {
 
 /// Longest head of a request, and the most that is read ahead.
-constexpr std::size_t BufferSize = 128 * 1024;
+constexpr std::size_t BufferSize = std::size_t{128} << 10;
 
 Reply AnswerClear(HttpExchange& io_exchange, Service& io_service) {
     if (io_exchange.Target().starts_with(Control::Prefix))

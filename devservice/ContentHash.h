@@ -33,7 +33,7 @@ private:
 /// See the public "content hash" page of the service's documentation.
 class ContentHash {
 public:
-    static constexpr std::size_t BlockSize = 4 * 1024 * 1024;
+    static constexpr std::size_t BlockSize = std::size_t{4} << 20;
 
     void Add(std::string_view i_data);
 

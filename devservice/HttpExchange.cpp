@@ -18,10 +18,10 @@ namespace http = boost::beast::http;
 namespace {
 
 /// Big pieces: the cost of a transfer is mostly its number of system calls.
-constexpr std::size_t PieceSize = 256 * 1024;
+constexpr std::size_t PieceSize = std::size_t{256} << 10;
 
 /// Far above any argument of the service, far below what would hurt.
-constexpr std::size_t MaxArgumentSize = 16 * 1024 * 1024;
+constexpr std::size_t MaxArgumentSize = std::size_t{16} << 20;
 
 std::string_view View(boost::beast::string_view i_text) {
     return {i_text.data(), i_text.size()};
@@ -56,7 +56,7 @@ HttpExchange::HttpExchange(ByteStream& io_stream, boost::beast::flat_buffer& io_
 
 std::size_t HttpExchange::BufferHead() {
     constexpr std::string_view End = "\r\n\r\n";
-    constexpr std::size_t ReadSize = 16 * 1024;
+    constexpr std::size_t ReadSize = std::size_t{16} << 10;
     while (true) {
         const std::string_view buffered(static_cast<const char*>(m_buffer.data().data()), m_buffer.size());
         if (const std::size_t end = buffered.find(End); end != buffered.npos)

@@ -103,7 +103,7 @@ Listings::SnapshotPtr Listings::TakeChanges(const SnapshotPtr& i_before) {
 
 Listings::SnapshotPtr Listings::Keep(Snapshot i_snapshot) {
     i_snapshot.key = RandomText(KeyBytes);
-    const auto kept = std::make_shared<const Snapshot>(std::move(i_snapshot));
+    SnapshotPtr kept = std::make_shared<const Snapshot>(std::move(i_snapshot));
     const std::lock_guard lock(m_mutex);
     m_snapshots.push_front(kept);
     std::size_t entry_count = 0;

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Files up to this size are hashed for an answer about them; that takes less than a tenth of a second.
-constexpr std::uint64_t MaxQuickHashSize = 64 * 1024 * 1024;
+constexpr std::uint64_t MaxQuickHashSize = std::uint64_t{64} << 20;
 
 /// Names that JSON could not carry, and those of the service's own files, are not shown.
 bool IsShown(const std::string& i_name) {
@@ -23,7 +23,7 @@ bool IsShown(const std::string& i_name) {
 }
 
 std::string HashOfFile(const fs::path& i_file) {
-    constexpr std::size_t PieceSize = 256 * 1024;
+    constexpr std::size_t PieceSize = std::size_t{256} << 10;
     std::ifstream stream(i_file, std::ios::binary);
     std::vector<char> piece(PieceSize);
     ContentHash hash;
@@ -41,7 +41,7 @@ std::int64_t WholeSeconds(std::int64_t i_nanoseconds) {
 
 } // namespace
 
-Storage::Storage(fs::path i_root) : m_root(fs::canonical(i_root)) {}
+Storage::Storage(const fs::path& i_root) : m_root(fs::canonical(i_root)) {}
 
 Storage::Place Storage::Find(const ServicePath& i_path) const {
     Place place{{}, m_root, FileStatus::Of(m_root), false};

@@ -35,7 +35,7 @@ public:
     };
 
     /// @param i_root an existing folder
-    explicit Storage(std::filesystem::path i_root);
+    explicit Storage(const std::filesystem::path& i_root);
 
     const std::filesystem::path& Root() const { return m_root; }
     ItemNotes& Notes() { return m_notes; }

@@ -130,7 +130,7 @@ ItemMetadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit)
 Storage::Place StorageWriter::PlaceForCommit(const ServicePath& i_path, const Commit& i_commit) {
     if (i_path.IsRoot())
         throw RouteError({"path", "malformed_path"});
-    const Storage::Place place = m_storage.Find(i_path);
+    Storage::Place place = m_storage.Find(i_path);
     CheckWritable(place, "path");
     if (!place.status.Exists())
         return place;

@@ -12,7 +12,7 @@ namespace DevService::TransferRoutes {
 namespace {
 
 void Receive(HttpExchange& io_exchange, IncomingFile& o_file) {
-    constexpr std::size_t PieceSize = 256 * 1024;
+    constexpr std::size_t PieceSize = std::size_t{256} << 10;
     std::vector<char> piece(PieceSize);
     while (const std::size_t size = io_exchange.ReadBody(piece))
         o_file.Write({piece.data(), size});

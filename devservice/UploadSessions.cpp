@@ -26,7 +26,7 @@ void UploadSessions::Locked::RequireOpen() const {
 
 std::string UploadSessions::Start() {
     constexpr std::size_t IdBytes = 13;
-    const std::string id = "AAAA" + RandomText(IdBytes);
+    std::string id = "AAAA" + RandomText(IdBytes);
     auto session = std::make_shared<Session>(m_folder);
     const std::lock_guard lock(m_mutex);
     m_sessions.emplace(id, std::move(session));
