@@ -3,7 +3,12 @@
 #include "CommandLine.h"
 #include "Shell.h"
 #include "WineNetwork.h"
+#include "browser/BrowserRegistration.h"
 #include "services/Unicode.h"
+#include "uix/WindowScript.h"
+
+#include <array>
+#include <optional>
 
 namespace {
 
@@ -22,11 +27,26 @@ BOOL WINAPI OnConsoleEvent(DWORD i_event) {
     return TRUE;
 }
 
+/// The file that QORVHOST_WINDOW_SCRIPT names: what a person would do in the windows. Empty for none.
+std::wstring WindowScriptFile() {
+    std::array<wchar_t, 1024> file{};
+    const DWORD length = GetEnvironmentVariableW(L"QORVHOST_WINDOW_SCRIPT", file.data(), DWORD{file.size()});
+    return {file.data(), length < file.size() ? length : 0};
+}
+
 int Run(const DevHost::Options& i_options) {
     DevHost::RedirectWinInet();
+    std::optional<DevHost::BrowserRegistration> own_browser;
+    if (DevHost::IsWine()) // Its browser cannot show a page.
+        own_browser.emplace();
+    std::optional<DevHost::WindowScript> script;
+    if (const std::wstring file = WindowScriptFile(); !file.empty())
+        script.emplace(file);
     DevHost::Shell shell(i_options, g_cancel_flag);
     const int result = shell.Execute(i_options.command);
     const int end = shell.Finish();
+    if (script && script->HasFailed())
+        return exit_failed;
     return end != 0 ? end : result;
 }
 

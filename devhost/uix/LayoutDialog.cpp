@@ -1,6 +1,7 @@
 #include "uix/LayoutDialog.h"
 
 #include "services/Failure.h"
+#include "uix/WindowPlace.h"
 
 namespace DevHost {
 namespace {
@@ -38,11 +39,27 @@ LayoutDialog::LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::sh
     , m_monitors(std::move(i_monitors)) {
     CreateItems(i_layout);
     if (i_layout.is_scrollable && !m_items.empty())
-        m_scroller.SetContent(m_content);
+        MakeScrollable(i_frame.owner);
 }
 
 LayoutDialog::~LayoutDialog() {
     DialogWindow::Destroy();
+}
+
+/// A vertical scroll bar takes some of the width that the items need: the window gets so much wider.
+void LayoutDialog::MakeScrollable(HWND i_owner) {
+    m_scroller.SetContent(m_content);
+    RECT client;
+    RECT window;
+    GetClientRect(Window(), &client);
+    GetWindowRect(Window(), &window);
+    const LONG missing = m_content.cx - client.right;
+    if (missing <= 0)
+        return;
+    const RECT place = CentredPlace({window.right - window.left + missing, window.bottom - window.top}, i_owner);
+    MoveWindow(Window(), static_cast<int>(place.left), static_cast<int>(place.top),
+               static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top), FALSE);
+    m_scroller.SetContent(m_content);
 }
 
 void LayoutDialog::CreateItems(const Layout& i_layout) {
@@ -128,6 +145,7 @@ void LayoutDialog::OnCommand(WORD i_control_id, WORD i_notification) {
 
 void LayoutDialog::OnSize() {
     const ComPtr<LayoutDialog> self(this);
+    m_scroller.Handle(WM_SIZE, 0);
     if (const ComPtr<Qorv::IUIX_ObjSink> sink = m_sink)
         sink->OnSize();
 }

@@ -37,6 +37,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_Title(Qorv::PCStr i_title) noexcept override;
 
 private:
+    void MakeScrollable(HWND i_owner);
     void CreateItems(const Layout& i_layout);
     DialogItem* ItemOf(WORD i_control_id) const noexcept;
 

@@ -53,7 +53,6 @@ ULONG MessageDialog::Ask(LoopMonitors& io_monitors) {
 
 HRESULT MessageDialog::OnInit() {
     MessageBeep(m_icon != nullptr ? MB_ICONWARNING : MB_OK);
-    SetFocus(GetDlgItem(Window(), first_button_id));
     return S_OK;
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "browser/HtmlTokenizer.h"
+#include "browser/Page.h"
+
+namespace DevHost {
+
+/// Makes a page of the pieces of an HTML document, one after the other.
+class PageReader {
+public:
+    void Add(const HtmlToken& i_token);
+    Page Finish();
+
+private:
+    void AddText(const std::wstring& i_text);
+    void Start(const HtmlToken& i_tag);
+    void End(const std::wstring& i_name);
+    void StartBlock(PageBlock::Kind i_kind);
+    void StartForm(const HtmlToken& i_tag);
+    void StartButton(const HtmlToken& i_tag);
+    void AddInput(const HtmlToken& i_tag);
+    PageBlock NewBlock(PageBlock::Kind i_kind) const;
+    PageBlock NewBlock(PageBlock::Kind i_kind, const HtmlToken& i_tag) const;
+    /// Puts the current block on the page, when it has a text, and begins a paragraph.
+    void Flush();
+
+    Page m_page;
+    PageBlock m_current;     ///< What texts are added to.
+    bool m_is_title = false; ///< Texts belong to the title.
+    size_t m_form = PageBlock::no_form;
+};
+
+} // namespace DevHost

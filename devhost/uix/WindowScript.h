@@ -1,0 +1,52 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <deque>
+#include <filesystem>
+#include <string>
+
+namespace DevHost {
+
+/// Uses the windows of the main thread as a person would: through their controls, by window messages. Runs while any
+/// message loop of the thread does; each step waits for what it needs. docs/window-scripts.md has the language.
+///
+/// A step that cannot be done within its time ends the script: the reason goes to standard error, every window of the
+/// thread is closed, and `HasFailed` tells. Main thread only.
+class WindowScript {
+public:
+    /// `i_step_time` is how long a step may wait, in milliseconds. Throws a `Failure` for a file that cannot be read or
+    /// has a line that is no step.
+    explicit WindowScript(const std::filesystem::path& i_file, DWORD i_step_time = 30000);
+    ~WindowScript();
+    WindowScript(const WindowScript&) = delete;
+    WindowScript& operator=(const WindowScript&) = delete;
+
+    bool IsDone() const noexcept { return m_steps.empty(); }
+    bool HasFailed() const noexcept { return m_has_failed; }
+
+private:
+    struct Verb;
+    struct Step {
+        size_t line = 0;
+        std::wstring text; ///< For messages.
+        const Verb* verb = nullptr;
+        std::wstring argument;
+    };
+
+    static const Verb verbs[];
+    static Step ParseStep(const std::wstring& i_line, size_t i_number);
+
+    static LRESULT CALLBACK WindowProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
+    void OnTimer();
+    void Fail(const std::wstring& i_reason);
+
+    HWND m_window = nullptr;  ///< For its timer's messages only.
+    std::deque<Step> m_steps; ///< Those still to be done.
+    DWORD m_step_time;
+    ULONGLONG m_step_begin;
+    bool m_is_working = false;
+    bool m_has_failed = false;
+};
+
+} // namespace DevHost

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+
+#include <exdisp.h>
+#include <ocidl.h>
+#include <oleidl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Tests {
+
+/// A container for the WebBrowser control in a window, and the sink of its events: it writes them down and does what a
+/// test gives it to do.
+class BrowserHost final : public Qorv::CoClass<BrowserHost, IOleClientSite, IOleInPlaceSite, IDispatch> {
+public:
+    /// Creates the control as every program does (OleCreate), in the window's client area, and asks for its events.
+    HRESULT Open(HWND i_window);
+    /// Everything in its order, as the platform wants it.
+    void Close();
+
+    HRESULT Navigate(const std::wstring& i_url);
+    /// The address of the page that is shown.
+    std::wstring Location() const;
+    HWND View() const;
+
+    std::vector<std::wstring> events;                   ///< "before URL", "complete URL", "error URL", "document URL"
+    std::function<bool(const std::wstring&)> on_before; ///< Answers whether to cancel.
+    std::function<void(const std::wstring&)> on_complete;
+    std::function<void(const std::wstring&)> on_document;
+    Qorv::ComPtr<IWebBrowser2> browser;
+
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID i_event, REFIID, LCID, WORD, DISPPARAMS* i_parameters, VARIANT*, EXCEPINFO*,
+                                     UINT*) noexcept override;
+    HRESULT STDMETHODCALLTYPE SaveObject() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD, IMoniker**) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer**) noexcept override { return E_NOINTERFACE; }
+    HRESULT STDMETHODCALLTYPE ShowObject() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnShowWindow(BOOL) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetWindow(HWND* o_window) noexcept override;
+    HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE CanInPlaceActivate() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnInPlaceActivate() noexcept override;
+    HRESULT STDMETHODCALLTYPE OnUIActivate() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetWindowContext(IOleInPlaceFrame**, IOleInPlaceUIWindow**, RECT*, RECT*,
+                                               OLEINPLACEFRAMEINFO*) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Scroll(SIZE) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnUIDeactivate(BOOL) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE DiscardUndoState() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE DeactivateAndUndo() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnPosRectChange(const RECT*) noexcept override { return S_OK; }
+
+private:
+    HWND m_window = nullptr;
+    Qorv::ComPtr<IOleObject> m_object;
+    Qorv::ComPtr<IConnectionPoint> m_connection_point;
+    DWORD m_cookie = 0;
+};
+
+} // namespace Tests
