@@ -23,9 +23,11 @@ HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_
                          std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer) {
     TRACE_FUNCTION();
     std::vector<std::wstring> captions;
+    captions.reserve(i_buttons.size());
     for (const Qorv::PCStr id : i_buttons)
         captions.push_back(LocalizedText(host_instance, id));
     std::vector<Qorv::PCStr> buttons;
+    buttons.reserve(captions.size());
     for (const std::wstring& caption : captions)
         buttons.push_back(caption.c_str());
     const std::wstring title = LocalizedText(host_instance, title_id);
