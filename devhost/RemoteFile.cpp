@@ -4,14 +4,15 @@ namespace DevHost {
 
 RemoteFile::RemoteFile(Qorv::IAFS_FileSys& i_file_system, FilesCache& i_cache, Qorv::IAFS_Name* i_name, ULONG i_flags,
                        const Operation& i_operation)
-    : m_operation(i_operation), m_cache(&i_cache) {
+    : m_operation(i_operation), m_is_written((i_flags & Qorv::AFS_OpenFile_Write) != 0), m_cache(&i_cache) {
     m_operation.Check(i_file_system.OpenFile(i_name, i_flags, m_operation.Details(), m_operation.Cancel(), &m_file));
 }
 
 RemoteFile::~RemoteFile() {
     if (m_file == nullptr)
         return;
-    m_cache->Discard(m_file);
+    if (m_is_written)
+        m_cache->Discard(m_file);
     m_file->Close(nullptr, nullptr);
 }
 

@@ -26,6 +26,7 @@ public:
 
 private:
     const Operation& m_operation;
+    const bool m_is_written;
     Qorv::ComPtr<FilesCache> m_cache;
     Qorv::ComPtr<Qorv::IAFS_File> m_file;
 };

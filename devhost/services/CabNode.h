@@ -40,7 +40,7 @@ public:
 
 private:
     /// Puts the node, and what a dictionary declares below it, under a template.
-    void Apply(std::shared_ptr<const CabTemplate> i_template, const CabTemplate::Item& i_item, int i_depth);
+    void Apply(const std::shared_ptr<const CabTemplate>& i_template, const CabTemplate::Item& i_item, int i_depth);
     Node Find(std::wstring_view i_id) const;
 
     Value m_value;

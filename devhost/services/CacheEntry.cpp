@@ -39,9 +39,9 @@ void CacheEntry::StartEmpty() {
 }
 
 void CacheEntry::StartWithKeptBytes() {
-    m_size = m_files.Bytes().Size();
+    m_is_changed = true; // First of all: whatever fails from here on, the bytes stay.
     m_is_complete = true;
-    m_is_changed = true;
+    m_size = m_files.Bytes().Size();
 }
 
 HRESULT STDMETHODCALLTYPE CacheEntry::Read(ULONGLONG i_pos, void* o_data, ULONG i_size, ULONG* o_read,

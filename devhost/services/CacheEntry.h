@@ -27,10 +27,10 @@ public:
     /// The remote file behind the entry, and how it is reached. Replaces what was bound before.
     void Bind(Qorv::IAFS_Name* i_name, Qorv::IAFS_FileCacheCallbacks* i_callback);
 
-    // How a bound entry begins: one of these.
+    // How an entry begins: one of these, the last two once it is bound.
+    void StartWithKeptBytes();                      ///< Changed: with what its files hold.
     void StartWithRemoteFile(std::uint64_t i_size); ///< With the announced size in bytes.
     void StartEmpty();                              ///< Changed: an empty document is uploaded, too.
-    void StartWithKeptBytes();                      ///< Changed: with what its files hold.
 
     std::wstring Location() const { return LocationOf(m_name); }
     const std::filesystem::path& Path() const noexcept { return m_files.BytesPath(); }

@@ -74,11 +74,9 @@ HRESULT STDMETHODCALLTYPE FilesCache::CreateNewCache(Qorv::IAFS_File* i_file, Qo
             if (!is_kept)
                 entry = Qorv::Create<CacheEntry>(*this, EntryFiles::Create(m_folder, location));
             entry->Bind(name, i_callback);
-            if (is_kept)
-                entry->StartWithKeptBytes();
-            else if (IsNewDocument(name, i_flags, i_size))
+            if (!is_kept && IsNewDocument(name, i_flags, i_size))
                 entry->StartEmpty();
-            else
+            else if (!is_kept)
                 entry->StartWithRemoteFile(i_size);
             m_entries.push_back(entry);
         }
@@ -174,7 +172,11 @@ FilesCache::Entry FilesCache::TakeKept(const std::wstring& i_location) {
         return kept;
     }
     auto abandoned = EntryFiles::FindAbandoned(m_folder, i_location);
-    return abandoned ? Qorv::Create<CacheEntry>(*this, std::move(*abandoned)) : nullptr;
+    if (!abandoned)
+        return nullptr;
+    const Entry kept = Qorv::Create<CacheEntry>(*this, std::move(*abandoned));
+    kept->StartWithKeptBytes();
+    return kept;
 }
 
 /// The kept bytes that an open with write access goes on with, if there are any.
@@ -195,10 +197,9 @@ void FilesCache::KeepReplaced(const Entry& i_entry) {
     m_notice(L"Earlier changes that could not be saved are replaced; a copy is kept as " + copy.wstring());
 }
 
-void FilesCache::Remove(const Entry& i_entry) {
-    const Entry entry = i_entry; // The list may hold the one that was given.
-    std::erase(m_entries, entry);
-    entry->Remove();
+void FilesCache::Remove(Entry i_entry) {
+    std::erase(m_entries, i_entry);
+    i_entry->Remove();
 }
 
 } // namespace DevHost

@@ -59,7 +59,7 @@ private:
     Entry TakeKept(const std::wstring& i_location);
     Entry TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags);
     void KeepReplaced(const Entry& i_entry);
-    void Remove(const Entry& i_entry);
+    void Remove(Entry i_entry);
 
     std::filesystem::path m_folder;
     NoticeSink m_notice;

@@ -2,6 +2,7 @@
 
 #include "services/BindContext.h"
 #include "services/CryptKey.h"
+#include "services/ErrorDetails.h"
 #include "services/Failure.h"
 #include "services/StreamReader.h"
 
@@ -28,8 +29,9 @@ constexpr char host_texts[] = R"(<localization language="en" namespace="btn">
 
 MainInstance::MainInstance(std::filesystem::path i_profile, NoticeSink i_notice)
     : m_profile(std::move(i_profile))
+    , m_notice(std::move(i_notice))
     , m_events(Qorv::Create<EventServer>())
-    , m_file_systems(Qorv::Create<FileSystemService>(m_profile / L"cache", std::move(i_notice)))
+    , m_file_systems(Qorv::Create<FileSystemService>(m_profile / L"cache", m_notice))
     , m_auxiliary(Qorv::Create<AuxiliaryService>())
     , m_ui(Qorv::Create<UiService>(m_localization)) {
     m_localization.Merge(host_texts);
@@ -53,12 +55,22 @@ HRESULT STDMETHODCALLTYPE MainInstance::GetExtension(Qorv::PCStr i_name, IUnknow
     return S_OK;
 }
 
+/// Answers a call that has no place for the reason of its failure, which the user is told instead: which file it is.
+template <typename Body>
+HRESULT MainInstance::AnswerAndTell(Body&& i_body) const noexcept {
+    const auto said = Qorv::Create<ErrorDetails>();
+    const HRESULT result = Answer(said, i_body);
+    if (FAILED(result))
+        m_notice(said->Text());
+    return result;
+}
+
 HRESULT STDMETHODCALLTYPE MainInstance::GetPluginSettings(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                           Qorv::IAUX_CabNode** o_settings) noexcept {
     if (o_settings == nullptr || i_plugin == nullptr)
         return E_POINTER;
     *o_settings = nullptr;
-    return Answer([&] {
+    return AnswerAndTell([&] {
         const std::wstring id = IdOf(i_plugin);
         auto found = m_settings.find(id);
         if (found == m_settings.end()) {
@@ -76,7 +88,7 @@ HRESULT STDMETHODCALLTYPE MainInstance::GetCryptKey(Qorv::IQorv_Plugin* i_plugin
     if (o_key == nullptr || i_plugin == nullptr)
         return E_POINTER;
     *o_key = nullptr;
-    return Answer([&] {
+    return AnswerAndTell([&] {
         *o_key = CryptKey::Load(m_profile / L"keys" / (IdOf(i_plugin) + L".key"), i_create != VARIANT_FALSE).Detach();
     });
 }

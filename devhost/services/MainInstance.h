@@ -57,7 +57,11 @@ private:
         CabNode::Node dictionary;
     };
 
+    template <typename Body>
+    HRESULT AnswerAndTell(Body&& i_body) const noexcept;
+
     std::filesystem::path m_profile;
+    NoticeSink m_notice;
     MainThreadQueue m_main_thread;
     Localization m_localization;
     Qorv::ComPtr<EventServer> m_events;

@@ -1,5 +1,6 @@
 // The host's main instance: calls onto the main thread, texts, events, images and services.
 
+#include "UnusedInterfaces.h"
 #include "qorv/Values.h"
 #include "services/BindContext.h"
 #include "services/Bitmap.h"
@@ -170,6 +171,33 @@ TEST_F(MainInstanceTest, TellsHandlersOfTheirEventsAndLetsGoOfThemAtTheEnd) {
     handler.Reset();
     m_host->Close();
     EXPECT_EQ(Qorv::g_live_objects, objects_before);
+}
+
+TEST_F(MainInstanceTest, TellsWhichOfItsFilesIsDamaged) {
+    class Plugin final : public UnusedPlugin<Plugin> {
+    public:
+        HRESULT STDMETHODCALLTYPE get__GUID(GUID* o_guid) noexcept override {
+            *o_guid = Qorv::IQorv_Plugin::Id;
+            return S_OK;
+        }
+    };
+    const auto plugin = Qorv::Create<Plugin>();
+    std::vector<std::wstring> notices;
+    m_host = Qorv::Create<DevHost::MainInstance>(m_folder.Path(),
+                                                 [&](const std::wstring& i_notice) { notices.push_back(i_notice); });
+    ComPtr<Qorv::IAUX_CabNode> settings;
+    EXPECT_EQ(m_host->GetPluginSettings(plugin, VARIANT_FALSE, &settings), S_OK);
+    EXPECT_EQ(settings.Get(), nullptr) << "there are none, and none are to be made";
+    EXPECT_EQ(m_host->GetPluginSettings(plugin, VARIANT_TRUE, &settings), S_OK);
+    m_host->SaveSettings();
+
+    const auto file = std::filesystem::directory_iterator(m_folder.Path() / "settings")->path();
+    WriteBytes(file, "damaged");
+    m_host = Qorv::Create<DevHost::MainInstance>(m_folder.Path(),
+                                                 [&](const std::wstring& i_notice) { notices.push_back(i_notice); });
+    EXPECT_EQ(m_host->GetPluginSettings(plugin, VARIANT_FALSE, &settings), HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT));
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_NE(notices[0].find(file.wstring()), std::wstring::npos);
 }
 
 TEST_F(MainInstanceTest, HandsOutItsServicesByName) {

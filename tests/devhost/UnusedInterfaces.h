@@ -2,6 +2,7 @@
 
 #include "qorv/Afs.h"
 #include "qorv/CoClass.h"
+#include "qorv/Host.h"
 
 // Objects of a plug-in of which the host asks next to nothing: everything answers E_NOTIMPL. A test's own class
 // overrides what its subject needs.
@@ -77,6 +78,29 @@ public:
     UNUSED_METHOD(CreateAccount(Qorv::IAUX_CabNode*, Details*, Cancel*, Qorv::IAFS_AccountData**))
     UNUSED_METHOD(get_DispName(BSTR*))
     UNUSED_METHOD(get_Icon(IUnknown**))
+};
+
+template <typename Self>
+class UnusedPlugin : public Qorv::CoClass<Self, Qorv::IQorv_Plugin> {
+public:
+    UNUSED_METHOD(get__GUID(GUID*))
+    UNUSED_METHOD(get_Name(BSTR*))
+    UNUSED_METHOD(get_CopyrightInfo(BSTR*))
+    UNUSED_METHOD(get_version(ULONG*))
+    UNUSED_METHOD(get_VendorID(ULONG*))
+    UNUSED_METHOD(get_Description(BSTR*))
+    UNUSED_METHOD(get_LegalInfo(BSTR*))
+    UNUSED_METHOD(get_Publisher(BSTR*))
+    UNUSED_METHOD(get_Features(ULONG*))
+    UNUSED_METHOD(Setup(Qorv::IQorv_Inst*))
+    UNUSED_METHOD(RegisterExts())
+    UNUSED_METHOD(FinalizeRegistering())
+    UNUSED_METHOD(Init())
+    UNUSED_METHOD(Unload())
+    UNUSED_METHOD(ShowPrefsDlg(HWND))
+    UNUSED_METHOD(ImportAdditionalData(IStream*))
+    UNUSED_METHOD(ExportAdditionalData(IStream*))
+    UNUSED_METHOD(ResetSettings())
 };
 
 } // namespace Tests

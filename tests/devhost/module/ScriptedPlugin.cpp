@@ -30,20 +30,12 @@ public:
     }
 };
 
-class Plugin final : public Qorv::CoClass<Plugin, Qorv::IQorv_Plugin> {
+class Plugin final : public Tests::UnusedPlugin<Plugin> {
 public:
     HRESULT STDMETHODCALLTYPE get__GUID(GUID* o_guid) noexcept override {
         *o_guid = Qorv::IQorv_Plugin::Id;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE get_Name(BSTR*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_CopyrightInfo(BSTR*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_version(ULONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_VendorID(ULONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Description(BSTR*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_LegalInfo(BSTR*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Publisher(BSTR*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Features(ULONG*) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Setup(Qorv::IQorv_Inst* pInst) noexcept override {
         m_host = pInst;
         return Step(L"Setup");
@@ -60,10 +52,6 @@ public:
             m_file_system->AddRef();
         return Step(L"Unload"); // The file system stays registered: the host lets go of it by itself.
     }
-    HRESULT STDMETHODCALLTYPE ShowPrefsDlg(HWND) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE ImportAdditionalData(IStream*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE ExportAdditionalData(IStream*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE ResetSettings() noexcept override { return E_NOTIMPL; }
 
 private:
     Qorv::ComPtr<Qorv::IQorv_Inst> m_host;
