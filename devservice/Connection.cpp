@@ -97,7 +97,12 @@ void Connection::ServeHost(Host i_host) {
         HttpExchange exchange(stream, m_buffer);
         if (!exchange.ReadHead())
             return;
-        exchange.Send(AnswerHost(exchange, m_service, i_host));
+        try {
+            exchange.Send(AnswerHost(exchange, m_service, i_host));
+        } catch (const ConnectionLost&) {
+            exchange.RecordLoss();
+            throw;
+        }
         if (!exchange.IsKeptAlive())
             return;
     }

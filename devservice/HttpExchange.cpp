@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include <boost/asio/write.hpp>
@@ -19,6 +20,9 @@ namespace {
 
 /// Big pieces: the cost of a transfer is mostly its number of system calls.
 constexpr std::size_t PieceSize = std::size_t{256} << 10;
+
+/// What is cheaper to copy than to send with a system call of its own.
+constexpr std::size_t SmallPieceSize = std::size_t{16} << 10;
 
 /// Far above any argument of the service, far below what would hurt.
 constexpr std::size_t MaxArgumentSize = std::size_t{16} << 20;
@@ -56,12 +60,11 @@ HttpExchange::HttpExchange(ByteStream& io_stream, boost::beast::flat_buffer& io_
 
 std::size_t HttpExchange::BufferHead() {
     constexpr std::string_view End = "\r\n\r\n";
-    constexpr std::size_t ReadSize = std::size_t{16} << 10;
     while (true) {
         const std::string_view buffered(static_cast<const char*>(m_buffer.data().data()), m_buffer.size());
         if (const std::size_t end = buffered.find(End); end != buffered.npos)
             return end + End.size();
-        const std::size_t room = std::min(ReadSize, m_buffer.max_size() - m_buffer.size());
+        const std::size_t room = std::min(SmallPieceSize, m_buffer.max_size() - m_buffer.size());
         boost::system::error_code error;
         m_buffer.commit(room > 0 ? m_stream.read_some(m_buffer.prepare(room), error) : 0);
         if (error && m_buffer.size() == 0)
@@ -139,13 +142,13 @@ std::size_t HttpExchange::ReadBody(std::span<char> o_piece) {
     m_record.body_size += piece.size();
     m_record.body.append(piece.substr(0, RequestLog::MaxBodySize - m_record.body.size()));
     if (error && error != http::error::need_buffer)
-        BreakOff("the request's body did not come to an end");
+        throw ConnectionLost("the request's body did not come to an end");
     return piece.size();
 }
 
 std::string HttpExchange::ReadWholeBody() {
     std::string body;
-    std::vector<char> piece(BodySize().value_or(PieceSize) < PieceSize ? 16 * 1024 : PieceSize);
+    std::vector<char> piece(BodySize().value_or(PieceSize) < PieceSize ? SmallPieceSize : PieceSize);
     while (const std::size_t size = ReadBody(piece)) {
         body.append(piece.data(), size);
         if (body.size() > MaxArgumentSize)
@@ -160,15 +163,10 @@ void HttpExchange::SkipBody() {
     }
 }
 
-void HttpExchange::BreakOff(const char* i_why) {
-    Record(0, false);
-    throw ConnectionLost(i_why);
-}
-
 void HttpExchange::DropRequest() {
     // Some clients repeat a request for ever when the connection goes without a byte of a reply.
     Write("HTTP/1.1 500 Request dropped\r\n");
-    BreakOff("dropped as the fault says");
+    throw ConnectionLost("dropped as the fault says");
 }
 
 void HttpExchange::Record(unsigned i_status, bool i_is_complete) {
@@ -178,7 +176,11 @@ void HttpExchange::Record(unsigned i_status, bool i_is_complete) {
     m_record.body_sha256 = Hex({reinterpret_cast<const unsigned char*>(digest.data()), digest.size()});
     m_record.status = i_status;
     m_record.is_complete = i_is_complete;
-    m_log->Add(std::move(m_record));
+    std::exchange(m_log, nullptr)->Add(std::move(m_record));
+}
+
+void HttpExchange::RecordLoss() {
+    Record(0, false);
 }
 
 void HttpExchange::Send(Reply i_reply) {
@@ -226,7 +228,7 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
             out.append(chunk_size,
                        static_cast<std::size_t>(std::snprintf(chunk_size, sizeof chunk_size, "%zx\r\n", piece.size())));
         }
-        const bool is_small = piece.size() <= 16 * 1024;
+        const bool is_small = piece.size() <= SmallPieceSize;
         if (is_small)
             out += piece;
         Write(out);

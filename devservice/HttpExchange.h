@@ -48,7 +48,7 @@ public:
     std::optional<std::uint64_t> BodySize() const;
 
     /// Fills the piece as far as there is body. @returns 0 at its end
-    /// @throws ConnectionLost when the client breaks off; the request is then recorded as incomplete
+    /// @throws ConnectionLost when the client breaks off
     std::size_t ReadBody(std::span<char> o_piece);
 
     /// The rest of the body in memory. @throws std::length_error when it is bigger than an argument can be
@@ -60,6 +60,10 @@ public:
     /// Reads what is left of the request, records it, and answers.
     void Send(Reply i_reply);
 
+    /// Records a request whose connection was lost before its end. To be called when all that it had begun is undone,
+    /// so that whoever sees the record sees nothing else of it.
+    void RecordLoss();
+
     /// Whether the connection serves another request after the reply.
     bool IsKeptAlive() const { return m_is_kept_alive; }
 
@@ -69,8 +73,7 @@ private:
     /// Reads until the buffer holds the whole head. @returns its size; 0 when the connection was closed before it
     std::size_t BufferHead();
     void SkipBody();
-    [[noreturn]] void BreakOff(const char* i_why);
-    void DropRequest();
+    [[noreturn]] void DropRequest();
     void Record(unsigned i_status, bool i_is_complete);
     std::string ReplyHead(const Reply& i_reply) const;
     void SendBody(Reply& io_reply, std::string i_head);
@@ -82,7 +85,7 @@ private:
     RequestRecord m_record;
     Sha256 m_body_hash;
     std::optional<Fault> m_fault;
-    RequestLog* m_log = nullptr;
+    RequestLog* m_log = nullptr; ///< until the request is in it
     Faults* m_faults = nullptr;
     bool m_is_continue_due = false; ///< the client waits for "100 Continue" before it sends the body
     bool m_is_kept_alive = true;

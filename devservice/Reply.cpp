@@ -19,7 +19,10 @@ Reply Make(std::string_view i_type, std::string_view i_body, unsigned i_status) 
 std::string_view Reply::Reason() const {
     if (!reason.empty())
         return reason;
-    const auto phrase = boost::beast::http::obsolete_reason(boost::beast::http::int_to_status(status));
+    const auto known = boost::beast::http::int_to_status(status);
+    if (known == boost::beast::http::status::unknown)
+        return {};
+    const auto phrase = boost::beast::http::obsolete_reason(known);
     return {phrase.data(), phrase.size()};
 }
 

@@ -22,7 +22,7 @@ struct FileBody {
 /// What the service answers to one request. The headers that describe the body's transfer are not in it.
 struct Reply {
     unsigned status = 200;
-    std::string reason; ///< Empty: the status's usual phrase.
+    std::string reason; ///< Empty: the status's usual phrase, if it has one.
     std::vector<Header> headers;
     std::string body;
     std::optional<FileBody> file; ///< When set, sent in place of `body`.
