@@ -22,7 +22,8 @@ HRESULT STDMETHODCALLTYPE CabNode::SetTemplate2(const void* i_data, LONG i_size,
     });
 }
 
-void CabNode::Apply(const std::shared_ptr<const CabTemplate>& i_template, const CabTemplate::Item& i_item, int i_depth) {
+void CabNode::Apply(const std::shared_ptr<const CabTemplate>& i_template, const CabTemplate::Item& i_item,
+                    int i_depth) {
     if (i_depth > max_depth)
         throw Failure(E_INVALIDARG, L"The settings template is nested too deeply");
     m_template = i_template;
