@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -46,13 +47,14 @@ private:
     /// Behind the last blank that stands outside of brackets: what is before it is the result type.
     static constexpr std::size_t NameStart(std::string_view i_name) noexcept {
         int depth = 0;
-        for (std::size_t i = i_name.size(); i-- > 0;) {
+        // An operator's own blanks and brackets ("operator bool", "operator->") are part of the name.
+        for (std::size_t i = std::min(i_name.rfind("operator"), i_name.size()); i-- > 0;) {
             const char c = i_name[i];
             if (c == '>' || c == ')' || c == '}')
                 ++depth;
             else if (c == '<' || c == '(' || c == '{')
                 --depth;
-            else if (c == ' ' && depth == 0 && !i_name.substr(0, i).ends_with("operator"))
+            else if (c == ' ' && depth == 0)
                 return i + 1;
         }
         return 0;
