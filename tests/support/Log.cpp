@@ -44,15 +44,15 @@ LogSwitch::~LogSwitch() {
     RegDeleteTreeW(HKEY_CURRENT_USER, m_key_name.c_str());
 }
 
+std::string WithoutHeads(const std::string& i_lines) {
+    static const std::regex head(R"((^|\n)\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\|[ 0-9a-f]{4,}\|)");
+    return std::regex_replace(i_lines, head, "$1");
+}
+
 LogCapture::LogCapture() : m_start(ReadBytes(LogEnvironment::LogPath()).size()) {}
 
 std::string LogCapture::Text() const {
     return ReadBytes(LogEnvironment::LogPath()).substr(m_start);
-}
-
-std::string LogCapture::Messages() const {
-    static const std::regex head(R"((^|\n)\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\|[ 0-9a-f]{4,}\|)");
-    return std::regex_replace(Text(), head, "$1");
 }
 
 } // namespace Tests

@@ -23,6 +23,9 @@ private:
     HKEY m_root = nullptr;
 };
 
+/// Lines of a log, each without its head (time and thread).
+std::string WithoutHeads(const std::string& i_lines);
+
 /// What this process writes to its log while this lives. Needs a `LogEnvironment`.
 class LogCapture {
 public:
@@ -30,8 +33,7 @@ public:
 
     /// The lines since the capture began, as the file has them.
     std::string Text() const;
-    /// The same, each without its head (time and thread).
-    std::string Messages() const;
+    std::string Messages() const { return WithoutHeads(Text()); }
     bool Has(std::string_view i_text) const { return Text().find(i_text) != std::string::npos; }
 
 private:

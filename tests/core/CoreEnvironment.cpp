@@ -1,0 +1,7 @@
+#include "support/Environments.h"
+
+namespace {
+
+const auto* const log = testing::AddGlobalTestEnvironment(new Tests::LogEnvironment);
+
+} // namespace
