@@ -4,15 +4,12 @@
 #include "ShippedModule.h"
 
 #include "PluginHost.h"
-#include "support/Environments.h"
 #include "support/Outcome.h"
 
 #include <gtest/gtest.h>
 
 namespace Tests {
 namespace {
-
-const auto* const service_environment = testing::AddGlobalTestEnvironment(new Tests::ServiceEnvironment);
 
 class LifeCycleTest : public testing::Test {
 protected:
