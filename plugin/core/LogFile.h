@@ -2,14 +2,16 @@
 
 #include "qorv/Base.h"
 
+#include <atomic>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 /// The open log file, in UTF-8.
 ///
 /// Not a wide stream of the standard library: one such stream in the "C" locale dies at the first character that is not
-/// ASCII, and closing it then never returns. Each line is one write at the end of the file, so lines of several threads
-/// stay whole without a lock.
+/// ASCII, and closing it then never returns. Each line takes its place in the file before it is written, so lines of
+/// several threads stay whole without a lock, which a thread that is ended with the process could leave behind locked.
 class LogFile {
 public:
     LogFile() = default;
@@ -21,9 +23,10 @@ public:
     bool Open(const std::wstring& i_path) noexcept;
     bool IsOpen() const noexcept { return m_file != INVALID_HANDLE_VALUE; }
     /// A lone surrogate becomes U+FFFD. A line that cannot be written is lost.
-    void Write(std::wstring_view i_line) const;
+    void Write(std::wstring_view i_line);
     void Close() noexcept;
 
 private:
     HANDLE m_file = INVALID_HANDLE_VALUE;
+    std::atomic<std::uint64_t> m_size{0}; ///< In bytes.
 };
