@@ -30,7 +30,7 @@ Expect() {
     printf '    -> checked: %s\n' "$1"
 }
 
-NotIn() { ! grep -rqF -e "$2" "$1"; }
+NotIn() { ! grep -rq -e "$2" "$1"; }
 Missing() { [[ ! -e $1 ]]; }
 
 # The names that a listing shows for a location, and those that a folder holds, sorted.
@@ -41,11 +41,22 @@ SameNames() { diff <(ListedNames "$1") <(HeldNames "$2"); }
 Step "The module: loaded, set up, asked who it is, unloaded"
 Show info
 
-Step "An account: saved from an access token, which is stored encrypted"
-printf '\n  $ ./qorvhost login --token TOKEN\n'
-Host login --token "$(<service/token)" | sed 's/^/    /'
+Step "An account: the user signs in at the service's own pages, in the module's dialog"
+cat >sign-in.steps <<'STEPS'
+window Sign in to Dropbox
+text Email
+fill email Dana Sample
+fill password sample
+picture sign-in.png
+press Sign in
+text Allow
+press Allow
+STEPS
+printf '\n  $ ./qorvhost login        (typed and pressed for you, see build/demo/sign-in.png)\n'
+QORVHOST_WINDOW_SCRIPT=sign-in.steps Host login | sed 's/^/    /'
+Expect "the dialog left its picture" test -s sign-in.png
 Show accounts
-Expect "no file of the profile holds the token" NotIn profile "$(<service/token)"
+Expect "the account is saved, and no file of the profile holds its token in clear" NotIn profile "sl\."
 
 Step "Folders are listed"
 Show ls /

@@ -76,6 +76,8 @@ FillPrefix() {
     # The services of the run that made the prefix lack the one for OLE, which costs each program 10 s: they start anew.
     RunDetached "$wine_server" -k || true
     RunDetached "$wine_server" -w || true
+    # Tahoma, and the signs on title bars: Wine does not find its own fonts when it is started without its wrapper.
+    cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/" || Say "Wine's fonts are not where they should be"
     DetachFromHome
     touch "$prefix_is_complete"
 }

@@ -1,10 +1,16 @@
 #include "afs/Session.h"
 
 #include "afs/FileSystem.h"
+#include "auth/SignIn.h"
 #include "core/Check.h"
+#include "core/MessageBox.h"
 #include "core/Plugin.h"
 #include "core/Text.h"
+#include "core/ThreadSafeCall.h"
+#include "dropbox/ServiceConfiguration.h"
 #include "dropbox/Web.h"
+
+#include <charconv>
 
 #include <algorithm>
 
@@ -38,16 +44,76 @@ std::wstring AuthorizationHeader(const std::wstring& i_token) {
     return header.append(token_type).append(i_token) + L'\n';
 }
 
+HResultException SignInCanceled() {
+    TRACE_FUNCTION();
+    return {L"The sign-in was cancelled", Qorv::ErrorCanceled};
+}
+
+/// The account id as the service itself writes it: in the redirect of a sign-in it is percent-encoded ("dbid%3A...").
+std::wstring WithoutPercentEscapes(const std::wstring& i_text) {
+    TRACE_FUNCTION();
+    const std::string text = ToUtf8(i_text);
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned char byte = 0;
+        const char* const digits = text.data() + i + 1;
+        if (text[i] == '%' && i + 2 < text.size() && std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+            bytes += static_cast<char>(byte);
+            i += 2;
+        } else {
+            bytes += text[i];
+        }
+    }
+    return FromUtf8(bytes);
+}
+
+/// The sign-in's dialog, which belongs to the main thread.
+HRESULT SignIn(Qorv::IQorv_Inst* i_host, const std::wstring& i_client_id, std::wstring& o_token,
+               std::wstring& o_user_id) {
+    TRACE_FUNCTION();
+    HRESULT result = E_UNEXPECTED;
+    std::wstring header;
+    CHECK_HRESULT(
+        CallThreadSafe(i_host, [&] { result = AuthenticateDropboxOAuth2(i_host, i_client_id, header, o_user_id); }));
+    CHECK_HRESULT(result);
+    o_token = BareToken(header);
+    return TRACE_RESULT(S_OK);
+}
+
+/// Tells the user that this was somebody else; true to sign in once more.
+bool AskToChooseUser(Qorv::IQorv_Inst* i_host) {
+    TRACE_FUNCTION();
+    ULONG answer = 1;
+    CHECK_HRESULT_THROW(Ui::ShowMessageBox(i_host, Ui::FormatString(i_host, L"db.msg.wrongUser"),
+                                           Qorv::UIX_MsgBox_IconWarning, {L"db.btn.chooseUser", L"db.btn.cancel"},
+                                           answer));
+    return answer == 0;
+}
+
 } // namespace
 
-std::shared_ptr<Session> Session::Create([[maybe_unused]] std::wstring& io_user_id, std::wstring& io_token,
-                                         Plugin* plugin, Qorv::IAFS_BindContext* context) {
+std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token, Plugin* plugin,
+                                         Qorv::IAFS_BindContext* context) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
     const std::shared_ptr<Session> session(new Session(*plugin, context));
     CHECK_HRESULT_THROW(plugin->m_afs_inst->GetFilesCache(session->m_file_system, &session->m_files_cache));
+
     io_token = BareToken(io_token);
-    CHECK_THROW(!io_token.empty(), HResultException(L"The account is not signed in", Qorv::ErrorCanceled));
+    while (io_token.empty()) {
+        std::wstring user_id;
+        const HRESULT result = SignIn(plugin->m_qorv_inst, session->ClientId(), io_token, user_id);
+        CHECK_HRESULT_THROW(result);
+        CHECK_THROW(!io_token.empty(), SignInCanceled());
+        user_id = WithoutPercentEscapes(user_id);
+        if (io_user_id.empty())
+            io_user_id = user_id;
+        if (io_user_id == user_id)
+            break;
+        // Somebody else: no token of theirs may live on, here or at the service.
+        Dropbox::RevokeToken(AuthorizationHeader(std::exchange(io_token, {})));
+        CHECK_THROW(AskToChooseUser(plugin->m_qorv_inst), SignInCanceled());
+    }
     session->m_web = Dropbox::Web::Create(AuthorizationHeader(io_token));
     return session;
 }
@@ -59,6 +125,12 @@ Session::Session(Plugin& i_plugin, Qorv::IAFS_BindContext* i_context)
 
 Session::~Session() {
     TRACE_FUNCTION();
+}
+
+/// The communication key stands for the application when the host has set one.
+std::wstring Session::ClientId() const {
+    TRACE_FUNCTION();
+    return m_communication_key.empty() ? Dropbox::ServiceConfiguration::client_id : m_communication_key;
 }
 
 Qorv::ComPtr<FileSystem> Session::GetFileSystem() const noexcept {

@@ -14,8 +14,9 @@ class Plugin;
 class Session {
 public:
     /// Opens a session for an account. `io_token` is the account's bare access token; a value that still has the
-    /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Throws the
-    /// host's code for a cancelled operation when there is no token.
+    /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Without a token
+    /// the user signs in, on the host's main thread, for which the caller waits; an empty `io_user_id` takes whoever
+    /// signs in. Throws the host's code for a cancelled operation when the user does not, or is not the account's.
     static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token, Plugin* plugin,
                                            Qorv::IAFS_BindContext* context);
 
@@ -36,6 +37,8 @@ public:
 
 private:
     Session(Plugin& i_plugin, Qorv::IAFS_BindContext* i_context);
+
+    std::wstring ClientId() const;
 
     Qorv::ComPtr<FileSystem> m_file_system;
     Qorv::ComPtr<Qorv::IAFS_BindContext> m_context;

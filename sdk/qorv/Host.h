@@ -6,8 +6,9 @@
 //
 // Life of a plug-in: load the module, `Qorce_GetPlugin`, identity getters, `Setup`, `RegisterExts`,
 // `FinalizeRegistering`, `Init`, work, `Unload`, last `Release`, free the module. The host calls all of it on its main
-// thread. `Unload` follows also when a step before it failed: it alone breaks the circles of references between the
-// plug-in and what it registered. Every object of the plug-in is released before the module is freed.
+// thread, which it has initialized for OLE (`OleInitialize`). `Unload` follows also when a step before it failed: it
+// alone breaks the circles of references between the plug-in and what it registered. Every object of the plug-in is
+// released before the module is freed.
 
 namespace Qorv {
 
