@@ -53,6 +53,7 @@ int Run(const DevHost::Options& i_options) {
 } // namespace
 
 int wmain(int i_count, wchar_t** i_arguments) {
+    SetProcessDPIAware(); // The dialogs scale themselves.
     OleInitialize(nullptr);
     g_cancel_flag = Qorv::Create<DevHost::CancelFlag>();
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
