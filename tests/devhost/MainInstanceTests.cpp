@@ -207,7 +207,7 @@ TEST_F(MainInstanceTest, HandsOutItsServicesByName) {
         EXPECT_NE(service.Get(), nullptr);
     }
     ComPtr<IUnknown> none;
-    EXPECT_EQ(m_host->GetExtension(L"XXX", &none), E_INVALIDARG);
+    EXPECT_EQ(m_host->GetExtension(L"none", &none), E_INVALIDARG);
     EXPECT_EQ(m_host->GetExtension(nullptr, &none), E_INVALIDARG);
     EXPECT_EQ(m_host->GetExtension(L"AFS", nullptr), E_POINTER);
 }
