@@ -53,7 +53,9 @@ HRESULT CabEncryptor::LoadEncryptedString(Plugin* i_plugin, Qorv::IAUX_CabNode* 
             result = S_OK;
         }
         CHECK_HRESULT(result);
-        CHECK_HRESULT(pTokenDec->get_Value(&val));
+        val = Bstr();
+        if (pTokenDec != nullptr)
+            CHECK_HRESULT(pTokenDec->get_Value(&val));
         output = std::move(val);
         return TRACE_RESULT(S_OK);
     };

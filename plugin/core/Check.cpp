@@ -38,14 +38,6 @@ void TellCaller(Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code, const std::
     SetThreadErrorInfo(i_text);
 }
 
-/// What a person should know: the message, and the service's own word for it.
-std::wstring Reason(const Exception& i_exception) {
-    const auto* http = dynamic_cast<const HttpException*>(&i_exception);
-    if (http == nullptr || http->ErrorSummary().empty())
-        return i_exception.Message();
-    return i_exception.Message() + L" (" + http->ErrorSummary() + L")";
-}
-
 HRESULT ReturnException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code,
                         const wchar_t* i_expression, const Exception& i_exception) noexcept {
     try {
@@ -59,6 +51,13 @@ HRESULT ReturnException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_det
 }
 
 } // namespace
+
+std::wstring Reason(const Exception& i_exception) {
+    const auto* http = dynamic_cast<const HttpException*>(&i_exception);
+    if (http == nullptr || http->ErrorSummary().empty())
+        return i_exception.Message();
+    return i_exception.Message() + L" (" + http->ErrorSummary() + L")";
+}
 
 void Detail::ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept {
     WriteExit(io_trace, [&] {

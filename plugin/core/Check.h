@@ -4,12 +4,15 @@
 #include "core/Trace.h"
 #include "qorv/Host.h"
 
+#include <string>
 #include <type_traits>
 
 // How a traced function (`TRACE_FUNCTION`) checks what it is given and what it calls. Each check evaluates its
 // expression once and logs the expression's own source text: write it as it should read in the log.
 //
 //   CHECK_RETURN(o_name != nullptr, E_POINTER);         a false condition or a null pointer returns the code
+//   CHECK_RETURN_GUARDED(p != nullptr, p->IsFile(), E_INVALIDARG);  the same for a condition that may be evaluated only
+//                                                     when the guard holds; the log names the condition either way
 //   CHECK_HRESULT(m_afs_inst->RegisterFileSys(this));   a failing code is returned
 //   CHECK_THROW(!token.empty(), Exception(L"..."));     a false condition throws; the exception is made only then
 //   CHECK_HRESULT_THROW(result);                        a failing code is thrown as an `HResultException`
@@ -23,6 +26,9 @@
 //           return TRACE_RESULT(S_OK);
 //       };
 //   }
+
+/// What a person should know of a failure: its message, and the service's own word for it where there is one.
+std::wstring Reason(const Exception& i_exception);
 
 namespace Detail {
 
@@ -74,6 +80,15 @@ private:
 #define CHECK_RETURN(condition, code)                                                                                  \
     do {                                                                                                               \
         if (!::Detail::Holds(condition)) [[unlikely]] {                                                                \
+            const HRESULT check_code = (code);                                                                         \
+            ::Detail::ReportReturn(trace_function, L"" #condition, check_code);                                        \
+            return check_code;                                                                                         \
+        }                                                                                                              \
+    } while (false)
+
+#define CHECK_RETURN_GUARDED(guard, condition, code)                                                                   \
+    do {                                                                                                               \
+        if (!(::Detail::Holds(guard) && ::Detail::Holds(condition))) [[unlikely]] {                                    \
             const HRESULT check_code = (code);                                                                         \
             ::Detail::ReportReturn(trace_function, L"" #condition, check_code);                                        \
             return check_code;                                                                                         \

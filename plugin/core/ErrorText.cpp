@@ -1,5 +1,7 @@
 #include "core/ErrorText.h"
 
+#include "core/Trace.h"
+
 #include <cwchar>
 #include <iterator>
 
@@ -44,6 +46,17 @@ std::wstring OrNoInformation(std::wstring i_message) {
     return i_message.empty() ? no_information : std::move(i_message);
 }
 
+/// Traced, unlike the rest of what the log itself is made of: no check's report comes here.
+std::wstring GetRequestText(HINTERNET request_handle) {
+    TRACE_FUNCTION();
+    wchar_t text[text_capacity];
+    DWORD size = sizeof text; // In bytes.
+    if (!HttpQueryInfoW(request_handle, HTTP_QUERY_STATUS_TEXT, text, &size, nullptr))
+        return L"HTTP (failed to get status information): " + LastErrorText();
+    return L"HTTP " + std::to_wstring(HttpStatusCode(request_handle)) + L": " +
+           std::wstring(text, size / sizeof(wchar_t));
+}
+
 } // namespace
 
 std::wstring HResultText(HRESULT hr) {
@@ -60,11 +73,7 @@ std::wstring LastErrorText() {
 }
 
 std::wstring HttpStatusText(HINTERNET i_request) {
-    wchar_t text[text_capacity];
-    DWORD size = sizeof text; // In bytes.
-    if (!HttpQueryInfoW(i_request, HTTP_QUERY_STATUS_TEXT, text, &size, nullptr))
-        return L"HTTP (failed to get status information): " + LastErrorText();
-    return L"HTTP " + std::to_wstring(HttpStatusCode(i_request)) + L": " + std::wstring(text, size / sizeof(wchar_t));
+    return GetRequestText(i_request);
 }
 
 DWORD HttpStatusCode(HINTERNET i_request) noexcept {

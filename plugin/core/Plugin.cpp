@@ -104,6 +104,7 @@ HRESULT STDMETHODCALLTYPE Plugin::Setup(Qorv::IQorv_Inst* pInst) noexcept {
 HRESULT STDMETHODCALLTYPE Plugin::RegisterExts() noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(m_afs_inst != nullptr, E_UNEXPECTED);
         m_file_system = Qorv::Create<FileSystem>(m_afs_inst, this);
         CHECK_RETURN(m_file_system != nullptr, E_OUTOFMEMORY);
         CHECK_HRESULT(m_afs_inst->RegisterFileSys(m_file_system));
@@ -114,7 +115,7 @@ HRESULT STDMETHODCALLTYPE Plugin::RegisterExts() noexcept {
 HRESULT STDMETHODCALLTYPE Plugin::FinalizeRegistering() noexcept {
     TRACE_FUNCTION();
     const auto strings = Resource(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML").OpenStream();
-    if (strings != nullptr)
+    if (strings != nullptr && m_qorv_inst != nullptr)
         m_qorv_inst->MergeLocalization(strings); // Without its texts the plug-in still works.
     return TRACE_RESULT(S_OK);
 }
@@ -132,6 +133,7 @@ HRESULT STDMETHODCALLTYPE Plugin::Init() noexcept {
 
 HRESULT Plugin::InitSettings() noexcept {
     TRACE_FUNCTION();
+    CHECK_RETURN(m_qorv_inst != nullptr, E_UNEXPECTED);
     Qorv::ComPtr<Qorv::IAUX_CabNode> settings;
     CHECK_HRESULT(m_qorv_inst->GetPluginSettings(this, VARIANT_TRUE, &settings));
     if (settings != nullptr) // The plug-in only reserves the layout: it reads and writes none of its fields.

@@ -3,17 +3,15 @@
 #include "core/Resource.h"
 #include "core/Trace.h"
 
-#include <cstdint>
-#include <list>
-#include <vector>
+#include <iterator>
 
 using Qorv::ComPtr;
 
 namespace {
 
-const std::list<std::uint32_t> g_icon_ids{IDR_ICON_16_PNG, IDR_ICON_24_PNG, IDR_ICON_32_PNG, IDR_ICON_48_PNG};
+constexpr ULONG icon_ids[] = {IDR_ICON_16_PNG, IDR_ICON_24_PNG, IDR_ICON_32_PNG, IDR_ICON_48_PNG};
 
-void AddBitmap(Qorv::IUIX_Inst* i_uix_inst, Qorv::IUIX_Image* io_image, std::uint32_t i_id) {
+void AddBitmap(Qorv::IUIX_Inst* i_uix_inst, Qorv::IUIX_Image* io_image, ULONG i_id) {
     TRACE_FUNCTION();
     const ComPtr<IStream> png = Resource(MAKEINTRESOURCEW(i_id), L"PNG").OpenStream();
     ComPtr<Qorv::IUIX_Bitmap> bitmap;
@@ -25,11 +23,10 @@ void AddBitmap(Qorv::IUIX_Inst* i_uix_inst, Qorv::IUIX_Image* io_image, std::uin
 
 ComPtr<Qorv::IUIX_Image> LoadPluginIcon(Qorv::IUIX_Inst* i_uix_inst) {
     TRACE_FUNCTION();
-    const std::vector<ULONG> ids(g_icon_ids.begin(), g_icon_ids.end());
     ComPtr<Qorv::IUIX_Image> image;
-    if (FAILED(i_uix_inst->CreateImage(ids.data(), static_cast<ULONG>(ids.size()), &image)) || image == nullptr)
+    if (FAILED(i_uix_inst->CreateImage(icon_ids, ULONG{std::size(icon_ids)}, &image)) || image == nullptr)
         return nullptr;
-    for (const std::uint32_t id : g_icon_ids)
+    for (const ULONG id : icon_ids)
         AddBitmap(i_uix_inst, image, id);
     ULONG count = 0;
     return SUCCEEDED(image->get_Count(&count)) && count != 0 ? image : nullptr;

@@ -2,7 +2,7 @@
 
 #include "core/Trace.h"
 
-#include <cstring>
+#include <shlwapi.h>
 
 HMODULE g_module = nullptr;
 
@@ -20,15 +20,8 @@ Resource::Resource(const wchar_t* i_id, const wchar_t* i_type) noexcept {
 
 Qorv::ComPtr<IStream> Resource::OpenStream() const noexcept {
     TRACE_FUNCTION();
-    if (m_data == nullptr)
-        return nullptr;
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, m_size);
-    if (memory == nullptr)
-        return nullptr;
-    std::memcpy(GlobalLock(memory), m_data, m_size);
-    GlobalUnlock(memory);
     Qorv::ComPtr<IStream> stream;
-    if (FAILED(CreateStreamOnHGlobal(memory, TRUE, &stream)))
-        GlobalFree(memory);
+    if (m_data != nullptr)
+        stream.Attach(SHCreateMemStream(static_cast<const BYTE*>(m_data), static_cast<UINT>(m_size)));
     return stream;
 }

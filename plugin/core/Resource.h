@@ -17,7 +17,7 @@ public:
     const void* GetData() const noexcept { return m_data; }
     std::size_t GetSize() const noexcept { return m_size; }
 
-    /// A read-only stream over a copy of the bytes; null for a missing resource.
+    /// A stream over a copy of the bytes; null for a missing resource.
     Qorv::ComPtr<IStream> OpenStream() const noexcept;
 
 private:

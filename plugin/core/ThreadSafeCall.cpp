@@ -26,8 +26,10 @@ HRESULT STDMETHODCALLTYPE ThreadSafeCall::OnExecute() noexcept {
 
 HRESULT CallThreadSafe(Qorv::IQorv_Inst* host_instance, std::function<void()> callable) {
     TRACE_FUNCTION();
-    const auto call = Qorv::Create<ThreadSafeCall>(std::move(callable));
+    auto call = Qorv::Create<ThreadSafeCall>(std::move(callable));
     CHECK_RETURN(call != nullptr, E_OUTOFMEMORY);
-    CHECK_HRESULT(host_instance->ExecuteOnMainThread(call, wait_without_limit));
-    return TRACE_RESULT(S_OK);
+    const HRESULT result = host_instance->ExecuteOnMainThread(call, wait_without_limit);
+    call.Reset();
+    CHECK_HRESULT(result);
+    return result == S_OK ? TRACE_RESULT(S_OK) : trace_function.Return(result, L"S_FALSE");
 }

@@ -10,9 +10,9 @@ class ThreadSafeCall final : public Qorv::CoClass<ThreadSafeCall, Qorv::IQorv_Th
 public:
     /// An empty callable is a programming error, which shows as a failed call.
     explicit ThreadSafeCall(std::function<void()> i_callable);
-    ~ThreadSafeCall();
 
     HRESULT STDMETHODCALLTYPE OnExecute() noexcept override;
+    virtual ~ThreadSafeCall();
 
 private:
     std::function<void()> m_callable;

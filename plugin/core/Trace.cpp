@@ -2,8 +2,8 @@
 
 #include "core/LogFile.h"
 
-#include <algorithm>
 #include <cwchar>
+#include <utility>
 
 namespace {
 
@@ -53,7 +53,7 @@ bool OpenLogFile() {
 std::wstring LineHead(const wchar_t* i_message) {
     SYSTEMTIME now;
     GetSystemTime(&now);
-    wchar_t head[head_capacity];
+    wchar_t head[head_capacity] = {};
     // The blank behind the message is meant: an entry line ends with it. %ls, because this printf reads %s as narrow
     // text; the result is not used, because compilers differ in it when the head is cut.
     std::swprintf(head, std::size(head), L"%d-%02d-%02d %02d:%02d:%02d.%03d|%4x|%ls ", now.wYear, now.wMonth, now.wDay,

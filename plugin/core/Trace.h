@@ -73,7 +73,7 @@ private:
 };
 
 // The signature of the function that this stands in, as the compiler writes it: nobody types a name, and none is wrong.
-#ifdef __FUNCSIG__
+#ifdef _MSC_VER
 #define FUNCTION_SIGNATURE __FUNCSIG__
 #else
 #define FUNCTION_SIGNATURE static_cast<const char*>(__PRETTY_FUNCTION__)

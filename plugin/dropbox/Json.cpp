@@ -2,7 +2,9 @@
 
 #include "core/Check.h"
 #include "core/Text.h"
+#include "http/ResponseBody.h"
 
+#include <algorithm>
 #include <cwctype>
 
 namespace Dropbox::Utility {
@@ -52,15 +54,6 @@ const wchar_t* ErrorText(rapidjson::ParseErrorCode i_code, std::wstring_view i_a
     }
 }
 
-std::string ReadBody(Http::Response& response) {
-    TRACE_FUNCTION();
-    std::string body;
-    char piece[1024];
-    while (const std::uint32_t size = response.Read(piece, sizeof piece))
-        body.append(piece, size);
-    return body;
-}
-
 } // namespace
 
 void ThrowJsonAssertion(const wchar_t* i_assertion) {
@@ -91,7 +84,9 @@ void JsonDocument::ParseText(const std::wstring& i_text) {
 void ParseJson(JsonDocument& document, Http::Response& response) {
     TRACE_FUNCTION();
     JsonDocument& json = document;
-    json.ParseText(FromUtf8(ReadBody(response)));
+    std::string body;
+    Http::AppendBody(response, body);
+    json.ParseText(FromUtf8(body));
     // It says line and means the character: kept, because tools that read the log know it so.
     CHECK_THROW(!json.HasParseError(), Exception(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() +
                                                  L"\nJSON line: " + std::to_wstring(json.ErrorOffset())));

@@ -51,7 +51,8 @@ void Object::Rename(const std::wstring& new_path) {
 
 void Object::Delete() {
     TRACE_FUNCTION();
-    const std::string body = "{\"path\": \"" + ToUtf8(m_information._path) + "\"}";
+    const std::string body =
+        CheckedArguments("{\"path\": \"" + ToUtf8(m_information._path) + "\"}", {m_information._path});
     m_web->ApiSession().SendRequest(L"2/files/delete", accept_any, json_content_without_line_end, body.c_str());
 }
 
@@ -67,10 +68,11 @@ void Object::MoveTo(const std::wstring& to_path) {
 
 void Object::SendRelocation(const wchar_t* i_call, const std::wstring& to_path) const {
     TRACE_FUNCTION();
-    const std::string body = "{\"from_path\": \"" + ToUtf8(m_information._path) + "\",\"to_path\": \"" +
-                             ToUtf8(to_path) +
+    const std::string body =
+        CheckedArguments("{\"from_path\": \"" + ToUtf8(m_information._path) + "\",\"to_path\": \"" + ToUtf8(to_path) +
                              "\",\"allow_shared_folder\": true,\"autorename\": false,"
-                             "\"allow_ownership_transfer\": true}";
+                             "\"allow_ownership_transfer\": true}",
+                         {m_information._path, to_path});
     m_web->ApiSession().SendRequest(i_call, accept_any, json_content_without_line_end, body.c_str());
 }
 

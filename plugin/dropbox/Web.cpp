@@ -24,6 +24,13 @@ Http::Session OpenSession(const wchar_t* i_host, const std::wstring& authorizati
     return session;
 }
 
+JsonDocument ReadReply(Http::Response response) {
+    TRACE_FUNCTION();
+    JsonDocument reply;
+    Utility::ParseJson(reply, response);
+    return reply;
+}
+
 bool IsRoot(const std::wstring& path) {
     TRACE_FUNCTION();
     return path.empty() || path == L"/";
@@ -70,9 +77,8 @@ std::shared_ptr<SharePoint::Web> Web::GetWeb() {
 
 void Web::Refresh() {
     TRACE_FUNCTION();
-    auto response = m_api_session.SendRequest(L"2/users/get_current_account", accept_json, nullptr, nullptr);
-    JsonDocument account;
-    Utility::ParseJson(account, response);
+    const JsonDocument account =
+        ReadReply(m_api_session.SendRequest(L"2/users/get_current_account", accept_json, nullptr, nullptr));
     m_user_information = {Utility::Text(Member(account, L"account_id")),
                           Utility::Text(Member(Member(account, L"name"), L"display_name"))};
 }
@@ -112,18 +118,16 @@ std::shared_ptr<SharePoint::Object> Web::BindObject(const std::wstring& path, Bi
 std::shared_ptr<SharePoint::Object> Web::CreateFile(const std::wstring& path) {
     TRACE_FUNCTION();
     const std::wstring headers = UploadArgument(path) + L"Content-Type: application/octet-stream\n";
-    auto response = m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr);
-    JsonDocument metadata;
-    Utility::ParseJson(metadata, response);
+    const JsonDocument metadata =
+        ReadReply(m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr));
     return NewObject(ReadMetadata(metadata, L"file"));
 }
 
 std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) {
     TRACE_FUNCTION();
-    const std::string body = "{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}";
-    auto response = m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str());
-    JsonDocument metadata;
-    Utility::ParseJson(metadata, response);
+    const std::string body = CheckedArguments("{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}", {path});
+    const JsonDocument metadata =
+        ReadReply(m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str()));
     return NewObject(ReadMetadata(metadata, L"folder")); // The reply names no kind.
 }
 
@@ -134,12 +138,12 @@ std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {
 
 SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {
     TRACE_FUNCTION();
-    const std::string body = "{\"path\": \"" + ToUtf8(path) +
-                             "\",\"include_media_info\": false,\"include_deleted\": false,"
-                             "\"include_has_explicit_shared_members\": false}";
-    auto response = m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str());
-    JsonDocument metadata;
-    Utility::ParseJson(metadata, response);
+    const std::string body = CheckedArguments("{\"path\": \"" + ToUtf8(path) +
+                                                  "\",\"include_media_info\": false,\"include_deleted\": false,"
+                                                  "\"include_has_explicit_shared_members\": false}",
+                                              {path});
+    const JsonDocument metadata =
+        ReadReply(m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str()));
     return ReadMetadata(metadata);
 }
 
@@ -147,15 +151,15 @@ std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstr
     TRACE_FUNCTION();
     // A folder's own path begins with a slash already: its listing asks for two, which is the form on the wire.
     const std::string prefix = path.empty() ? "" : "/";
-    std::string body = "{\"path\": \"" + prefix + ToUtf8(path) +
-                       "\",\"recursive\": false,\"include_media_info\": false,\"include_deleted\": false,"
-                       "\"include_has_explicit_shared_members\": false}";
+    std::string body =
+        CheckedArguments("{\"path\": \"" + prefix + ToUtf8(path) +
+                             "\",\"recursive\": false,\"include_media_info\": false,\"include_deleted\": false,"
+                             "\"include_has_explicit_shared_members\": false}",
+                         {path});
     const wchar_t* call = L"2/files/list_folder";
     std::vector<std::shared_ptr<SharePoint::Object>> children;
     for (;;) {
-        auto response = m_api_session.SendRequest(call, accept_json, json_content, body.c_str());
-        JsonDocument page;
-        Utility::ParseJson(page, response);
+        const JsonDocument page = ReadReply(m_api_session.SendRequest(call, accept_json, json_content, body.c_str()));
         for (const auto& entry : Member(page, L"entries").GetArray())
             children.push_back(NewObject(ReadMetadata(entry)));
         if (!Member(page, L"has_more").GetBool())

@@ -2,27 +2,29 @@
 
 #include "core/Text.h"
 #include "http/RequestUri.h"
+#include "http/ResponseBody.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
 
-/// The body as far as it comes: one that breaks off must not hide the status that is being reported.
-std::string ReadBody(Http::Response& io_response) {
+// What goes wrong in here is logged where it happens, and must not hide the status that is being reported.
+
+std::string ReadableBody(Http::Response& io_response) {
     TRACE_FUNCTION();
     std::string body;
     try {
-        char piece[1024];
-        while (const std::uint32_t size = io_response.Read(piece, sizeof piece))
-            body.append(piece, size);
+        Http::AppendBody(io_response, body);
     } catch (const Exception&) {
-        // `Read` has logged it.
+        // As far as it came.
     }
     return body;
 }
 
 /// The service's answers to a challenge are as good as a token: they stay out of the log.
 std::wstring_view WithoutSecret(std::wstring_view i_line) {
+    TRACE_FUNCTION();
     static constexpr std::wstring_view challenge = L"OAuth ";
     const std::size_t at = i_line.find(challenge);
     return at == std::wstring_view::npos ? i_line : i_line.substr(0, at + challenge.size());
@@ -57,9 +59,13 @@ std::wstring ErrorSummary(const std::wstring& i_body) {
 
 std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_caller) {
     TRACE_FUNCTION();
-    const std::wstring body = FromUtf8(ReadBody(io_response));
-    if (IsLogEnabled())
-        TraceText(i_caller, L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
-                                HeaderLines(io_response.GetHeaders()) + L"\n" + body);
+    const std::wstring body = FromUtf8(ReadableBody(io_response));
+    try {
+        if (IsLogEnabled())
+            TraceText(i_caller, L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
+                                    HeaderLines(io_response.GetHeaders()) + L"\n" + body);
+    } catch (const Exception&) {
+        // The line is lost.
+    }
     return ErrorSummary(body);
 }

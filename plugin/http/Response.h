@@ -20,6 +20,10 @@ public:
     /// is a failure, not an end.
     std::uint32_t Read(void* buffer, std::size_t max_size);
 
+    /// Whether the reply announces its body's length, known from the first read on. Without it, a body that broke off
+    /// cannot be told from one that ended.
+    bool HasLength() const noexcept { return m_impl->length.has_value(); }
+
     /// The values of every header of that name, in any case of letters.
     std::vector<std::wstring> GetHeaders(const std::wstring& name) const;
 
@@ -35,9 +39,8 @@ private:
 
     struct Impl {
         InternetHandle handle;
-        std::uint16_t status = 0; ///< Of a success.
-        std::optional<std::uint64_t>
-            length; ///< Of the body, when the reply announces it. Known from the first read on.
+        std::uint16_t status = 0;            ///< Of a success.
+        std::optional<std::uint64_t> length; ///< Of the body, when announced. Known from the first read on.
         std::uint64_t received = 0;
     };
 

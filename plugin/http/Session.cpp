@@ -18,8 +18,6 @@ constexpr wchar_t user_agent[] = L"Quillan HttpSession";
 constexpr std::wstring_view https_prefix = L"https://";
 constexpr std::wstring_view oauth_scheme = L"OAuth ";
 constexpr std::size_t max_oauth_challenges = 5; // A call that is challenged as often gives up.
-constexpr DWORD add_or_replace = HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE;
-constexpr DWORD whole_text = static_cast<DWORD>(-1); // The length of a NUL-terminated header text.
 
 /// Sends a request whose body is in memory and returns the reply's status.
 DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* body, std::size_t body_size) {
@@ -38,6 +36,16 @@ DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* 
 bool IsOAuthChallenge(const std::wstring& i_challenge) {
     TRACE_FUNCTION();
     return i_challenge.starts_with(oauth_scheme) || i_challenge == oauth_scheme.substr(0, oauth_scheme.size() - 1);
+}
+
+/// A request may be sent again only when the reply before was read to its end.
+void SkipBody(HINTERNET request_handle) {
+    TRACE_FUNCTION();
+    char piece[1024];
+    DWORD size = 0;
+    do {
+        CHECK_THROW(InternetReadFile(request_handle, piece, sizeof piece, &size), LastErrorException());
+    } while (size != 0);
 }
 
 void SetOption(HINTERNET i_request, DWORD i_option, const std::wstring& i_value) {
@@ -134,7 +142,8 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
         HttpOpenRequestW(m_impl->connect_handle, L"POST", path, nullptr, nullptr, accept_types, RequestFlags(), 0));
     CHECK_THROW(response.m_impl->handle != nullptr, LastErrorException());
     if (body_size == 0)
-        CHECK_THROW(HttpAddRequestHeadersW(response.m_impl->handle, L"content-length:0", whole_text, add_or_replace),
+        CHECK_THROW(HttpAddRequestHeadersW(response.m_impl->handle, L"content-length:0", -1,
+                                           HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
                     LastErrorException());
 
     Attempts attempts;
@@ -175,6 +184,7 @@ bool Session::AnswerChallenge(const Response& i_response, DWORD i_status, Attemp
               found->second.user_name);
     SetOption(i_response.Handle(), is_proxy ? INTERNET_OPTION_PROXY_PASSWORD : INTERNET_OPTION_PASSWORD,
               found->second.password);
+    SkipBody(i_response.Handle());
     return true;
 }
 
@@ -189,6 +199,7 @@ bool Session::AnswerOAuth(const Response& i_response, const std::wstring& i_chal
         return false;
     answered.push_back(i_challenge);
     m_impl->authorization_header = L"Authorization:" + i_challenge + L"\n";
+    SkipBody(i_response.Handle());
     return true;
 }
 
@@ -200,10 +211,12 @@ Request Session::CreateRequest(const std::wstring& headers, std::uint64_t conten
                                                              nullptr, nullptr, accept_types, RequestFlags(), 0));
     CHECK_THROW(request.m_impl->handle != nullptr, LastErrorException());
     const std::wstring all_headers = m_impl->authorization_header + headers;
-    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, all_headers.c_str(), whole_text, add_or_replace),
+    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, all_headers.c_str(), -1,
+                                       HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
                 LastErrorException());
     const std::wstring length = L"content-length:" + std::to_wstring(content_size);
-    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, length.c_str(), whole_text, add_or_replace),
+    CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, length.c_str(), -1,
+                                       HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
                 LastErrorException());
     CHECK_THROW(HttpSendRequestExW(request.m_impl->handle, nullptr, nullptr, 0, 0), LastErrorException());
     return request;
