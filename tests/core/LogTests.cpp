@@ -67,7 +67,9 @@ void UseModule() {
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
     EXPECT_EQ(get_plugin(nullptr, nullptr, &plugin), S_OK);
     Qorv::Bstr name;
+    SetLastError(1234);
     EXPECT_EQ(plugin->get_Name(&name), S_OK);
+    EXPECT_EQ(GetLastError(), 1234u) << "writing to the debugger changes it, and so may a write to the file";
     EXPECT_EQ(name.View(), L"Dropbox");
     plugin.Reset();
     FreeLibrary(module);
