@@ -92,8 +92,8 @@ HRESULT STDMETHODCALLTYPE AccountData::get_UserName(BSTR* o_user_name) noexcept 
 HRESULT STDMETHODCALLTYPE AccountData::SaveTo(Qorv::IAUX_CabNode* o_cab) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
-        CHECK_RETURN(m_plugin->m_aux_inst != nullptr,
-                     E_UNEXPECTED); // After the plug-in's end nothing can be encrypted.
+        // After the plug-in's end nothing can be encrypted.
+        CHECK_RETURN(m_plugin->m_aux_inst != nullptr, E_UNEXPECTED);
         CHECK_HRESULT(ApplyCabTemplate(m_plugin->m_aux_inst, o_cab, MAKEINTRESOURCE(IDR_ACCOUNT_DATA_CAB_XML),
                                        SettingsNames::template_root));
         const CabDictionary CabNode(o_cab);

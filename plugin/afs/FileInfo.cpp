@@ -43,16 +43,16 @@ HRESULT STDMETHODCALLTYPE FileInfo::get_CreationTime(ULONGLONG* out_time) noexce
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT STDMETHODCALLTYPE FileInfo::get_LastAccessTime(ULONGLONG* out_time) noexcept {
-    TRACE_FUNCTION();
-    CHECK_HRESULT(get_LastWriteTime(out_time));
-    return TRACE_RESULT(S_OK);
-}
-
 HRESULT STDMETHODCALLTYPE FileInfo::get_LastWriteTime(ULONGLONG* out_time) noexcept {
     TRACE_FUNCTION();
     CHECK_RETURN(out_time != nullptr, E_POINTER);
     *out_time = m_name->GetObject()->GetInformation()._modified;
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT STDMETHODCALLTYPE FileInfo::get_LastAccessTime(ULONGLONG* out_time) noexcept {
+    TRACE_FUNCTION();
+    CHECK_HRESULT(get_LastWriteTime(out_time));
     return TRACE_RESULT(S_OK);
 }
 

@@ -15,10 +15,10 @@ public:
     HRESULT STDMETHODCALLTYPE get_Size(ULONGLONG* out_size) noexcept override;
     /// 0: the service has no creation time.
     HRESULT STDMETHODCALLTYPE get_CreationTime(ULONGLONG* out_time) noexcept override;
-    /// The same as the time of the last write, the only one that the service has.
-    HRESULT STDMETHODCALLTYPE get_LastAccessTime(ULONGLONG* out_time) noexcept override;
     /// 0 for a folder.
     HRESULT STDMETHODCALLTYPE get_LastWriteTime(ULONGLONG* out_time) noexcept override;
+    /// The same as the time of the last write, the only one that the service has.
+    HRESULT STDMETHODCALLTYPE get_LastAccessTime(ULONGLONG* out_time) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Prop(Qorv::PCStr i_name, VARIANT* out_value) noexcept override;
 
 private:

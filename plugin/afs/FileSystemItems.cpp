@@ -16,25 +16,23 @@ using Qorv::IQorv_ErrorDetails;
 
 namespace {
 
-/// A path means the same object for both names only in one account.
-bool AreOfSameUser(const Name& i_name, const Name& i_other) {
-    TRACE_FUNCTION();
-    return i_name.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id ==
-           i_other.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id;
-}
-
 /// Binds a name to the object that was moved to a path. A failure here is not one of the move, and says so.
 void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     TRACE_FUNCTION();
-    const std::wstring moved = L"The item was moved, but its new location cannot be read: ";
+    HRESULT result = S_OK;
+    std::wstring reason;
     try {
         const auto web = io_name.GetSession()->GetWeb()->GetWeb();
         io_name.SetObject(FindObject(*web, i_path, SharePoint::Web::BindObjectType::any));
     } catch (const HResultException& e) {
-        throw HResultException(moved + e.Message(), e.m_hresult);
+        result = e.m_hresult;
+        reason = Reason(e);
     } catch (const Exception& e) {
-        throw Exception(moved + e.Message());
+        result = E_FAIL;
+        reason = Reason(e);
     }
+    CHECK_THROW(SUCCEEDED(result),
+                HResultException(L"The item was moved, but its new location cannot be read: " + reason, result));
 }
 
 } // namespace

@@ -22,6 +22,9 @@ bool Exists(Name& io_name, const Name& i_parent) {
     TRACE_FUNCTION();
     if (io_name.GetObject() != nullptr)
         return true;
+    // The id of another user may begin with the parent's: the path would be looked up in the wrong account.
+    if (!AreOfSameUser(io_name, i_parent))
+        return false;
     const auto web = i_parent.GetSession()->GetWeb()->GetWeb();
     const auto object = FindObject(*web, io_name.GetPath(), SharePoint::Web::BindObjectType::any);
     if (object != nullptr)

@@ -165,3 +165,9 @@ std::wstring Name::GetPath() const {
     TRACE_FUNCTION();
     return std::wstring(SplitLocation(m_url).path);
 }
+
+bool AreOfSameUser(const Name& i_name, const Name& i_other) {
+    TRACE_FUNCTION();
+    return i_name.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id ==
+           i_other.GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id;
+}

@@ -67,3 +67,6 @@ private:
     std::shared_ptr<SharePoint::Object> m_object;
     std::wstring m_url;
 };
+
+/// Whether two names are of one user's account: only then a path means the same object for both.
+bool AreOfSameUser(const Name& i_name, const Name& i_other);

@@ -10,9 +10,8 @@
 #include "dropbox/ServiceConfiguration.h"
 #include "dropbox/Web.h"
 
-#include <charconv>
-
 #include <algorithm>
+#include <charconv>
 
 namespace {
 
@@ -96,13 +95,15 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
                                          Qorv::IAFS_BindContext* context) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
+    // The host may unload the plug-in, which then lets go of it, while a dialog is open.
+    const Qorv::ComPtr<Qorv::IQorv_Inst> host = plugin->m_qorv_inst;
     const std::shared_ptr<Session> session(new Session(*plugin, context));
     CHECK_HRESULT_THROW(plugin->m_afs_inst->GetFilesCache(session->m_file_system, &session->m_files_cache));
 
     io_token = BareToken(io_token);
     while (io_token.empty()) {
         std::wstring user_id;
-        const HRESULT result = SignIn(plugin->m_qorv_inst, session->ClientId(), io_token, user_id);
+        const HRESULT result = SignIn(host, session->ClientId(), io_token, user_id);
         CHECK_HRESULT_THROW(result);
         CHECK_THROW(!io_token.empty(), SignInCanceled());
         user_id = WithoutPercentEscapes(user_id);
@@ -112,7 +113,7 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
             break;
         // Somebody else: no token of theirs may live on, here or at the service.
         Dropbox::RevokeToken(AuthorizationHeader(std::exchange(io_token, {})));
-        CHECK_THROW(AskToChooseUser(plugin->m_qorv_inst), SignInCanceled());
+        CHECK_THROW(AskToChooseUser(host), SignInCanceled());
     }
     session->m_web = Dropbox::Web::Create(AuthorizationHeader(io_token));
     return session;

@@ -95,8 +95,8 @@ struct IAFS_FileInfo : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_Attributes(ULONG* out_attributes) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Size(ULONGLONG* out_size) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_CreationTime(ULONGLONG* out_time) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_LastAccessTime(ULONGLONG* out_time) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_LastWriteTime(ULONGLONG* out_time) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_LastAccessTime(ULONGLONG* out_time) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Prop(PCStr i_name, VARIANT* out_value) = 0;
 };
 
@@ -170,6 +170,10 @@ struct IAFS_FileCache : IUnknown {
 
 /// The host's files cache for one file system. The cache asks a file only for its name and open flags, and it does not
 /// keep a reference to it.
+///
+/// An entry keeps the callback of the file that it was made for. So when it is shared by files of several name objects,
+/// it follows a move or rename of that first file's name object only: changes made after a rename of another one are
+/// uploaded to the old location.
 struct IAFS_FilesCache : IUnknown {
     static constexpr IID Id = {0x4bd4941c, 0x0c7f, 0x419c, {0xa5, 0xdc, 0xda, 0xb6, 0x4c, 0x5c, 0xc9, 0x8a}};
     /// The entry that open files share for this file's location: S_FALSE and null when there is none. The file counts

@@ -153,9 +153,11 @@ TEST_F(ItemTest, NothingMovesBetweenAccounts) {
 TEST_F(ItemTest, AFailureBehindAMoveSaysThatItMoved) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
     const auto name = NameOf(L"/a");
-    Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "skip": 1, "status": 503})");
+    Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "skip": 1, "status": 409,
+                                 "body": "{\"error_summary\": \"path/locked/.\", \"error\": {}}"})");
     EXPECT_HRESULT(E_FAIL, m_file_system->Move(name, NameOf(L"/b"), m_details, nullptr));
     EXPECT_TRUE(m_details->Text().starts_with(L"The item was moved, ")) << ToUtf8(m_details->Text());
+    EXPECT_TRUE(m_details->Text().ends_with(L" (path/locked/.)")) << ToUtf8(m_details->Text());
     EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/b")));
 }
 

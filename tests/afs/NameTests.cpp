@@ -163,6 +163,17 @@ TEST_F(NameTest, ChildrenExist) {
     EXPECT_HRESULT(E_FAIL, m_file_system->NameIsChildOf(NameOf(L"/Docs/other"), docs, &answer));
 }
 
+// The comparison of the texts alone does not tell such accounts apart.
+TEST_F(NameTest, AUserIdThatBeginsWithAnotherIsNotBelowIt) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "a");
+    const auto session = Qorv::OwnObject<Name>(Bind(Tests::SecondToken()))->GetSession();
+    const auto name = Qorv::Create<Name>(session, L"dropbox://" + m_user_id + L"d/a");
+    VARIANT_BOOL answer = VARIANT_TRUE;
+    EXPECT_HRESULT(S_OK, m_file_system->NameIsChildOf(name, m_root, &answer));
+    EXPECT_EQ(VARIANT_FALSE, answer);
+    EXPECT_EQ(nullptr, name->GetObject()) << "bound to an object of another account";
+}
+
 TEST_F(NameTest, ABoundNameIsNotAskedForAgain) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "a");
     const auto name = OwnName(L"/a");
