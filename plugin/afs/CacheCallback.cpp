@@ -1,6 +1,7 @@
 #include "afs/CacheCallback.h"
 
 #include "afs/CancelFlag.h"
+#include "afs/ObjectLookup.h"
 #include "afs/Session.h"
 #include "core/Check.h"
 
@@ -34,8 +35,8 @@ private:
     bool m_goes_on = false;
 };
 
-CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file)
-    : m_name(i_name), m_missing_file(i_missing_file) {
+CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file, Name* i_lost_name)
+    : m_name(i_name), m_lost_name(i_lost_name), m_missing_file(i_missing_file) {
     TRACE_FUNCTION();
 }
 
@@ -62,6 +63,8 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Read(ULONGLONG pos, void* data, ULONG s
         if (!m_download.has_value())
             m_download = m_name->GetObject()->AsFile()->OpenRead();
         *out_read = m_download->Read(data, size);
+        if (*out_read == 0)
+            CheckFileIsWhole();
         m_pos += *out_read;
         transfer.GoOn();
         if (*out_read == 0)
@@ -123,12 +126,16 @@ HRESULT STDMETHODCALLTYPE CacheCallback::BeginWrite(Qorv::IQorv_ErrorDetails* ou
     COM_BOUNDARY(out_error_details) {
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         DropStreams();
+        FollowLostName();
         if (m_missing_file == MissingFile::IsCreated)
             CreateMissingFile();
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
-        const auto file = m_name->GetObject()->AsFile();
-        const ULONGLONG size = m_size.value_or(m_name->GetObject()->GetInformation()._size);
-        m_upload = Upload{file, file->OpenWrite(size), size};
+        const auto object = m_name->GetObject();
+        if (m_lost_name != nullptr)
+            m_lost_name->SetObject(object);
+        const auto file = object->AsFile();
+        const ULONGLONG size = m_size.value_or(object->GetInformation()._size);
+        m_upload = Upload{object, file, file->OpenWrite(size), size};
         return TRACE_RESULT(S_OK);
     };
 }
@@ -145,11 +152,12 @@ HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_
         DropStreams();
         CHECK_THROW(written == upload.size, Exception(L"Less was written than the announced size"));
         upload.file->FinishWrite(upload.request);
+        CHECK_THROW(upload.object->GetInformation()._size == written,
+                    Exception(L"The service received another number of bytes than were sent"));
         return TRACE_RESULT(S_OK);
     };
 }
 
-/// Whether the caller has given up: then the transfer is given up too.
 bool CacheCallback::IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
     const bool is_canceled = ::IsCanceled(cancel_flag);
@@ -168,6 +176,17 @@ void CacheCallback::WriteUpload(const void* data, ULONG size) {
     }
 }
 
+/// At the end of a reply that did not announce its length: one that broke off looks as if it had ended.
+void CacheCallback::CheckFileIsWhole() {
+    TRACE_FUNCTION();
+    if (m_download->HasLength())
+        return;
+    const auto object = m_name->GetObject();
+    CHECK_THROW(RefreshObject(*object) && object->GetInformation()._size == m_pos,
+                HResultException(L"The connection was closed before the whole file had arrived",
+                                 HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
+}
+
 /// A file that is there is not emptied ahead of its upload.
 void CacheCallback::CreateMissingFile() {
     TRACE_FUNCTION();
@@ -175,6 +194,13 @@ void CacheCallback::CreateMissingFile() {
         return;
     const auto web = m_name->GetSession()->GetWeb()->GetWeb();
     m_name->SetObject(web->CreateFile(m_name->GetPath()));
+}
+
+/// A move binds the host's own name anew, and not its stand-in.
+void CacheCallback::FollowLostName() {
+    TRACE_FUNCTION();
+    if (m_lost_name != nullptr && m_name->GetObject() != nullptr)
+        m_name->SetObject(m_lost_name->GetObject());
 }
 
 void CacheCallback::DropStreams() noexcept {

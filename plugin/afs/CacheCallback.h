@@ -13,7 +13,9 @@ public:
     /// What is done about a missing file when an upload begins.
     enum class MissingFile { Fails, IsCreated };
 
-    CacheCallback(Name* i_name, MissingFile i_missing_file);
+    /// `i_lost_name` is given when `i_name` is but an unbound stand-in for it, a name whose object went: the first
+    /// upload binds it to the new file, and each later one first goes where it was moved to.
+    CacheCallback(Name* i_name, MissingFile i_missing_file, Name* i_lost_name = nullptr);
     ~CacheCallback();
 
     /// One forward-only stream: the position is the end of the read before.
@@ -37,18 +39,23 @@ public:
 
 private:
     struct Upload {
-        std::shared_ptr<SharePoint::File> file;
+        std::shared_ptr<SharePoint::Object> object;
+        std::shared_ptr<SharePoint::File> file; ///< The object's.
         Http::Request request;
         ULONGLONG size; ///< As announced.
     };
     class Transfer;
 
+    /// Whether the caller has given up. Then the transfer is given up too: both streams are dropped.
     bool IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept;
+    void CheckFileIsWhole();
     void CreateMissingFile();
+    void FollowLostName();
     void WriteUpload(const void* data, ULONG size);
     void DropStreams() noexcept;
 
     Qorv::ComPtr<Name> m_name;
+    Qorv::ComPtr<Name> m_lost_name; ///< Mostly null.
     MissingFile m_missing_file;
     ULONGLONG m_pos = 0;
     std::optional<ULONGLONG> m_size; ///< As the cache set it last.

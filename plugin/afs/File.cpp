@@ -183,11 +183,7 @@ HRESULT STDMETHODCALLTYPE File::Reopen(ULONG new_open_flags, Qorv::IQorv_ErrorDe
     COM_BOUNDARY(out_error_details) {
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         CHECK_RETURN((new_open_flags & access_mask) != 0, E_INVALIDARG);
-        if (m_name->GetObject() == nullptr) { // Has no file side either, so it fails the check below.
-            Detail::ReportReturn(trace_function, L"m_name->GetObject()->AsFile() != nullptr", E_INVALIDARG);
-            return E_INVALIDARG;
-        }
-        CHECK_RETURN(m_name->GetObject()->AsFile() != nullptr, E_INVALIDARG);
+        CHECK_RETURN_GUARDED(m_name->GetObject() != nullptr, m_name->GetObject()->AsFile() != nullptr, E_INVALIDARG);
         CHECK_THROW(m_name->GetSession()->GetFilesCache() != nullptr, Exception(L"File cache is not found"));
         CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
         CHECK_HRESULT(m_name->GetSession()->GetFilesCache()->CheckForReopenFile(this, new_open_flags));

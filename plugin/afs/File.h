@@ -45,10 +45,12 @@ public:
                                     Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
 
 private:
+    // Static, because the texts of their checks are part of the log and say "self".
     static HRESULT CheckDisposition(File* self);
+    static void CheckReplaced(File* self);
     static void QueryEntry(File* self);
     static void RefreshName(File* self);
-    static HRESULT CreateEntry(File* self, Qorv::IQorv_ErrorDetails* out_error_details,
+    static HRESULT CreateEntry(File* self, Name* i_host_name, Qorv::IQorv_ErrorDetails* out_error_details,
                                Qorv::IQorv_CancelFlag* cancel_flag);
 
     ULONG Disposition() const noexcept;

@@ -26,13 +26,15 @@ HRESULT File::CreateAndOpenFile(Name* name, ULONG flags, Qorv::IQorv_ErrorDetail
     CHECK_RETURN(self != nullptr, E_OUTOFMEMORY);
     CHECK_HRESULT(CheckDisposition(self));
     CHECK_THROW(self->m_name->GetSession()->GetFilesCache() != nullptr, Exception(L"File cache is not found"));
+    if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways)
+        CheckReplaced(self);
     QueryEntry(self);
     if (self->m_cache == nullptr) {
         if (is_bound_before) {
             RefreshName(self);
             CHECK_HRESULT(CheckDisposition(self)); // What was there may be gone.
         }
-        CHECK_HRESULT(CreateEntry(self, out_error_details, cancel_flag));
+        CHECK_HRESULT(CreateEntry(self, name, out_error_details, cancel_flag));
     } else if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways) {
         CHECK_HRESULT(self->m_cache->SetSize(0, out_error_details, cancel_flag));
     }
@@ -67,6 +69,14 @@ HRESULT File::CheckDisposition(File* self) {
     return TRACE_RESULT(S_OK);
 }
 
+/// A file that is replaced need not be there, but a folder may not be in its place. The lookup also gives the name the
+/// service's own spelling, so that no other spelling gets an entry of its own.
+void File::CheckReplaced(File* self) {
+    TRACE_FUNCTION();
+    const auto object = self->m_name->BindObject();
+    CHECK_THROW(object == nullptr || object->AsFile() != nullptr, Exception(L"A folder has this name"));
+}
+
 /// Takes the entry that other open files of the location share, when there is one.
 void File::QueryEntry(File* self) {
     TRACE_FUNCTION();
@@ -79,7 +89,8 @@ void File::QueryEntry(File* self) {
                                  static_cast<int>(result), cache != nullptr ? L"" : L"no "));
 }
 
-/// What a name that was bound before knows may be old: an old size would cut what is read.
+/// What a name that was bound before knows may be old: an old size would cut what is read. For a name whose object is
+/// gone an unbound one stands in, since a bound name stays bound.
 void File::RefreshName(File* self) {
     TRACE_FUNCTION();
     const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
@@ -87,14 +98,16 @@ void File::RefreshName(File* self) {
         self->m_name = self->m_name->CreateUnbound();
 }
 
-HRESULT File::CreateEntry(File* self, Qorv::IQorv_ErrorDetails* out_error_details,
+/// `i_host_name` is the name that the file was opened by, whether or not another one stands in for it.
+HRESULT File::CreateEntry(File* self, Name* i_host_name, Qorv::IQorv_ErrorDetails* out_error_details,
                           Qorv::IQorv_CancelFlag* cancel_flag) {
     TRACE_FUNCTION();
     const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
     const bool is_existing = self->Disposition() == Qorv::AFS_OpenFile_OpenExisting;
     const bool may_create = (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && !is_existing;
     const auto missing_file = may_create ? CacheCallback::MissingFile::IsCreated : CacheCallback::MissingFile::Fails;
-    const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file);
+    Name* const lost_name = self->m_name == i_host_name ? nullptr : i_host_name;
+    const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file, lost_name);
     CHECK_RETURN(callback != nullptr, E_OUTOFMEMORY);
 
     ULONGLONG size = 0;

@@ -7,6 +7,7 @@ namespace {
 using MissingFile = CacheCallback::MissingFile;
 
 constexpr HRESULT end_of_data = static_cast<HRESULT>(0x80070026);
+constexpr HRESULT connection_aborted = static_cast<HRESULT>(0x80072EFE);
 
 class CacheCallbackTest : public Tests::AfsTest {
 protected:
@@ -70,13 +71,32 @@ TEST_F(CacheCallbackTest, ACutDownloadIsAFailureAndStartsOver) {
     Prepare(L"/a");
     const std::string bytes = Tests::RandomBytes(100'000);
     Tests::WriteBytes(m_path, bytes);
-    Tests::Service::AddFault(R"({"path": "2/files/download", "real": true, "truncate_body": 50000})");
-    HRESULT result = S_OK;
-    for (ULONGLONG position = 0; SUCCEEDED(result); position += m_read.size())
-        result = Read(position, 100'000);
-    EXPECT_NE(end_of_data, result);
-    EXPECT_HRESULT(S_OK, Read(0, 100'000));
-    EXPECT_EQ(bytes.substr(0, m_read.size()), m_read);
+    const struct {
+        const char* fault;
+        HRESULT result;
+    } cases[] = {
+        {R"("truncate_body": 50000)", connection_aborted},
+        {R"("chunked": true, "truncate_body": 50000)", connection_aborted},
+        {R"("chunked": true, "truncate_body": 0)", connection_aborted}, // Half a header looks like this too.
+        {R"("chunked": true)", end_of_data},
+    };
+    for (const auto& [fault, expected] : cases) {
+        Tests::Service::AddFault(R"({"path": "2/files/download", "real": true, )" + std::string(fault) + "}");
+        std::string received;
+        HRESULT result = S_OK;
+        while (SUCCEEDED(result)) {
+            result = Read(received.size(), 100'000);
+            received += m_read;
+        }
+        EXPECT_HRESULT(expected, result) << fault;
+        EXPECT_EQ(result == end_of_data, received == bytes) << fault;
+        if (result != end_of_data) {
+            EXPECT_HRESULT(S_OK, Read(0, 100'000)) << fault;
+            EXPECT_EQ(bytes.substr(0, m_read.size()), m_read) << fault;
+        }
+        // The next download starts anew.
+        EXPECT_HRESULT(Qorv::ErrorCanceled, m_callback->Read(0, nullptr, 0, nullptr, nullptr, m_canceled));
+    }
 }
 
 TEST_F(CacheCallbackTest, NoFile) {
@@ -134,6 +154,22 @@ TEST_F(CacheCallbackTest, AnUploadThatDoesNotEndLeavesTheFile) {
     EXPECT_HRESULT(S_OK, Write(0, "newe"));
     m_callback.Reset();
     EXPECT_EQ("old", Remote());
+}
+
+TEST_F(CacheCallbackTest, AnUploadCountsWhenTheServiceHasAllOfIt) {
+    Prepare(L"/a");
+    Tests::WriteBytes(m_path, "old");
+    Tests::Service::AddFault(
+        R"({"path": "2/files/upload", "status": 200, "body": "{\"name\": \"a\", \"path_display\": \"/a\", )"
+        R"(\"server_modified\": \"2020-01-02T03:04:05Z\", \"size\": 4}"})");
+    for (const HRESULT expected : {E_FAIL, S_OK}) {
+        Begin(5);
+        EXPECT_HRESULT(S_OK, Write(0, "newer"));
+        EXPECT_HRESULT(expected, End());
+        EXPECT_EQ(SUCCEEDED(expected) ? "newer" : "old", Remote());
+        EXPECT_EQ(SUCCEEDED(expected) ? L"" : L"The service received another number of bytes than were sent",
+                  m_details->Text());
+    }
 }
 
 TEST_F(CacheCallbackTest, ANewFileIsCreatedWhenItsUploadBegins) {

@@ -58,6 +58,8 @@ TEST_F(FileTest, FlagsAndDispositions) {
         {read, L"/missing", false, E_FAIL, L"File does not exist"},
         {read | open_always, L"/missing", false, E_FAIL, L"File does not exist"},
         {write | open_always, L"/Docs", false, E_FAIL, L"File does not exist"}, // A folder is in the way.
+        {write | create_always, L"/Docs", false, E_FAIL, L"A folder has this name"},
+        {write | create_always, L"/Docs", true, E_FAIL, L"A folder has this name"},
     };
     std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs"));
     for (const auto& [flags, path, is_bound, result, text] : cases) {
@@ -190,8 +192,8 @@ TEST_F(FileTest, ReopenAndProperties) {
 TEST_F(FileTest, CreateAlwaysReplacesWithoutADownload) {
     Put(L"/a", "the old and longer bytes");
     const auto reader = Opened(L"/a", read);
-    const auto file = Opened(L"/a", write | create_always);
-    EXPECT_EQ(0U, SizeOf(reader)) << "an open entry is emptied";
+    const auto file = Opened(L"/A", write | create_always);
+    EXPECT_EQ(0U, SizeOf(reader)) << "an open entry is emptied, in whatever letters the name is written";
     Tests::WriteAll(file, "new");
     EXPECT_HRESULT(S_OK, file->Flush(nullptr, nullptr));
     EXPECT_EQ("new", Remote(L"/a"));
@@ -228,8 +230,14 @@ TEST_F(FileTest, AFileThatWentIsWrittenAgain) {
     EXPECT_HRESULT(S_OK, Open(name, read | write | open_always, file));
     EXPECT_EQ(0U, SizeOf(file));
     Tests::WriteAll(file, "new");
-    Close(file);
+    EXPECT_HRESULT(S_OK, file->Flush(nullptr, nullptr));
     EXPECT_EQ("new", Remote(L"/a"));
+
+    EXPECT_HRESULT(S_OK, m_file_system->Rename(name, NameOf(L"/b"), nullptr, nullptr));
+    Tests::WriteAll(file, "er");
+    Close(file);
+    EXPECT_EQ("newer", Remote(L"/b")) << "the file follows the host's name";
+    EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/a")));
 }
 
 TEST_F(FileTest, AnUploadMakesTheRecordCurrent) {
