@@ -2,8 +2,8 @@
 
 #include "qorv/Base.h"
 
-// The host's UI service ("UIX"), as far as plug-ins need it: images, modal dialogs built from XML layouts, message
-// boxes. Everything here belongs to the main thread.
+// The host's UI service ("UIX"), as far as plug-ins need it: images, modal dialogs built from XML layouts, their items,
+// message boxes. Everything here belongs to the main thread.
 
 namespace Qorv {
 
@@ -23,6 +23,35 @@ struct IUIX_Image : IUnknown {
     /// How many bitmaps were added.
     virtual HRESULT STDMETHODCALLTYPE get_Count(ULONG* o_count) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Bitmap(ULONG i_index, IUIX_Bitmap** o_bitmap) = 0;
+};
+
+/// What a plug-in keeps with an item of a control: a number, or a pointer that stays the plug-in's to free.
+using PARAM_T = UINT_PTR;
+
+/// A combo: a closed list of which one item, or none, is selected. Indices are from 0; E_INVALIDARG for one that is not
+/// there.
+struct IUIX_Combo : IUnknown {
+    static constexpr IID Id = {0x5f0c7b64, 0x93de, 0x4c1f, {0xb8, 0x27, 0x3c, 0x6e, 0x14, 0x9a, 0x70, 0xd5}};
+    /// Takes all items out. What they carry is not touched.
+    virtual HRESULT STDMETHODCALLTYPE Clear() = 0;
+    /// Puts an item before the one at the index, or at the end (-1). The hint is shown as the item's tool tip; hint and
+    /// icon may be null, the flags are reserved, 0.
+    virtual HRESULT STDMETHODCALLTYPE InsertItem(LONG i_index, PCStr i_text, PCStr i_hint, IUIX_Image* i_icon,
+                                                 PARAM_T i_param, ULONG i_flags) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG* o_count) = 0;
+    /// -1 while none is selected.
+    virtual HRESULT STDMETHODCALLTYPE get_SelItem(LONG* o_index) = 0;
+    /// -1 selects none. Tells the sink nothing.
+    virtual HRESULT STDMETHODCALLTYPE put_SelItem(LONG i_index) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetItemText(LONG i_index, BSTR* o_text) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetItemParam(LONG i_index, PARAM_T* o_param) = 0;
+};
+
+/// What stands behind the options button of a file dialog: the object that the dialog's caller gives.
+struct IUIX_SettingsBtnCallbacks : IUnknown {
+    static constexpr IID Id = {0xd2a86f13, 0x4b5e, 0x4e09, {0x9c, 0x71, 0xe8, 0x05, 0xb3, 0x62, 0x1d, 0xf4}};
+    /// The button was pressed in the dialog of the given window.
+    virtual HRESULT STDMETHODCALLTYPE OnSettings(HWND i_dialog_window) = 0;
 };
 
 /// How a dialog runs.

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "qorv/Afs.h"
+#include "qorv/AuxService.h"
+#include "qorv/Uix.h"
+#include "qorv/Values.h"
+
+namespace Ui {
+
+/// What a caller asks of the Open and Save dialogs. Empty texts and 0 stand for what was not asked.
+struct DialogParameters {
+    /// Bits of `Flags`.
+    static constexpr LONG SeveralNames = 1;         ///< Several quoted names may be typed.
+    static constexpr LONG UseDefaultExtension = 16; ///< Typed names get the default extension, not the filter's.
+
+    /// Reads a dictionary of the host, which is given the template of the dialogs' parameters first. An item that holds
+    /// something else than its field takes leaves the field empty. Fails only where the template cannot be applied.
+    HRESULT LoadFromCab(Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* i_cab);
+
+    /// Writes the filter that the user ended on, and nothing else: every other item keeps the caller's value.
+    HRESULT SaveToCab(Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* i_cab) const;
+
+    LONG Flags = 0;
+    Qorv::Bstr Title;            ///< Of the window; empty for the layout's own.
+    Qorv::Bstr ActionBtnTitle;   ///< Of the OK button.
+    Qorv::Bstr CancelBtnTitle;   ///< Of the Cancel button.
+    Qorv::Bstr SettingsBtnTitle; ///< Of the options button.
+    Qorv::Bstr FileFilters;      ///< "PDF files|*.pdf;*.fdf|All files|*.*|"
+    LONG FileFilterIndex = 0;    ///< The selected filter, from 0.
+    Qorv::Bstr DefaultExt;       ///< Without a dot.
+    Qorv::ComPtr<Qorv::IAFS_Name> InitialPathName;
+    Qorv::Bstr InitialFileName; ///< What the name box begins with.
+    Qorv::ComPtr<Qorv::IUIX_SettingsBtnCallbacks> SettingsBtnCallbacks;
+};
+
+} // namespace Ui
