@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/FunctionName.h"
+#include "qorv/Afs.h"
+#include "qorv/Uix.h"
+#include "ui/FilterString.h"
+#include "ui/NamesFilter.h"
+
+#include <string>
+#include <string_view>
+
+/// The file types that the caller of a dialog offers, as the items of a combo: whether a name passes the selected one,
+/// and which extension a typed name gets. Belongs to the combo's thread, and must not outlive the combo's items.
+class FilesExtensionFilter final : public NamesFilter {
+public:
+    FilesExtensionFilter(Qorv::IAFS_FileSys* i_file_system, Qorv::IUIX_Combo* i_combo);
+    /// Clears the combo.
+    ~FilesExtensionFilter() override;
+    FilesExtensionFilter(const FilesExtensionFilter&) = delete;
+    FilesExtensionFilter& operator=(const FilesExtensionFilter&) = delete;
+
+    /// Fills the combo from a filter string (see `ParseFilterString`) and selects its first item.
+    HRESULT SetFilter(std::wstring_view i_filters);
+
+    /// Empties the combo and frees what its items carry.
+    HRESULT Clear();
+
+    /// By the extension of the name's last path element, case ignored.
+    bool IsValid(Qorv::IAFS_Name* i_name) override;
+
+    /// Gives a typed name the extension of the selected file type where it has none of that type's own. `default_ext`
+    /// is for an empty name without one. Every decision is logged.
+    void AddFilterExtension(std::wstring& io_name, std::wstring_view default_ext);
+
+private:
+    HRESULT Insert(const FilterEntry& i_entry);
+    /// What a combo item carries; null when there is no such item.
+    FilterExtensions* ItemExtensions(LONG i_index);
+    LONG SelectedIndex();
+    /// Null when no item is selected.
+    FilterExtensions* SelectedExtensions();
+    bool IsInOtherItem(std::wstring_view i_extension, const FunctionName& i_caller);
+
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    Qorv::ComPtr<Qorv::IUIX_Combo> m_combo;
+};

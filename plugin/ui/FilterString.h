@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The file extensions of one filter, without "*" and ".". The list of the one entry "*" means all files.
+using FilterExtensions = std::vector<std::wstring>;
+
+inline constexpr wchar_t all_files_extension[] = L"*";
+
+/// One file type: what the user reads, and what passes.
+struct FilterEntry {
+    std::wstring text;
+    FilterExtensions extensions;
+};
+
+/// Reads a filter string, "PDF files|*.pdf;*.fdf|All files|*.*|". It ends at the first part that is empty or is not
+/// closed by "|": a last pair without its closing "|" is dropped, and that is meant. Blanks are kept.
+std::vector<FilterEntry> ParseFilterString(std::wstring_view i_filters);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "qorv/Afs.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// What a folder holds, by the names' references: the order is theirs, not the texts'.
+using FolderItems = std::map<Qorv::ComPtr<Qorv::IAFS_Name>, Qorv::ComPtr<Qorv::IAFS_EnumFolderItem>>;
+
+/// One name that the user typed, and what it stands for in the shown folder: nothing for a file that does not exist
+/// yet.
+struct TypedName {
+    std::wstring text;
+    Qorv::ComPtr<Qorv::IAFS_Name> name;
+    Qorv::ComPtr<Qorv::IAFS_EnumFolderItem> item;
+};
+
+/// Finds typed names among the items of a folder, by their titles, case ignored. An item whose title cannot be read is
+/// logged and left out.
+void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names);
