@@ -35,11 +35,11 @@ void CacheEntry::StartWithRemoteFile(std::uint64_t i_size) {
 
 void CacheEntry::StartEmpty() {
     m_is_complete = true;
-    BeginChange();
+    m_is_changed = true; // No note yet: an empty file that a crash left must replace nothing.
 }
 
 void CacheEntry::StartWithKeptBytes() {
-    m_is_changed = true; // First of all: whatever fails from here on, the bytes stay.
+    m_is_changed = m_has_note = true; // First of all: whatever fails from here on, the bytes stay.
     m_is_complete = true;
     m_size = m_files.Bytes().Size();
 }
@@ -92,9 +92,10 @@ HRESULT STDMETHODCALLTYPE CacheEntry::SetSize(ULONGLONG i_size, Qorv::IQorv_Erro
                                               Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
     return Answer(o_details, [&] {
         RequireOpen();
-        if (i_size == m_size)
+        if (i_size > 0)
+            FetchUpTo(i_size, i_cancel_flag); // What is cut off need not be fetched.
+        if (m_is_complete && i_size == m_size)
             return;
-        FetchUpTo(i_size, i_cancel_flag); // What is cut off need not be fetched.
         BeginChange();
         m_files.Bytes().SetSize(i_size);
         m_size = i_size;
@@ -134,6 +135,7 @@ void CacheEntry::FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag*
     ULONG read = 0;
     const HRESULT result = m_callback->Read(m_fetched, io_piece.data(), piece_size, &read, said, i_cancel_flag);
     if (result == HRESULT_FROM_WIN32(ERROR_HANDLE_EOF) || (SUCCEEDED(result) && read == 0)) {
+        m_files.Bytes().SetSize(m_fetched); // A longer download that broke may have left its tail.
         m_is_complete = true;
         m_size = m_fetched;
         return;
@@ -146,14 +148,18 @@ void CacheEntry::FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag*
 
 /// The note is on the disk before the first byte differs.
 void CacheEntry::BeginChange() {
-    if (m_is_changed)
-        return;
-    m_files.WriteNote(Location());
+    if (!m_has_note)
+        WriteNote();
     m_is_changed = true;
 }
 
+void CacheEntry::WriteNote() {
+    m_files.WriteNote(Location());
+    m_has_note = true;
+}
+
 void CacheEntry::ForgetChanges() {
-    m_is_changed = false;
+    m_is_changed = m_has_note = false;
     m_files.RemoveNote();
 }
 
@@ -163,7 +169,7 @@ void CacheEntry::Upload(Qorv::IQorv_CancelFlag* i_cancel_flag) {
     } catch (const Failure& failure) {
         Answer([&] { // Both are on the disk already, unless power fails or the file was renamed meanwhile.
             m_files.Bytes().Flush();
-            m_files.WriteNote(Location());
+            WriteNote();
         });
         throw Failure(failure.Code(), failure.Text() + L". The changed file is kept as " + Path().wstring());
     }
@@ -215,7 +221,7 @@ std::filesystem::path CacheEntry::MoveToReplaced() {
 
 void CacheEntry::Close() {
     Unbind();
-    if (m_is_changed)
+    if (m_has_note)
         m_files.Leave();
     else if (m_files.Bytes().IsOpen())
         m_files.Remove();

@@ -35,6 +35,8 @@ public:
     std::wstring Location() const { return LocationOf(m_name); }
     const std::filesystem::path& Path() const noexcept { return m_files.BytesPath(); }
     bool IsChanged() const noexcept { return m_is_changed; }
+    /// Whether `Close` leaves the bytes for a later run.
+    bool IsKeptByClose() const noexcept { return m_has_note; }
     /// The files that have the entry open; pointers to compare, not to use.
     std::set<const Qorv::IAFS_File*>& OpenFiles() noexcept { return m_open_files; }
     /// Takes the entry's bytes for the service's.
@@ -56,7 +58,7 @@ public:
     // The ends of an entry: after one of these it answers E_UNEXPECTED. All let go of the plug-in's objects.
     void Remove();
     std::filesystem::path MoveToReplaced();
-    /// Changed bytes stay for a later run, others go.
+    /// Changed bytes stay for a later run; others go, those of a new document that was never written to included.
     void Close();
 
 private:
@@ -65,6 +67,7 @@ private:
     void FetchUpTo(std::uint64_t i_end, Qorv::IQorv_CancelFlag* i_cancel_flag);
     void FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag* i_cancel_flag);
     void BeginChange();
+    void WriteNote();
     void Upload(Qorv::IQorv_CancelFlag* i_cancel_flag);
     void Send(Qorv::IQorv_CancelFlag* i_cancel_flag);
 
@@ -77,6 +80,7 @@ private:
     std::uint64_t m_fetched = 0; ///< So many bytes from the beginning are here.
     bool m_is_complete = false;  ///< All bytes are here.
     bool m_is_changed = false;   ///< They differ from the service's.
+    bool m_has_note = false;     ///< They are changed, and the disk says whose they are.
 };
 
 } // namespace DevHost

@@ -41,6 +41,8 @@ std::wstring TitleOf(const std::wstring& i_location) {
         title, [&](wchar_t i_c) { return i_c < L' ' || forbidden.find(i_c) != forbidden.npos; }, L'_');
     while (!title.empty() && (title.back() == L'.' || title.back() == L' '))
         title.pop_back(); // The system drops them silently.
+    if (title.ends_with(note_ending))
+        title += L'_'; // Bytes must never look like a note.
     return title;
 }
 
@@ -74,9 +76,11 @@ std::wstring LocationOf(const fs::path& i_note) {
 std::vector<fs::path> FilesIn(const fs::path& i_folder) {
     std::vector<fs::path> files;
     std::error_code error;
-    for (fs::directory_iterator entry(i_folder, error), end; !error && entry != end; entry.increment(error))
-        if (entry->is_regular_file(error))
+    for (fs::directory_iterator entry(i_folder, error), end; !error && entry != end; entry.increment(error)) {
+        std::error_code unreadable; // One such file is no reason to miss the others.
+        if (entry->is_regular_file(unreadable))
             files.push_back(entry->path());
+    }
     return files;
 }
 
@@ -89,15 +93,19 @@ EntryFiles EntryFiles::Create(const fs::path& i_folder, const std::wstring& i_lo
 }
 
 std::optional<EntryFiles> EntryFiles::FindAbandoned(const fs::path& i_folder, const std::wstring& i_location) {
+    std::optional<EntryFiles> newest;
     for (const fs::path& note : FilesIn(i_folder)) {
         try {
-            if (IsNote(note) && EqualIgnoringCase(LocationOf(note), i_location))
-                return EntryFiles(LocalFile(BytesOf(note), LocalFile::Mode::ReadWrite));
+            if (!IsNote(note) || !EqualIgnoringCase(LocationOf(note), i_location))
+                continue;
+            LocalFile bytes(BytesOf(note), LocalFile::Mode::ReadWrite);
+            if (!newest || bytes.WriteTime() > newest->Bytes().WriteTime())
+                newest = EntryFiles(std::move(bytes));
         } catch (const Failure&) {
             // Another process has it, or took it away meanwhile.
         }
     }
-    return std::nullopt;
+    return newest;
 }
 
 void EntryFiles::CleanUp(const fs::path& i_folder) {

@@ -17,7 +17,7 @@ public:
     /// New files for a location, without bytes and without a note.
     static EntryFiles Create(const std::filesystem::path& i_folder, const std::wstring& i_location);
 
-    /// The changed bytes of a location that an earlier run left, if there are any and no other process has them.
+    /// The newest changed bytes of a location that earlier runs left, if there are any that no other process has.
     static std::optional<EntryFiles> FindAbandoned(const std::filesystem::path& i_folder,
                                                    const std::wstring& i_location);
 

@@ -15,13 +15,17 @@ Qorv::ComPtr<Qorv::IAFS_Name> NameOf(Qorv::IAFS_File* i_file) {
     return name;
 }
 
-/// Whether there is a file at a name's location already. Only a file system's clear no counts: with any other answer
-/// nothing must be sent that could empty a file.
+/// Whether there is a file at a name's location already. Only a file system's clear answer counts: a wrong no could
+/// empty a file, a wrong yes would download what is not there.
 bool HoldsFile(Qorv::IAFS_Name* i_name) {
     Qorv::ComPtr<Qorv::IAFS_FileSys> file_system;
     Check(i_name->get_FileSys(&file_system), L"Cannot read a location");
     Qorv::ComPtr<Qorv::IAFS_FileInfo> info;
-    return file_system->GetFileInfo(i_name, nullptr, nullptr, &info) != E_INVALIDARG;
+    const HRESULT result = file_system->GetFileInfo(i_name, nullptr, nullptr, &info);
+    if (result == E_INVALIDARG)
+        return false;
+    Check(result, L"Cannot look up a location");
+    return true;
 }
 
 bool IsNewDocument(Qorv::IAFS_Name* i_name, ULONG i_flags, ULONGLONG i_size) {
@@ -79,6 +83,8 @@ HRESULT STDMETHODCALLTYPE FilesCache::CreateNewCache(Qorv::IAFS_File* i_file, Qo
             else if (!is_kept)
                 entry->StartWithRemoteFile(i_size);
             m_entries.push_back(entry);
+        } else if ((i_flags & Qorv::AFS_OpenFile_CreateAlways) != 0) {
+            Check(entry->SetSize(0, nullptr, nullptr), L"Cannot empty a file");
         }
         entry->OpenFiles().insert(i_file);
         *o_cache = entry.Detach();
@@ -92,6 +98,8 @@ HRESULT STDMETHODCALLTYPE FilesCache::FlushAllCaches(Qorv::IQorv_ErrorDetails* o
         std::wstring texts;
         const std::vector<Entry> entries = m_entries; // An upload may remove others.
         for (const Entry& entry : entries) {
+            if (std::ranges::find(m_entries, entry.Get(), &Entry::Get) == m_entries.end())
+                continue; // The upload of another one replaced it.
             const auto said = Qorv::Create<ErrorDetails>();
             const HRESULT result = entry->IsChanged() ? entry->Flush(said, i_cancel_flag) : S_OK;
             if (FAILED(result)) {
@@ -118,15 +126,19 @@ HRESULT STDMETHODCALLTYPE FilesCache::CloseCache(Qorv::IAFS_File* i_file, Qorv::
         const Entry entry = FindOpenedBy(i_file);
         if (entry == nullptr || entry != i_cache)
             throw Failure(E_INVALIDARG, L"The file is not open in the cache");
-        entry->OpenFiles().erase(i_file);
-        if (!entry->OpenFiles().empty())
+        if (entry->OpenFiles().size() > 1) {
+            entry->OpenFiles().erase(i_file);
             return;
+        }
         const auto said = Qorv::Create<ErrorDetails>();
         const HRESULT result = entry->Flush(said, i_cancel_flag);
         if (SUCCEEDED(result)) {
             Remove(entry);
             return;
         }
+        // Older kept bytes must not compete with these, which are no kept ones before the file lets go of them.
+        Answer([&] { ReplaceKept(entry->Location()); });
+        entry->OpenFiles().erase(i_file);
         if (o_details == nullptr) // A file that went without being closed: somebody must hear of it.
             m_notice(entry->Location() + L": " + said->Text());
         throw Failure(result, said->Text());
@@ -139,13 +151,17 @@ void FilesCache::Discard(Qorv::IAFS_File* i_file) {
 }
 
 void FilesCache::OnUploaded(const CacheEntry& i_entry) {
-    if (const Entry kept = TakeKept(i_entry.Location()); kept != nullptr)
-        KeepReplaced(kept);
+    ReplaceKept(i_entry.Location());
 }
 
 void FilesCache::Close() {
-    for (const Entry& entry : std::exchange(m_entries, {}))
+    for (const Entry& entry : std::exchange(m_entries, {})) {
+        if (entry->IsKeptByClose() && !entry->OpenFiles().empty()) // Of the others their files' closing told.
+            Answer([&] {
+                m_notice(entry->Location() + L": not saved; the changed file is kept as " + entry->Path().wstring());
+            });
         entry->Close();
+    }
 }
 
 FilesCache::Entry FilesCache::FindOpen(const std::wstring& i_location) const {
@@ -181,20 +197,23 @@ FilesCache::Entry FilesCache::TakeKept(const std::wstring& i_location) {
 
 /// The kept bytes that an open with write access goes on with, if there are any.
 FilesCache::Entry FilesCache::TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags) {
-    const Entry kept = (i_flags & Qorv::AFS_OpenFile_Write) != 0 ? TakeKept(i_location) : nullptr;
-    if (kept == nullptr)
+    if ((i_flags & Qorv::AFS_OpenFile_Write) == 0)
         return nullptr;
     if ((i_flags & Qorv::AFS_OpenFile_CreateAlways) != 0) {
-        KeepReplaced(kept);
+        ReplaceKept(i_location);
         return nullptr;
     }
-    m_notice(i_location + L" goes on with the changes that could not be saved before");
+    const Entry kept = TakeKept(i_location);
+    if (kept != nullptr)
+        m_notice(i_location + L" goes on with the changes that could not be saved before");
     return kept;
 }
 
-void FilesCache::KeepReplaced(const Entry& i_entry) {
-    const std::filesystem::path copy = i_entry->MoveToReplaced();
-    m_notice(L"Earlier changes that could not be saved are replaced; a copy is kept as " + copy.wstring());
+void FilesCache::ReplaceKept(const std::wstring& i_location) {
+    while (const Entry kept = TakeKept(i_location)) {
+        const std::filesystem::path copy = kept->MoveToReplaced();
+        m_notice(L"Earlier changes that could not be saved are replaced; a copy is kept as " + copy.wstring());
+    }
 }
 
 void FilesCache::Remove(Entry i_entry) {

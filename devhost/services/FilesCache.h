@@ -55,10 +55,12 @@ private:
 
     Entry FindOpen(const std::wstring& i_location) const;
     Entry FindOpenedBy(Qorv::IAFS_File* i_file) const;
-    /// Changed bytes of the location that no file has open, of this run or an earlier one; null if there are none.
+    /// The newest changed bytes of the location that no file has open, of this run or an earlier one; null if there are
+    /// none.
     Entry TakeKept(const std::wstring& i_location);
     Entry TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags);
-    void KeepReplaced(const Entry& i_entry);
+    /// Makes plain copies of all kept bytes of a location: they are never sent.
+    void ReplaceKept(const std::wstring& i_location);
     void Remove(Entry i_entry);
 
     std::filesystem::path m_folder;

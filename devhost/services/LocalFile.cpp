@@ -70,6 +70,13 @@ std::uint64_t LocalFile::Size() {
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
+std::uint64_t LocalFile::WriteTime() {
+    FILETIME time{};
+    if (!GetFileTime(m_handle, nullptr, nullptr, &time))
+        Throw(L"Cannot read the time of ");
+    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+}
+
 void LocalFile::SetSize(std::uint64_t i_size) {
     LARGE_INTEGER size{};
     size.QuadPart = static_cast<LONGLONG>(i_size);

@@ -31,6 +31,8 @@ public:
     ULONG ReadAt(std::uint64_t i_position, void* o_data, ULONG i_size);
     void WriteAt(std::uint64_t i_position, const void* i_data, ULONG i_size);
     std::uint64_t Size();
+    /// When its bytes were last written, in the system's 100-nanosecond steps: to compare.
+    std::uint64_t WriteTime();
     void SetSize(std::uint64_t i_size);
     /// Makes sure that what was written is on the disk.
     void Flush();

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace Tests {
@@ -17,7 +18,6 @@ namespace {
 using DevHost::FilesCache;
 using Qorv::ComPtr;
 
-constexpr HRESULT connection_broke = static_cast<HRESULT>(0x80072EFE);
 constexpr ULONG piece = 64 * 1024;
 constexpr ULONG read_only = Qorv::AFS_OpenFile_Read | Qorv::AFS_OpenFile_OpenExisting;
 constexpr ULONG read_write = Qorv::AFS_OpenFile_Read | Qorv::AFS_OpenFile_Write | Qorv::AFS_OpenFile_OpenAlways;
@@ -96,10 +96,19 @@ protected:
         return files;
     }
 
+    /// What the files hold that were replaced, in alphabetical order.
+    std::vector<std::string> Replaced() const {
+        std::vector<std::string> contents;
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path() / "cache" / "replaced"))
+            contents.push_back(ReadBytes(entry.path()));
+        std::ranges::sort(contents);
+        return contents;
+    }
+
     /// A document was changed, and its upload failed when it was closed.
-    void LeaveUnsentChange(const std::string& i_bytes) {
+    void LeaveUnsentChange(const std::string& i_bytes, const std::wstring& i_location = location) {
         m_remote.fail_end = true;
-        OpenFile file = Open(replace);
+        OpenFile file = Open(replace, i_location);
         Write(file, 0, i_bytes);
         EXPECT_EQ(Close(file), connection_broke);
         m_remote.fail_end = false;
@@ -160,6 +169,21 @@ TEST_F(FilesCacheTest, BeginsABrokenDownloadAnew) {
     Close(file);
 }
 
+TEST_F(FilesCacheTest, LeavesNoTailOfALongerDownloadThatBroke) {
+    m_remote.files[location] = std::string(2 * piece, 'x');
+    m_remote.fail_read_at = piece;
+    OpenFile file = Open(read_write);
+    char byte = 0;
+    ULONG read = 0;
+    EXPECT_EQ(file.entry->Read(2 * piece - 1, &byte, 1, &read, nullptr, nullptr), connection_broke);
+    m_remote.files[location] = "short";
+    EXPECT_EQ(Read(file, 0, 100), "short");
+    EXPECT_EQ(file.entry->SetSize(7, nullptr, nullptr), S_OK);
+    Write(file, 8, "!");
+    EXPECT_EQ(Close(file), S_OK);
+    EXPECT_EQ(m_remote.files[location], std::string("short\0\0\0!", 9));
+}
+
 TEST_F(FilesCacheTest, SharesOneEntryForAllOpensOfALocation) {
     m_remote.files[location] = "content";
     OpenFile first = Open(read_write);
@@ -210,6 +234,40 @@ TEST_F(FilesCacheTest, CutsAndGrows) {
     Write(file, 1, "b");
     EXPECT_EQ(Close(file), S_OK);
     EXPECT_EQ(m_remote.files[location], std::string("\0b\0", 3));
+}
+
+TEST_F(FilesCacheTest, EmptiesAnEntryThatOthersHaveOpen) {
+    m_remote.files[location] = "";
+    OpenFile reader = Open(read_only);
+    m_remote.files[location] = "has grown since";
+    OpenFile writer = Open(replace);
+    EXPECT_EQ(writer.entry->SetSize(0, nullptr, nullptr), S_OK);
+    Write(writer, 0, "new");
+    EXPECT_EQ(Close(writer), S_OK);
+
+    const auto late = Qorv::Create<ScriptedFile>(Qorv::Create<ScriptedName>(m_file_system, location));
+    ComPtr<Qorv::IAFS_FileCache> shared; // Its opener did not learn that there is an entry.
+    EXPECT_EQ(m_cache->CreateNewCache(late, Qorv::Create<ScriptedCallback>(m_remote, nullptr), replace, 0,
+                                      VARIANT_FALSE, 0, 0, &shared),
+              S_OK);
+    EXPECT_EQ(Read(reader, 0, 100), "");
+    Write({.file = late, .entry = shared}, 0, "er");
+    EXPECT_EQ(m_cache->CloseCache(late, shared, nullptr, nullptr), S_OK);
+    EXPECT_EQ(Close(reader), S_OK);
+    EXPECT_EQ(m_remote.files[location], "er");
+    EXPECT_EQ(TakeCalls(), "size 2;begin;write 0+2;end;") << "nothing of what is cut off is fetched";
+}
+
+TEST_F(FilesCacheTest, RefusesANewDocumentThatCannotBeLookedUp) {
+    m_remote.fail_lookup = true;
+    const auto name = Qorv::Create<ScriptedName>(m_file_system, location);
+    const auto file = Qorv::Create<ScriptedFile>(name);
+    ComPtr<Qorv::IAFS_FileCache> entry;
+    EXPECT_EQ(m_cache->CreateNewCache(file, Qorv::Create<ScriptedCallback>(m_remote, name), read_write, 0,
+                                      VARIANT_FALSE, 0, 0, &entry),
+              connection_broke);
+    EXPECT_EQ(entry, nullptr);
+    EXPECT_TRUE(CacheFiles().empty());
 }
 
 TEST_F(FilesCacheTest, UploadsEmptyDocumentsThatAreNew) {
@@ -287,6 +345,49 @@ TEST_F(FilesCacheTest, GoesOnWithKeptBytesAfterARestart) {
     EXPECT_TRUE(CacheFiles().empty());
 }
 
+TEST_F(FilesCacheTest, KeepsBytesWhoseTitleLooksLikeANote) {
+    for (const std::wstring title : {L"shopping.note", L".note", L"shopping.note. "}) {
+        LeaveUnsentChange("kept", L"dropbox://id/" + title);
+        Restart();
+        OpenFile writer = Open(read_write, L"dropbox://id/" + title);
+        EXPECT_EQ(Read(writer, 0, 100), "kept");
+        EXPECT_EQ(Close(writer), S_OK);
+        EXPECT_TRUE(CacheFiles().empty());
+    }
+}
+
+TEST_F(FilesCacheTest, TellsWhereOpenChangesAreWhenItEnds) {
+    m_remote.files[location] = "old";
+    OpenFile file = Open(read_write);
+    Write(file, 0, "NEW");
+    const OpenFile unchanged = Open(read_only, location + L"2");
+    Qorv::Bstr path;
+    EXPECT_EQ(file.entry->get_TempFileName(&path), S_OK);
+    Restart();
+    EXPECT_EQ(m_notices,
+              std::vector{location + L": not saved; the changed file is kept as " + std::wstring(path.View())});
+    EXPECT_EQ(ReadBytes(path.View()), "NEW");
+}
+
+TEST_F(FilesCacheTest, NeverReplacesADocumentByOneThatWasNotWritten) {
+    m_remote.files[location] = "old";
+    OpenFile file = Open(replace);
+    EXPECT_EQ(CacheFiles().size(), 1u) << "a crash now leaves no note";
+    Restart();
+    EXPECT_TRUE(CacheFiles().empty());
+    EXPECT_TRUE(m_notices.empty());
+
+    file = Open(replace);
+    m_remote.fail_end = true;
+    EXPECT_EQ(Close(file), connection_broke);
+    EXPECT_EQ(CacheFiles().size(), 2u) << "somebody closed it, so it is meant to be empty";
+    m_remote.fail_end = false;
+    Restart();
+    file = Open(read_write);
+    EXPECT_EQ(Close(file), S_OK);
+    EXPECT_EQ(m_remote.files[location], "");
+}
+
 TEST_F(FilesCacheTest, FindsTheChangesOfACrashedRun) {
     m_remote.files[location] = "old";
     OpenFile crashed = Open(read_write);
@@ -327,19 +428,13 @@ TEST_F(FilesCacheTest, LeavesTheEntriesOfARunningHostAlone) {
 }
 
 TEST_F(FilesCacheTest, KeepsACopyOfWhatIsReplaced) {
-    const auto replaced = [&] {
-        std::vector<std::string> contents;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path() / "cache" / "replaced"))
-            contents.push_back(ReadBytes(entry.path()));
-        return contents;
-    };
     LeaveUnsentChange("first");
     Restart();
     OpenFile file = Open(replace);
     Write(file, 0, "second");
     EXPECT_EQ(Close(file), S_OK);
     EXPECT_EQ(m_remote.files[location], "second");
-    EXPECT_EQ(replaced(), std::vector<std::string>{"first"});
+    EXPECT_EQ(Replaced(), std::vector<std::string>{"first"});
     EXPECT_TRUE(CacheFiles().empty());
     EXPECT_EQ(m_notices.size(), 1u);
 }
@@ -354,6 +449,55 @@ TEST_F(FilesCacheTest, NeverSendsOlderChangesAfterNewerOnes) {
     EXPECT_EQ(Close(reader), S_OK);
     EXPECT_EQ(m_cache->FlushAllCaches(nullptr, nullptr, VARIANT_FALSE), S_OK);
     EXPECT_EQ(m_remote.files[location], "newer");
+}
+
+TEST_F(FilesCacheTest, GoesOnWithTheNewestOfSeveralKeptChanges) {
+    m_remote.files[location] = "old";
+    std::vector<ComPtr<FilesCache>> hosts; // They run side by side, so none takes another's bytes.
+    for (const char* bytes : {"a", "b", "c", "d", "newest"}) {
+        hosts.push_back(Qorv::Create<FilesCache>(m_folder.Path() / "cache", [](const std::wstring&) {}));
+        std::swap(m_cache, hosts.back());
+        LeaveUnsentChange(bytes);
+        std::swap(m_cache, hosts.back());
+        Sleep(30); // The clock of a file system is no fine one.
+    }
+    for (const auto& host : hosts)
+        host->Close();
+    OpenFile writer = Open(read_write);
+    EXPECT_EQ(Read(writer, 0, 100), "newest");
+    EXPECT_EQ(Close(writer), S_OK);
+    EXPECT_EQ(m_remote.files[location], "newest");
+    EXPECT_EQ(Replaced(), (std::vector<std::string>{"a", "b", "c", "d"}));
+    EXPECT_TRUE(CacheFiles().empty());
+}
+
+TEST_F(FilesCacheTest, ReplacesOlderKeptChangesWhenNewerOnesAreKept) {
+    m_remote.files[location] = "old";
+    LeaveUnsentChange("kept");
+    OpenFile reader = Open(read_only);
+    OpenFile writer = Open(read_write);
+    Write(writer, 0, "newer");
+    EXPECT_EQ(Close(reader), S_OK);
+    m_remote.fail_end = true;
+    EXPECT_EQ(Close(writer), connection_broke);
+    m_remote.fail_end = false;
+    EXPECT_EQ(m_cache->FlushAllCaches(nullptr, nullptr, VARIANT_FALSE), S_OK);
+    EXPECT_EQ(m_remote.files[location], "newer");
+    EXPECT_EQ(Replaced(), std::vector<std::string>{"kept"});
+}
+
+TEST_F(FilesCacheTest, FlushesARenamedEntryOverAKeptOne) {
+    m_remote.files[L"dropbox://id/draft"] = "draft";
+    OpenFile file = Open(read_write, L"dropbox://id/draft");
+    Write(file, 0, "D");
+    LeaveUnsentChange("kept");
+    ComPtr<Qorv::IAFS_Name> name;
+    EXPECT_EQ(file.file->get_Name(&name), S_OK);
+    Qorv::OwnObject<ScriptedName>(name)->location = location;
+    EXPECT_EQ(m_cache->FlushAllCaches(nullptr, nullptr, VARIANT_FALSE), S_OK);
+    EXPECT_EQ(m_remote.files[location], "Draft");
+    EXPECT_EQ(Replaced(), std::vector<std::string>{"kept"});
+    EXPECT_EQ(Close(file), S_OK);
 }
 
 TEST_F(FilesCacheTest, FollowsARename) {

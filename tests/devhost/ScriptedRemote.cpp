@@ -6,7 +6,6 @@
 namespace Tests {
 namespace {
 
-constexpr HRESULT connection_broke = static_cast<HRESULT>(0x80072EFE);
 constexpr HRESULT end_of_file = static_cast<HRESULT>(0x80070026);
 
 } // namespace

@@ -10,6 +10,9 @@
 
 namespace Tests {
 
+/// What every scripted failure answers.
+constexpr HRESULT connection_broke = static_cast<HRESULT>(0x80072EFE);
+
 /// The files at a service, and what becomes of the transfers.
 struct ScriptedRemote {
     std::map<std::wstring, std::string> files; ///< By location.
@@ -17,6 +20,7 @@ struct ScriptedRemote {
     std::optional<std::uint64_t> fail_read_at; ///< The read of this position fails, once.
     std::optional<std::uint64_t> fail_write_at;
     bool fail_end = false;
+    bool fail_lookup = false;
 };
 
 class ScriptedName final : public Qorv::CoClass<ScriptedName, Qorv::IAFS_Name> {
@@ -44,6 +48,8 @@ public:
         return DevHost::AnswerText(Qorv::OwnObject<ScriptedName>(name)->location, out_name);
     }
     HRESULT STDMETHODCALLTYPE GetFileInfo(Name* name, Details*, Cancel*, Qorv::IAFS_FileInfo**) noexcept override {
+        if (m_remote.fail_lookup)
+            return connection_broke;
         return m_remote.files.contains(Qorv::OwnObject<ScriptedName>(name)->location) ? S_OK : E_INVALIDARG;
     }
 
