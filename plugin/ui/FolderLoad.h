@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/TypedNames.h"
+
+#include <atomic>
+#include <string>
+
+/// One load of a folder on a worker thread: into copies of its own, so that nobody else's hand is on them meanwhile.
+class FolderLoad {
+public:
+    /// Ends early when `i_is_running`, which must outlive it, becomes false. The parent may be null: then it is looked
+    /// up.
+    FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
+               Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running);
+
+    /// The first failure's code; `Qorv::ErrorCanceled` when it was stopped.
+    HRESULT Run() noexcept;
+
+    const Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_folder;        ///< A file's folder, once it is known that the name was a file's.
+    Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder; ///< Null for a root.
+    FolderItems m_items;
+    std::wstring m_failure_reason; ///< Why the load failed, in words; empty when nothing is known.
+
+private:
+    HRESULT Load() noexcept;
+    HRESULT FindFolders();
+    HRESULT ReadItems();
+
+    const std::atomic<bool>& m_is_running;
+};

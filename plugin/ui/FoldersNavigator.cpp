@@ -1,0 +1,103 @@
+#include "ui/FoldersNavigator.h"
+
+#include "core/Check.h"
+#include "core/ThreadSafeCall.h"
+
+FoldersNavigator::FoldersNavigator(Qorv::IQorv_Inst* i_host_instance, Qorv::IAFS_FileSys* i_file_system,
+                                   std::function<void(HRESULT)> i_completion)
+    : m_host_instance(i_host_instance), m_file_system(i_file_system), m_completion(std::move(i_completion)) {
+    TRACE_FUNCTION();
+}
+
+FoldersNavigator::~FoldersNavigator() {
+    TRACE_FUNCTION();
+    Stop();
+}
+
+HRESULT FoldersNavigator::SetFolder(Qorv::IAFS_Name* folder_or_file_item) {
+    TRACE_FUNCTION();
+    VARIANT_BOOL are_equal = VARIANT_FALSE;
+    CHECK_HRESULT(m_file_system->NamesAreEqual(m_folder, folder_or_file_item, &are_equal));
+    if (m_folder != nullptr && are_equal != VARIANT_FALSE)
+        return TRACE_RESULT(S_OK);
+    m_parent_folder.Reset();
+    // The very same object, not an equal location: then it is a child of the shown folder.
+    if (m_items.contains(folder_or_file_item))
+        m_parent_folder = m_folder;
+    m_folder = folder_or_file_item;
+    CHECK_HRESULT(Refresh());
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FoldersNavigator::Refresh() {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(nullptr) {
+        m_items.clear();
+        if (m_folder == nullptr) {
+            CHECK_HRESULT(CallThreadSafe(m_host_instance, [this] { m_completion(S_FALSE); }));
+            return TRACE_RESULT(S_FALSE);
+        }
+        if (!IsRunning())
+            m_load_task.Wait(); // A moment, except for an abandoned one.
+        CHECK_RETURN(!m_is_running.exchange(true), E_FAIL);
+        Launch();
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+void FoldersNavigator::Launch() {
+    TRACE_FUNCTION();
+    m_is_delivered = false;
+    m_failure_reason.clear();
+    try {
+        auto load = std::make_shared<FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
+        m_load_task = WorkerTask([this, load = std::move(load)]() mutable {
+            Complete(*load);
+            load.reset(); // Nothing of a load is held once it is over.
+            m_is_running.store(false);
+        });
+    } catch (...) {
+        m_is_running.store(false);
+        throw;
+    }
+}
+
+/// The whole of a load, on its worker.
+HRESULT FoldersNavigator::Complete(FolderLoad& io_load) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(nullptr) {
+        const HRESULT result = io_load.Run();
+        bool is_delivered = false;
+        if (result != Qorv::ErrorCanceled)
+            CHECK_HRESULT(CallThreadSafe(m_host_instance, [&] { is_delivered = Deliver(io_load, result); }));
+        if (!is_delivered)
+            return trace_function.Return(Qorv::ErrorCanceled, L"canceled");
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+/// On the UI thread, where loads are stopped: between the question and the callback nobody can stop this one. False
+/// when it was stopped before.
+bool FoldersNavigator::Deliver(FolderLoad& io_load, HRESULT i_result) {
+    TRACE_FUNCTION();
+    if (!m_is_running)
+        return false;
+    m_folder = std::move(io_load.m_folder);
+    m_parent_folder = std::move(io_load.m_parent_folder);
+    m_items = std::move(io_load.m_items);
+    m_failure_reason = std::move(io_load.m_failure_reason);
+    m_completion(i_result);
+    m_is_delivered = true;
+    return true;
+}
+
+void FoldersNavigator::Abandon() noexcept {
+    TRACE_FUNCTION();
+    m_is_running.store(false);
+}
+
+void FoldersNavigator::Stop() noexcept {
+    TRACE_FUNCTION();
+    Abandon();
+    m_load_task.Wait();
+}

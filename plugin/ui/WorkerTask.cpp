@@ -1,0 +1,69 @@
+#include "ui/WorkerTask.h"
+
+#include "core/Check.h"
+
+#include <optional>
+
+namespace {
+
+/// Sets the event when the work is over, however it ends.
+struct EndSignal {
+    ~EndSignal() { SetEvent(event.get()); }
+    std::shared_ptr<void> event;
+};
+
+struct ComOnThread {
+    ComOnThread() noexcept : is_initialized(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
+    ~ComOnThread() {
+        if (is_initialized)
+            CoUninitialize();
+    }
+    ComOnThread(const ComOnThread&) = delete;
+    ComOnThread& operator=(const ComOnThread&) = delete;
+    const bool is_initialized;
+};
+
+/// Dispatches what stands in the queue but input and painting. The code of a request to quit, which is not for here.
+std::optional<WPARAM> ServeCalls() noexcept {
+    std::optional<WPARAM> quit_code;
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE)) {
+        if (message.message == WM_QUIT)
+            quit_code = message.wParam;
+        else
+            DispatchMessageW(&message);
+    }
+    return quit_code;
+}
+
+} // namespace
+
+WorkerTask::WorkerTask(std::function<void()> i_work)
+    : m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr), [](HANDLE i_event) {
+        if (i_event != nullptr)
+            CloseHandle(i_event);
+    }) {
+    TRACE_FUNCTION();
+    CHECK_THROW(m_ended != nullptr, LastErrorException());
+    m_future = std::async(std::launch::async, [ended = m_ended, work = std::move(i_work)] {
+        const EndSignal signal{ended};
+        const ComOnThread com;
+        work();
+    });
+}
+
+void WorkerTask::Wait() noexcept {
+    TRACE_FUNCTION();
+    if (!m_future.valid())
+        return;
+    std::optional<WPARAM> quit_code;
+    const HANDLE ended = m_ended.get();
+    // What came before the wait counts too: the flag MWMO_INPUTAVAILABLE.
+    while (MsgWaitForMultipleObjectsEx(1, &ended, INFINITE, QS_POSTMESSAGE | QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) ==
+           WAIT_OBJECT_0 + 1)
+        if (const auto code = ServeCalls())
+            quit_code = code;
+    m_future.wait();
+    if (quit_code)
+        PostQuitMessage(static_cast<int>(*quit_code));
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <future>
+#include <memory>
+
+/// A piece of work on a thread of its own, which has COM initialized for it.
+class WorkerTask {
+public:
+    /// No work.
+    WorkerTask() noexcept = default;
+    /// Begins the work, which must not throw. Throws `std::system_error` when the system has no further thread.
+    explicit WorkerTask(std::function<void()> i_work);
+    WorkerTask(WorkerTask&&) noexcept = default;
+    /// Waits for the old work, like the destructor: without serving calls, so `Wait` first.
+    WorkerTask& operator=(WorkerTask&&) noexcept = default;
+
+    /// Waits for the work's end. The work may wait for this thread meanwhile (`CallThreadSafe`): messages that are
+    /// posted or sent to the thread's windows are dispatched, which is how the host's calls come in. The user's input
+    /// stays in the queue. Returns at once when there is no work.
+    void Wait() noexcept;
+
+private:
+    std::shared_ptr<void> m_ended; ///< An event; the work has it too.
+    std::future<void> m_future;
+};
