@@ -60,7 +60,8 @@ ServiceAnswers() {
     (exec 3<>"/dev/tcp/${address%:*}/${address##*:}") 2>/dev/null
 }
 
-ServiceAnswersOrEnded() { ServiceAnswers "$1" || ServiceEnded "$1"; }
+# Just started it is still the shell that starts it, with other arguments: here the process id must do.
+ServiceAnswersOrEnded() { ServiceAnswers "$1" || ! kill -0 "$(<"$1/pid")" 2>/dev/null; }
 
 # CopySamples FOLDER, unless it is there. The samples themselves are never served: a session may change anything.
 CopySamples() {

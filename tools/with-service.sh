@@ -25,8 +25,11 @@ DEVSERVICE_STATE=$(WindowsPath "$folder/state")
 DEVSERVICE_ROOT=$(WindowsPath "$folder/first")
 DEVSERVICE_ROOT_2=$(WindowsPath "$folder/second")
 DEVTRUST=$(WindowsPath "$trust_program")
-export DEVSERVICE_STATE DEVSERVICE_ROOT DEVSERVICE_ROOT_2 DEVTRUST
+# GoogleTest makes this file and removes it when all tests have run: under Wine a program that crashes may end with 0.
+TEST_PREMATURE_EXIT_FILE=$(WindowsPath "$folder/unfinished")
+export DEVSERVICE_STATE DEVSERVICE_ROOT DEVSERVICE_ROOT_2 DEVTRUST TEST_PREMATURE_EXIT_FILE
 
 exit_code=0
 RunWine "$@" || exit_code=$?
+[[ ! -e $folder/unfinished ]] || Fail "the test program ended before its tests did"
 exit "$exit_code"
