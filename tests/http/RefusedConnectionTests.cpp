@@ -65,6 +65,7 @@ TEST_F(RefusedConnectionTest, RefusesAnUntrustedAuthority) {
     // What a process trusts is fixed with its first connection: the refused one is made by a process of its own.
     if (Variable(L"TESTS_WITHOUT_TRUST").empty()) {
         const TemporaryVariable without_trust(L"TESTS_WITHOUT_TRUST", L"1");
+        const TemporaryVariable own_end(L"TEST_PREMATURE_EXIT_FILE", L""); // Its note is ours, not the other's.
         wchar_t program[MAX_PATH];
         GetModuleFileNameW(nullptr, program, MAX_PATH);
         ASSERT_EQ(ChangeTrust(L"remove"), 0u);
