@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Report.h"
+
+#include <string>
+#include <vector>
+
+namespace Bench {
+
+/// How thoroughly to measure.
+struct Effort {
+    int rounds = 5;
+    bool is_quick = false; ///< Leaves out what takes longest.
+};
+
+// Each measures one topic and adds its figures. Throws what does not work.
+
+/// A file of 256 MiB down and up: through the module's cache callback, and through the host's files cache as well.
+void MeasureTransfers(Report& io_report, const Effort& i_effort);
+/// Folders of 10 to 100,000 entries.
+void MeasureListings(Report& io_report, const Effort& i_effort);
+/// Peak memory of a listing, in a process of its own.
+void MeasureListingMemory(Report& io_report, const Effort& i_effort);
+/// From loading the module to the end of `Init`, in processes of their own.
+void MeasureLoading(Report& io_report, const Effort& i_effort);
+/// Calls of a traced function, with the log off and on.
+void MeasureTracing(Report& io_report, const Effort& i_effort);
+
+// What runs in a process of its own (see ChildProcess.h): numbers for the one that started it.
+
+std::vector<double> ListInChild(const std::wstring& i_folder);
+std::vector<double> LoadInChild();
+
+} // namespace Bench

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Bench {
+
+/// The argument that makes this program a child: "--child JOB [ARGUMENT]".
+inline constexpr wchar_t child_option[] = L"--child";
+
+/// Runs a job in a fresh process of this program and returns the numbers that it printed. Throws std::runtime_error
+/// when it fails.
+std::vector<double> RunChild(const std::wstring& i_job, const std::wstring& i_argument = {});
+
+/// The child's side: prints the numbers.
+void AnswerParent(const std::vector<double>& i_numbers);
+
+} // namespace Bench

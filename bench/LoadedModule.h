@@ -1,0 +1,53 @@
+#pragma once
+
+#include "MeasuredHost.h"
+#include "ModuleLoader.h"
+#include "support/TemporaryFolder.h"
+
+#include <string>
+
+namespace Bench {
+
+/// The module that ships, loaded into the development host and set up. Main thread only. Throws a `DevHost::Failure`.
+class LoadedModule {
+public:
+    LoadedModule();
+    /// Takes it through its end; that nothing of it is left is for the tests to say.
+    ~LoadedModule();
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+
+    /// What it took from loading the module to the end of `Init`, in milliseconds.
+    double LoadTime() const noexcept { return m_load_time; }
+    /// The part of it that the operating system took to load the module's file.
+    double LibraryTime() const noexcept { return m_library_time; }
+    /// The part of it that the host took to decode the plug-in's icon.
+    double DecodingTime() const noexcept;
+
+    /// Binds the service's account.
+    void BindAccount();
+    /// The name of a path in the account, which begins with "/". The service is not asked.
+    Qorv::ComPtr<Qorv::IAFS_Name> NameOf(const std::wstring& i_path) const;
+    Qorv::ComPtr<Qorv::IAFS_File> Open(const std::wstring& i_path, ULONG i_flags) const;
+
+    Qorv::IAFS_FileSys& FileSystem() const noexcept { return *m_file_system; }
+    /// The callback that the plug-in gave for the file that was opened last.
+    Qorv::ComPtr<Qorv::IAFS_FileCacheCallbacks> TakeCallback() const noexcept {
+        return m_host->FileSystems().Tap()->TakeCallback();
+    }
+
+private:
+    void SetUp();
+
+    Tests::TemporaryFolder m_profile;
+    Qorv::ComPtr<DevHost::MainInstance> m_instance;
+    Qorv::ComPtr<MeasuredHost> m_host;
+    DevHost::ModuleLoader m_module;
+    Qorv::ComPtr<Qorv::IQorv_Plugin> m_plugin;
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_root;
+    double m_load_time = 0;
+    double m_library_time = 0;
+};
+
+} // namespace Bench
