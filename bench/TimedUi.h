@@ -38,6 +38,13 @@ public:
                                          ULONG* o_answer) noexcept override {
         return m_service->ShowMsgBox(i_parameters, o_answer);
     }
+    HRESULT STDMETHODCALLTYPE GetImage(Qorv::PCStr i_name, Qorv::IUIX_Image** o_image) noexcept override {
+        return m_service->GetImage(i_name, o_image);
+    }
+    HRESULT STDMETHODCALLTYPE ShowMenu(HWND i_owner, POINT i_place, const Qorv::UIX_Command* i_commands, ULONG i_count,
+                                       LONG* o_command_id) noexcept override {
+        return m_service->ShowMenu(i_owner, i_place, i_commands, i_count, o_command_id);
+    }
 
 private:
     Qorv::ComPtr<Qorv::IUIX_Inst> m_service;

@@ -72,6 +72,14 @@ HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParamete
     });
 }
 
+HRESULT STDMETHODCALLTYPE UiService::GetImage(Qorv::PCStr, Qorv::IUIX_Image**) noexcept {
+    return E_NOTIMPL;
+}
+
+HRESULT STDMETHODCALLTYPE UiService::ShowMenu(HWND, POINT, const Qorv::UIX_Command*, ULONG, LONG*) noexcept {
+    return E_NOTIMPL;
+}
+
 HRESULT STDMETHODCALLTYPE UiService::AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept {
     if (i_monitor == nullptr)
         return E_POINTER;

@@ -20,11 +20,14 @@ public:
     HRESULT STDMETHODCALLTYPE CreateBitmapFromStream(IStream* i_stream, Qorv::IUIX_Bitmap** o_bitmap) noexcept override;
     HRESULT STDMETHODCALLTYPE CreateObj(const Qorv::UIX_CreateObjParameters* i_parameters,
                                         Qorv::IUIX_Obj** o_object) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetImage(Qorv::PCStr i_name, Qorv::IUIX_Image** o_image) noexcept override;
     HRESULT STDMETHODCALLTYPE AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
     /// E_INVALIDARG for a monitor that was not added.
     HRESULT STDMETHODCALLTYPE RemoveEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
     HRESULT STDMETHODCALLTYPE ShowMsgBox(const Qorv::UIX_MsgBoxParameters* i_parameters,
                                          ULONG* o_answer) noexcept override;
+    HRESULT STDMETHODCALLTYPE ShowMenu(HWND i_owner, POINT i_place, const Qorv::UIX_Command* i_commands, ULONG i_count,
+                                       LONG* o_command_id) noexcept override;
 
 private:
     const Localization& m_texts;

@@ -126,6 +126,15 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::put_Title(Qorv::PCStr i_title) noexcept 
     return SetWindowTextW(Window(), i_title) ? S_OK : E_UNEXPECTED;
 }
 
+HRESULT STDMETHODCALLTYPE LayoutDialog::GetItem(Qorv::PCStr, const IID&, void**) noexcept {
+    return E_NOTIMPL;
+}
+
+HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr, Qorv::PCStr, const Qorv::UIX_Command*, ULONG,
+                                                      Qorv::IUIX_CommandBar**) noexcept {
+    return E_NOTIMPL;
+}
+
 HRESULT LayoutDialog::OnInit() {
     const HRESULT result = m_sink != nullptr ? m_sink->OnInit() : E_UNEXPECTED;
     if (SUCCEEDED(result) && m_is_foreground)
@@ -140,7 +149,7 @@ void LayoutDialog::OnCommand(WORD i_control_id, WORD i_notification) {
         return;
     const ComPtr<LayoutDialog> self(this);
     const ComPtr<Qorv::IUIX_ObjSink> sink = m_sink;
-    sink->OnItemEvent(item->Id().c_str(), *event);
+    sink->OnItemEvent(item->Id().c_str(), *event, 0);
 }
 
 void LayoutDialog::OnSize() {

@@ -35,6 +35,10 @@ public:
     HRESULT STDMETHODCALLTYPE get_ClientRect(RECT* o_rect) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Window(HWND* o_window) noexcept override;
     HRESULT STDMETHODCALLTYPE put_Title(Qorv::PCStr i_title) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetItem(Qorv::PCStr i_item_id, const IID& i_interface, void** o_item) noexcept override;
+    HRESULT STDMETHODCALLTYPE AddCommandBar(Qorv::PCStr i_item_id, Qorv::PCStr i_beside_item_id,
+                                            const Qorv::UIX_Command* i_commands, ULONG i_count,
+                                            Qorv::IUIX_CommandBar** o_command_bar) noexcept override;
 
 private:
     void MakeScrollable(HWND i_owner);

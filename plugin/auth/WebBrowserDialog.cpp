@@ -142,7 +142,12 @@ HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnSize() noexcept {
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnItemEvent(PCStr, ULONG) noexcept {
+HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnItemEvent(PCStr, ULONG, LONG) noexcept {
+    TRACE_FUNCTION();
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnMessage(UINT, WPARAM, LPARAM) noexcept {
     TRACE_FUNCTION();
     return TRACE_RESULT(S_OK);
 }

@@ -32,7 +32,8 @@ public:
     HRESULT STDMETHODCALLTYPE OnAttach(IUIX_Obj* i_object) noexcept override;
     HRESULT STDMETHODCALLTYPE OnInit() noexcept override;
     HRESULT STDMETHODCALLTYPE OnSize() noexcept override;
-    HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind) noexcept override;
+    HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) noexcept override;
+    HRESULT STDMETHODCALLTYPE OnMessage(UINT i_message, WPARAM i_w_param, LPARAM i_l_param) noexcept override;
     HRESULT STDMETHODCALLTYPE OnDestroy() noexcept override;
 
 private:

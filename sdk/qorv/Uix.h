@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qorv/Base.h"
+#include "qorv/UixControls.h"
 
 // The host's UI service ("UIX"), as far as plug-ins need it: images, modal dialogs built from XML layouts, their items,
 // message boxes. Everything here belongs to the main thread.
@@ -25,28 +26,6 @@ struct IUIX_Image : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_Bitmap(ULONG i_index, IUIX_Bitmap** o_bitmap) = 0;
 };
 
-/// What a plug-in keeps with an item of a control: a number, or a pointer that stays the plug-in's to free.
-using PARAM_T = UINT_PTR;
-
-/// A combo: a closed list of which one item, or none, is selected. Indices are from 0; E_INVALIDARG for one that is not
-/// there.
-struct IUIX_Combo : IUnknown {
-    static constexpr IID Id = {0x5f0c7b64, 0x93de, 0x4c1f, {0xb8, 0x27, 0x3c, 0x6e, 0x14, 0x9a, 0x70, 0xd5}};
-    /// Takes all items out. What they carry is not touched.
-    virtual HRESULT STDMETHODCALLTYPE Clear() = 0;
-    /// Puts an item before the one at the index, or at the end (-1). The hint is shown as the item's tool tip; hint and
-    /// icon may be null, the flags are reserved, 0.
-    virtual HRESULT STDMETHODCALLTYPE InsertItem(LONG i_index, PCStr i_text, PCStr i_hint, IUIX_Image* i_icon,
-                                                 PARAM_T i_param, ULONG i_flags) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG* o_count) = 0;
-    /// -1 while none is selected.
-    virtual HRESULT STDMETHODCALLTYPE get_SelItem(LONG* o_index) = 0;
-    /// -1 selects none. Tells the sink nothing.
-    virtual HRESULT STDMETHODCALLTYPE put_SelItem(LONG i_index) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetItemText(LONG i_index, BSTR* o_text) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetItemParam(LONG i_index, PARAM_T* o_param) = 0;
-};
-
 /// What stands behind the options button of a file dialog: the object that the dialog's caller gives.
 struct IUIX_SettingsBtnCallbacks : IUnknown {
     static constexpr IID Id = {0xd2a86f13, 0x4b5e, 0x4e09, {0x9c, 0x71, 0xe8, 0x05, 0xb3, 0x62, 0x1d, 0xf4}};
@@ -56,9 +35,6 @@ struct IUIX_SettingsBtnCallbacks : IUnknown {
 
 /// How a dialog runs.
 enum UIX_ObjModal : ULONG { UIX_ObjModal_AppModal = 1 };
-
-/// What an item of a dialog reports.
-enum UIX_ItemEventKind : ULONG { UIX_ItemEvent_Click = 1 };
 
 /// The implementation behind a dialog: the plug-in's object that the host tells what happens in it. The host holds a
 /// reference from `CreateObj` until the dialog is destroyed.
@@ -70,8 +46,10 @@ struct IUIX_ObjSink : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE OnInit() = 0;
     /// The client area has another size.
     virtual HRESULT STDMETHODCALLTYPE OnSize() = 0;
-    /// Something happened to an item (`UIX_ItemEventKind`).
-    virtual HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind) = 0;
+    /// Something happened to an item (`UIX_ItemEventKind`, which says what the detail is).
+    virtual HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) = 0;
+    /// A message from WM_APP to 0xBFFF that the plug-in has posted to the dialog's window for itself.
+    virtual HRESULT STDMETHODCALLTYPE OnMessage(UINT i_message, WPARAM i_w_param, LPARAM i_l_param) = 0;
     /// The window is about to be destroyed: whatever hangs in it must let go now.
     virtual HRESULT STDMETHODCALLTYPE OnDestroy() = 0;
 };
@@ -90,6 +68,14 @@ struct IUIX_Obj : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_ClientRect(RECT* o_rect) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Window(HWND* o_window) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Title(PCStr i_title) = 0;
+    /// An item of the layout, by the given interface. E_INVALIDARG when there is no such item, E_NOINTERFACE when it is
+    /// of another kind.
+    virtual HRESULT STDMETHODCALLTYPE GetItem(PCStr i_item_id, const IID& i_interface, void** o_item) = 0;
+    /// Adds a command bar of the given item id. It stands at the right end of the place of another item, which becomes
+    /// so much narrower, and comes behind it in the order of the keyboard.
+    virtual HRESULT STDMETHODCALLTYPE AddCommandBar(PCStr i_item_id, PCStr i_beside_item_id,
+                                                    const UIX_Command* i_commands, ULONG i_count,
+                                                    IUIX_CommandBar** o_command_bar) = 0;
 };
 
 /// What `IUIX_Inst::CreateObj` makes a dialog of.
@@ -142,12 +128,18 @@ struct IUIX_Inst : IUnknown {
     /// A new dialog, which its sink is given (`OnAttach`). `o_object` may be null. Texts that begin with "$$$." are ids
     /// of localized strings. E_INVALIDARG for a layout that cannot be read or has no such dialog.
     virtual HRESULT STDMETHODCALLTYPE CreateObj(const UIX_CreateObjParameters* i_parameters, IUIX_Obj** o_object) = 0;
+    /// One of the host's own images, by its name, as in a layout's picture: "ico.folder", "ico.folder.opened",
+    /// "ico.file", "ico.up", "ico.folder.new", "ico.delete", "ico.refresh". E_INVALIDARG for an unknown name.
+    virtual HRESULT STDMETHODCALLTYPE GetImage(PCStr i_name, IUIX_Image** o_image) = 0;
     /// The monitor sees every message of every modal loop until it is removed. The service holds a reference.
     virtual HRESULT STDMETHODCALLTYPE AddEventLoopMonitor(IUIX_EventLoopMonitor* i_monitor) = 0;
     virtual HRESULT STDMETHODCALLTYPE RemoveEventLoopMonitor(IUIX_EventLoopMonitor* i_monitor) = 0;
     /// Shows a message box. `o_answer` is the index of the button pressed; the last one's when the box is closed
     /// otherwise.
     virtual HRESULT STDMETHODCALLTYPE ShowMsgBox(const UIX_MsgBoxParameters* i_parameters, ULONG* o_answer) = 0;
+    /// Shows a menu and waits for the user's choice: a command's id, or 0 for none. The place is on the screen.
+    virtual HRESULT STDMETHODCALLTYPE ShowMenu(HWND i_owner, POINT i_place, const UIX_Command* i_commands,
+                                               ULONG i_count, LONG* o_command_id) = 0;
 };
 
 } // namespace Qorv

@@ -25,12 +25,13 @@ public:
         events.emplace_back(L"size");
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE OnItemEvent(Qorv::PCStr i_item_id, ULONG i_kind) noexcept override {
+    HRESULT STDMETHODCALLTYPE OnItemEvent(Qorv::PCStr i_item_id, ULONG i_kind, LONG) noexcept override {
         events.emplace_back((i_kind == Qorv::UIX_ItemEvent_Click ? L"click " : L"? ") + std::wstring(i_item_id));
         if (on_click)
             on_click(i_item_id);
         return S_OK;
     }
+    HRESULT STDMETHODCALLTYPE OnMessage(UINT, WPARAM, LPARAM) noexcept override { return S_OK; }
     HRESULT STDMETHODCALLTYPE OnDestroy() noexcept override {
         events.emplace_back(L"destroy");
         if (on_destroy)

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+// The items of the UI service's dialogs: controls of which the layout says kind, id and place. Everything here belongs
+// to the main thread. Rows, columns and indices count from 0; E_INVALIDARG for one that is not there. What the plug-in
+// does to an item reports no event.
+
+namespace Qorv {
+
+struct IUIX_Image;
+
+/// What an item reports to the dialog's sink, and what the event's detail is.
+enum UIX_ItemEventKind : ULONG {
+    UIX_ItemEvent_Click = 1,            ///< A button was pressed. No detail: 0.
+    UIX_ItemEvent_Changed = 2,          ///< The user changed an edit's text, or a combo's selection. 0.
+    UIX_ItemEvent_SelectionChanged = 3, ///< The user changed a list's selection. 0.
+    UIX_ItemEvent_Activated = 4,        ///< Double click on a list's row, or Enter in the list: the row.
+    UIX_ItemEvent_ColumnClicked = 5,    ///< The head of a list's column was clicked: the column.
+    UIX_ItemEvent_RowEdited = 6,        ///< The editing of a row has ended (`IUIX_List::EditRow`): the row.
+    UIX_ItemEvent_ContextMenu = 7,      ///< A list's menu is wanted: its place on the screen, as in WM_CONTEXTMENU.
+    UIX_ItemEvent_Command = 8,          ///< A command of a command bar: its id.
+};
+
+/// Any item. An item of a kind answers `QueryInterface` for this and for the kind's interface. It may be kept after the
+/// dialog is gone: it fails then.
+struct IUIX_Item : IUnknown {
+    static constexpr IID Id = {0x6bb4750d, 0xe508, 0x4fcf, {0xb3, 0xff, 0x80, 0x65, 0x17, 0xed, 0x27, 0x66}};
+    virtual HRESULT STDMETHODCALLTYPE get_Text(BSTR* o_text) = 0;
+    virtual HRESULT STDMETHODCALLTYPE put_Text(PCStr i_text) = 0;
+    virtual HRESULT STDMETHODCALLTYPE put_IsEnabled(VARIANT_BOOL i_is_enabled) = 0;
+    virtual HRESULT STDMETHODCALLTYPE put_IsVisible(VARIANT_BOOL i_is_visible) = 0;
+    /// Whether what the user types goes to the item.
+    virtual HRESULT STDMETHODCALLTYPE get_HasFocus(VARIANT_BOOL* o_has_focus) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetFocus() = 0;
+};
+
+/// An edit box of one line.
+struct IUIX_Edit : IUnknown {
+    static constexpr IID Id = {0xfd19e78c, 0xec88, 0x4a30, {0xac, 0xa2, 0xd1, 0xe5, 0x02, 0xb4, 0x29, 0x93}};
+    /// Selects the characters from the first to before the last position; -1 for the last one means the text's end. The
+    /// caret stands at the last one.
+    virtual HRESULT STDMETHODCALLTYPE SelectText(LONG i_first, LONG i_last) = 0;
+};
+
+/// What a plug-in keeps with an item of a control: a number, or a pointer that stays the plug-in's to free.
+using PARAM_T = UINT_PTR;
+
+/// A combo: a closed list of which one item, or none, is selected. Indices are from 0; E_INVALIDARG for one that is not
+/// there.
+struct IUIX_Combo : IUnknown {
+    static constexpr IID Id = {0x5f0c7b64, 0x93de, 0x4c1f, {0xb8, 0x27, 0x3c, 0x6e, 0x14, 0x9a, 0x70, 0xd5}};
+    /// Takes all items out. What they carry is not touched.
+    virtual HRESULT STDMETHODCALLTYPE Clear() = 0;
+    /// Puts an item before the one at the index, or at the end (-1). The hint is shown as the item's tool tip; hint and
+    /// icon may be null, the flags are reserved, 0.
+    virtual HRESULT STDMETHODCALLTYPE InsertItem(LONG i_index, PCStr i_text, PCStr i_hint, IUIX_Image* i_icon,
+                                                 PARAM_T i_param, ULONG i_flags) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG* o_count) = 0;
+    /// -1 while none is selected.
+    virtual HRESULT STDMETHODCALLTYPE get_SelItem(LONG* o_index) = 0;
+    /// -1 selects none. Tells the sink nothing.
+    virtual HRESULT STDMETHODCALLTYPE put_SelItem(LONG i_index) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetItemText(LONG i_index, BSTR* o_text) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetItemParam(LONG i_index, PARAM_T* o_param) = 0;
+};
+
+/// Where a list takes its rows from, whenever it draws one. No call of the list may be made from inside.
+struct IUIX_ListSource : IUnknown {
+    static constexpr IID Id = {0xddf1be51, 0x449c, 0x4009, {0x81, 0xdc, 0xaf, 0x4d, 0x3e, 0x90, 0x0e, 0x08}};
+    virtual HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) = 0;
+    /// S_OK and null for a row without an image.
+    virtual HRESULT STDMETHODCALLTYPE GetRowImage(LONG i_row, IUIX_Image** o_image) = 0;
+    /// For type-ahead: the first row whose text begins with the given one, case ignored, looked for from the given row
+    /// on to the end and then from the beginning; -1 when there is none.
+    virtual HRESULT STDMETHODCALLTYPE FindRow(PCStr i_text, LONG i_first_row, LONG* o_row) = 0;
+};
+
+/// How the cells of a column stand.
+enum UIX_Alignment : ULONG { UIX_Alignment_Left = 0, UIX_Alignment_Right = 1 };
+
+/// A list of rows in columns, with a head. It keeps no rows: it asks its source for those that it shows, so that their
+/// number costs nothing.
+struct IUIX_List : IUnknown {
+    static constexpr IID Id = {0x84f1a576, 0x3e64, 0x4a1f, {0xae, 0xd6, 0x06, 0x69, 0x34, 0x64, 0x5f, 0x43}};
+    /// The list holds a reference until another source, or null, is put, or its window is destroyed.
+    virtual HRESULT STDMETHODCALLTYPE put_Source(IUIX_ListSource* i_source) = 0;
+    /// Adds a column at the right. The width is in the layout's units.
+    virtual HRESULT STDMETHODCALLTYPE AddColumn(PCStr i_title, LONG i_width, ULONG i_alignment) = 0;
+    /// Marks the column by which the rows are sorted; -1 for none.
+    virtual HRESULT STDMETHODCALLTYPE put_SortMark(LONG i_column, VARIANT_BOOL i_is_descending) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_RowCount(LONG* o_count) = 0;
+    /// The source has other rows from now on: all are asked for anew, none is selected or has the focus.
+    virtual HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) = 0;
+    /// Stands in the list while it has no rows.
+    virtual HRESULT STDMETHODCALLTYPE put_EmptyText(PCStr i_text) = 0;
+    /// Whether several rows can be selected; at first as the layout says. A row that is selected stays so.
+    virtual HRESULT STDMETHODCALLTYPE put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) = 0;
+    /// The first selected row after the given one (-1 to begin); -1 when there is none.
+    virtual HRESULT STDMETHODCALLTYPE GetNextSelected(LONG i_after_row, LONG* o_row) = 0;
+    /// -1 stands for all rows.
+    virtual HRESULT STDMETHODCALLTYPE SelectRow(LONG i_row, VARIANT_BOOL i_is_selected) = 0;
+    /// The row that the keyboard is at; -1 for none.
+    virtual HRESULT STDMETHODCALLTYPE get_FocusedRow(LONG* o_row) = 0;
+    /// Also scrolls the row into view.
+    virtual HRESULT STDMETHODCALLTYPE put_FocusedRow(LONG i_row) = 0;
+    /// Lets the user type another text for the row, in place. Its end is reported (`UIX_ItemEvent_RowEdited`); the row
+    /// itself is the source's to change.
+    virtual HRESULT STDMETHODCALLTYPE EditRow(LONG i_row) = 0;
+    /// What the user typed, to be asked for in the event; S_FALSE and null when the user gave up.
+    virtual HRESULT STDMETHODCALLTYPE get_EditedText(BSTR* o_text) = 0;
+};
+
+/// One command of a command bar or a menu. It is only read during the call.
+struct UIX_Command {
+    LONG id = 0;                            ///< From 1 on; 0 is a separator, which has nothing else.
+    PCStr text = nullptr;                   ///< In a menu; in a command bar the tool tip.
+    IUIX_Image* image = nullptr;            ///< Null for none, in menus.
+    VARIANT_BOOL is_enabled = VARIANT_TRUE; ///< At first.
+};
+
+/// A row of small buttons with pictures.
+struct IUIX_CommandBar : IUnknown {
+    static constexpr IID Id = {0x1e7e9088, 0x13c7, 0x4b78, {0xa1, 0xd5, 0xf9, 0x61, 0x04, 0x17, 0x27, 0x32}};
+    virtual HRESULT STDMETHODCALLTYPE put_IsCommandEnabled(LONG i_command_id, VARIANT_BOOL i_is_enabled) = 0;
+};
+
+} // namespace Qorv
