@@ -1,0 +1,71 @@
+#include "ui/CellText.h"
+
+#include "core/MessageBox.h"
+#include "core/Trace.h"
+
+#include <array>
+
+#include <shlwapi.h>
+
+namespace {
+
+/// A size as the system writes sizes: "1.17 MB".
+std::wstring SizeText(ULONGLONG i_size) {
+    TRACE_FUNCTION();
+    std::array<wchar_t, 64> text{};
+    StrFormatByteSizeW(static_cast<LONGLONG>(i_size), text.data(), static_cast<UINT>(text.size()));
+    return text.data();
+}
+
+/// A file time in the local time of its own date (summer or winter), in the user's short form; empty for 0 and for a
+/// time that no calendar has.
+std::wstring DateText(ULONGLONG i_time) {
+    TRACE_FUNCTION();
+    const FILETIME file_time{static_cast<DWORD>(i_time), static_cast<DWORD>(i_time >> 32)};
+    SYSTEMTIME utc{}, local{};
+    std::array<wchar_t, 128> date{}, time{};
+    const int capacity = static_cast<int>(date.size());
+    if (i_time == 0 || !FileTimeToSystemTime(&file_time, &utc) ||
+        !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) ||
+        GetDateFormatEx(LOCALE_NAME_USER_DEFAULT, DATE_SHORTDATE, &local, nullptr, date.data(), capacity, nullptr) ==
+            0 ||
+        GetTimeFormatEx(LOCALE_NAME_USER_DEFAULT, TIME_NOSECONDS, &local, nullptr, time.data(), capacity) == 0)
+        return {};
+    return std::wstring(date.data()) + L' ' + time.data();
+}
+
+} // namespace
+
+CellText::CellText(Qorv::IQorv_Inst* host_instance)
+    : m_folder(Ui::FormatString(host_instance, L"db.kind.folder"))
+    , m_file(Ui::FormatString(host_instance, L"db.kind.file"))
+    , m_extension_file(Ui::FormatString(host_instance, L"db.kind.extension")) {
+    TRACE_FUNCTION();
+}
+
+std::wstring CellText::Text(const FileRow& i_row, FileColumn i_column) const {
+    TRACE_FUNCTION();
+    switch (i_column) {
+    case FileColumn::name:
+        return i_row.title;
+    case FileColumn::size:
+        return i_row.is_folder ? std::wstring() : SizeText(i_row.size);
+    case FileColumn::kind:
+        return Kind(i_row);
+    case FileColumn::date:
+        return DateText(i_row.modified);
+    }
+    return {};
+}
+
+std::wstring CellText::Kind(const FileRow& i_row) const {
+    TRACE_FUNCTION();
+    if (i_row.is_folder)
+        return m_folder;
+    if (i_row.extension.empty())
+        return m_file;
+    std::wstring text = m_extension_file;
+    if (const std::size_t place = text.find(L"%1"); place != std::wstring::npos)
+        text.replace(place, 2, i_row.extension);
+    return text;
+}

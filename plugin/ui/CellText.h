@@ -1,0 +1,24 @@
+#pragma once
+
+#include "qorv/Host.h"
+#include "ui/FileRow.h"
+
+#include <string>
+
+/// What a person reads in the cells of the file list. Nothing is kept of a row: cells are asked for when they are
+/// drawn.
+class CellText {
+public:
+    /// Fetches the localized texts, once for all cells.
+    explicit CellText(Qorv::IQorv_Inst* host_instance);
+
+    /// Empty where there is nothing to tell: a folder's size, a date that is not known.
+    std::wstring Text(const FileRow& i_row, FileColumn i_column) const;
+
+private:
+    std::wstring Kind(const FileRow& i_row) const;
+
+    std::wstring m_folder;
+    std::wstring m_file;
+    std::wstring m_extension_file; ///< With "%1" in the place of the extension.
+};
