@@ -1,0 +1,58 @@
+#pragma once
+
+#include "ui/FileRow.h"
+#include "ui/NamesFilter.h"
+#include "ui/TypedNames.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// The rows of the file list: a folder's items, those of them that pass the filter, in the order that the user chose.
+/// The "../" row is always the first one, and folders stand before files, whatever the order. Belongs to one thread.
+class FileRows {
+public:
+    /// Reads a folder's items. The names are bound, so that the service is not asked. An item that cannot be read is
+    /// logged and left out. The parent folder may be null: then there is no "../" row. Filter and order stay.
+    void Load(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder);
+
+    /// Lets go of all items. Filter and order stay.
+    void Clear() noexcept;
+
+    /// Shows the folders and, unless only folders are wanted, the files that pass the filter (all without one). The
+    /// filter is kept, and asked when items are loaded: after a change of what it passes, set it again.
+    void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
+
+    /// Kinds are ordered by the extension. Rows that are equal in the column stand by name, ascending in either
+    /// direction.
+    void SortBy(FileColumn i_column, bool i_is_descending);
+
+    // The shown rows, in order. A reference is good until the next call that is not const.
+    std::size_t size() const noexcept { return m_shown.size(); }
+    const FileRow& operator[](std::size_t i_row) const noexcept { return m_rows[m_shown[i_row]]; }
+
+    /// The shown row of a title: the very same one where there is one, else one that differs in case only. Never the
+    /// "../" row.
+    std::optional<std::size_t> FindTitle(std::wstring_view i_title) const;
+
+    /// The first shown row whose title begins with a text, case ignored, from a row on to the end and then from the
+    /// beginning. Never the "../" row. An empty text begins no title.
+    std::optional<std::size_t> FindPrefix(std::wstring_view i_prefix, std::size_t i_first_row) const;
+
+private:
+    using RowIndex = std::uint32_t; ///< Into `m_rows`.
+
+    bool IsShown(const FileRow& i_row) const;
+    void Show();
+    void Order();
+    std::vector<ULONGLONG> SortValues() const;
+
+    std::vector<FileRow> m_rows;   ///< All items, by name: among equal values the lower index comes first.
+    std::vector<RowIndex> m_shown; ///< What is shown, in order: no text moves when order or filter change.
+    std::shared_ptr<NamesFilter> m_filter;
+    bool m_is_folders_only = false;
+    FileColumn m_column = FileColumn::name;
+    bool m_is_descending = false;
+};
