@@ -1,6 +1,7 @@
 #include "commands/Commands.h"
 
 #include "Shell.h"
+#include "commands/DialogOptions.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +16,10 @@ struct Command {
     size_t least;
     size_t most;
     void (*run)(Shell&, const Arguments&);
+    void (*explain)(const Output&) = nullptr; ///< Writes its options, when the usage has no room for them.
 };
+
+constexpr size_t any_number = 1000;
 
 const std::array commands{
     Command{L"info", L"", L"load the plug-in, show what it says of itself, unload it", 0, 0, ShowInfo},
@@ -32,6 +36,10 @@ const std::array commands{
     Command{L"mv", L"LOCATION NEW-LOCATION", L"move a file, to another account too", 2, 2, MoveItem},
     Command{L"rename", L"LOCATION NEW-NAME", L"rename a file or folder", 2, 2, RenameItem},
     Command{L"cp", L"LOCATION NEW-LOCATION", L"copy a file, to another account too", 2, 2, CopyItem},
+    Command{L"open-dialog", L"[OPTIONS] [LOCATION]", L"choose files in the plug-in's dialog", 0, any_number,
+            OpenByDialog, DialogOptions::Explain},
+    Command{L"save-dialog", L"[OPTIONS] [LOCATION]", L"choose where to save in the plug-in's dialog", 0, any_number,
+            SaveByDialog, DialogOptions::Explain},
     Command{L"run", L"FILE", L"run the commands of a file, one a line", 1, 1, RunScript},
     Command{L"help", L"[COMMAND]", L"show this text, or how a command is typed", 0, 1, ShowHelp},
 };
@@ -48,6 +56,14 @@ std::wstring UsageOf(const Command& i_command) {
            std::wstring(i_command.usage);
 }
 
+/// For a command whose arguments cannot be read.
+UsageError WrongUsage(const Command& i_command) {
+    std::wstring text = L"Usage: " + UsageOf(i_command);
+    if (i_command.explain != nullptr)
+        text += L". Try: qorvhost help " + std::wstring(i_command.name);
+    return UsageError(std::move(text));
+}
+
 } // namespace
 
 void RunCommand(Shell& io_shell, const Arguments& i_command) {
@@ -57,12 +73,12 @@ void RunCommand(Shell& io_shell, const Arguments& i_command) {
     const Command& command = Find(is_help ? L"help" : i_command.front());
     const Arguments arguments(i_command.begin() + 1, i_command.end());
     if (arguments.size() < command.least || arguments.size() > command.most)
-        throw UsageError(L"Usage: " + UsageOf(command));
+        throw WrongUsage(command);
     try {
         command.run(io_shell, arguments);
     } catch (const UsageError& error) {
         if (error.Text().empty()) // The command cannot read its arguments.
-            throw UsageError(L"Usage: " + UsageOf(command));
+            throw WrongUsage(command);
         throw;
     }
 }
@@ -73,6 +89,10 @@ void ShowHelp(Shell& io_shell, const Arguments& i_arguments) {
         const Command& command = Find(i_arguments.front());
         out.Line(UsageOf(command));
         out.Line(L"    " + std::wstring(command.summary));
+        if (command.explain != nullptr) {
+            out.Line(L"");
+            command.explain(out);
+        }
         return;
     }
     out.Line(L"Usage: qorvhost [OPTIONS] COMMAND ...\n\nCommands:");

@@ -30,6 +30,8 @@ void RemoveItem(Shell& io_shell, const Arguments& i_arguments);
 void MoveItem(Shell& io_shell, const Arguments& i_arguments);
 void RenameItem(Shell& io_shell, const Arguments& i_arguments);
 void CopyItem(Shell& io_shell, const Arguments& i_arguments);
+void OpenByDialog(Shell& io_shell, const Arguments& i_arguments);
+void SaveByDialog(Shell& io_shell, const Arguments& i_arguments);
 void RunScript(Shell& io_shell, const Arguments& i_arguments);
 void ShowHelp(Shell& io_shell, const Arguments& i_arguments);
 

@@ -3,6 +3,7 @@
 #include "AccountStore.h"
 #include "CommandLine.h"
 #include "Item.h"
+#include "commands/DialogOptions.h"
 #include "services/Failure.h"
 #include "support/TemporaryFolder.h"
 
@@ -41,6 +42,32 @@ TEST(CommandLineTest, SplitsLines) {
          })
         EXPECT_EQ(DevHost::SplitLine(row.line), row.words);
     EXPECT_THROW(DevHost::SplitLine(L"ls \"/a"), DevHost::UsageError);
+}
+
+TEST(DialogOptionsTest, GivesOnlyWhatWasTyped) {
+    const auto nothing = DevHost::DialogOptions::Parse({});
+    EXPECT_TRUE(nothing.items.empty()) << "the plug-in has values of its own for what is missing";
+    EXPECT_EQ(nothing.location, L"/");
+    EXPECT_FALSE(nothing.folder.has_value());
+
+    const auto options = DevHost::DialogOptions::Parse(
+        {L"--several", L"--title", L"--in", L"--in", L"/B", L"/A", L"--flags", L"0x10", L"--filter-index", L"-1"});
+    EXPECT_EQ(options.items.size(), 3u);
+    EXPECT_EQ(std::get<LONG>(options.items.at(L"Flags")), 17);
+    EXPECT_EQ(std::get<LONG>(options.items.at(L"FileFilterIndex")), -1);
+    EXPECT_EQ(std::get<std::wstring>(options.items.at(L"Title")), L"--in");
+    EXPECT_EQ(options.location, L"/A");
+    EXPECT_EQ(options.folder, L"/B");
+    EXPECT_EQ(std::get<LONG>(DevHost::DialogOptions::Parse({L"--flags", L"0xFFFFFFFF"}).items.at(L"Flags")), -1);
+
+    for (const Arguments& wrong : {Arguments{L"--titel", L"x"},
+                                   {L"/A", L"/B"},
+                                   {L"--name"},
+                                   {L"--flags", L""},
+                                   {L"--flags", L"1x"},
+                                   {L"--flags", L"0x1FFFFFFFF"},
+                                   {L"--filter-index", L"first"}})
+        EXPECT_THROW(DevHost::DialogOptions::Parse(wrong), DevHost::UsageError) << wrong.front().c_str();
 }
 
 TEST(AccountStoreTest, KeepsOneDictionaryAnAccountInTheOrderOfSaving) {
