@@ -3,8 +3,11 @@
 #include "services/Failure.h"
 #include "services/LocalFile.h"
 #include "services/Unicode.h"
+#include "uix/KeySteps.h"
+#include "uix/ListSteps.h"
 #include "uix/WindowSteps.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 #include <utility>
@@ -19,15 +22,23 @@ constexpr UINT timer_period_in_ms = 20;
 } // namespace
 
 struct WindowScript::Verb {
+    enum class Takes { Nothing, Text, Words }; ///< Words: one after the other, as if each had a line of its own.
+
     const wchar_t* name;
     bool (*act)(HWND i_window, const std::wstring& i_argument);
-    bool has_argument;
+    Takes takes = Takes::Text;
 };
 
 const WindowScript::Verb WindowScript::verbs[] = {
-    {L"window", WaitForTitle, true}, {L"text", WaitForText, true},    {L"page", WaitForPage, true},
-    {L"fill", FillField, true},      {L"press", PressButton, true},   {L"key", PressKeys, true},
-    {L"close", CloseByBox, false},   {L"picture", TakePicture, true},
+    {L"window", WaitForTitle}, {L"text", WaitForText},
+    {L"gone", WaitUntilGone},  {L"page", WaitForPage},
+    {L"fill", FillField},      {L"press", PressButton},
+    {L"focus", FocusItem},     {L"key", PressKey, Verb::Takes::Words},
+    {L"type", TypeText},       {L"row", ClickRow},
+    {L"add", ClickRowToo},     {L"open", OpenRow},
+    {L"column", ClickColumn},  {L"edit", EditRowText},
+    {L"choose", ChooseItem},   {L"menu", ChooseCommand},
+    {L"picture", TakePicture}, {L"close", CloseByBox, Verb::Takes::Nothing},
 };
 
 WindowScript::WindowScript(const std::filesystem::path& i_file, DWORD i_step_time)
@@ -38,7 +49,7 @@ WindowScript::WindowScript(const std::filesystem::path& i_file, DWORD i_step_tim
         ++number;
         line = OneLine(line);
         if (!line.empty() && line.front() != L'#')
-            m_steps.push_back(ParseStep(line, number));
+            AddSteps(line, number);
     }
     WNDCLASSW window_class{};
     window_class.lpfnWndProc = WindowProcedure;
@@ -53,17 +64,25 @@ WindowScript::WindowScript(const std::filesystem::path& i_file, DWORD i_step_tim
 }
 
 WindowScript::~WindowScript() {
+    ReleaseModifiers();
     DestroyWindow(m_window);
 }
 
-WindowScript::Step WindowScript::ParseStep(const std::wstring& i_line, size_t i_number) {
+void WindowScript::AddSteps(const std::wstring& i_line, size_t i_number) {
     const size_t blank = std::min(i_line.find(L' '), i_line.size());
     const std::wstring name = i_line.substr(0, blank);
     const std::wstring argument = i_line.substr(std::min(blank + 1, i_line.size()));
-    for (const Verb& verb : verbs)
-        if (name == verb.name && argument.empty() != verb.has_argument)
-            return {i_number, i_line, &verb, argument};
-    throw Failure(E_INVALIDARG, L"Line " + std::to_wstring(i_number) + L" of the window script is no step: " + i_line);
+    const auto verb = std::ranges::find(verbs, name, &Verb::name);
+    if (verb == std::end(verbs) || argument.empty() != (verb->takes == Verb::Takes::Nothing))
+        throw Failure(E_INVALIDARG,
+                      L"Line " + std::to_wstring(i_number) + L" of the window script is no step: " + i_line);
+    if (verb->takes != Verb::Takes::Words) {
+        m_steps.push_back({i_number, i_line, verb, argument});
+        return;
+    }
+    std::wistringstream words(argument);
+    for (std::wstring word; words >> word;)
+        m_steps.push_back({i_number, i_line, verb, word});
 }
 
 LRESULT CALLBACK WindowScript::WindowProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
@@ -76,6 +95,7 @@ LRESULT CALLBACK WindowScript::WindowProcedure(HWND i_window, UINT i_message, WP
 
 /// One step at a time; a step that runs a message loop inside is not to be disturbed.
 void WindowScript::OnTimer() {
+    ReleaseModifiers(); // Timers come behind all messages: those of the last step have been handled.
     const HWND window = WindowInUse();
     if (m_has_failed && window != nullptr)
         CloseByBox(window, {});
@@ -105,6 +125,7 @@ void WindowScript::Fail(const std::wstring& i_reason) {
     std::fputs(line.c_str(), stderr);
     m_steps.clear();
     m_has_failed = true;
+    EndMenu();
 }
 
 } // namespace DevHost

@@ -35,7 +35,7 @@ private:
     };
 
     static const Verb verbs[];
-    static Step ParseStep(const std::wstring& i_line, size_t i_number);
+    void AddSteps(const std::wstring& i_line, size_t i_number);
 
     static LRESULT CALLBACK WindowProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
     void OnTimer();

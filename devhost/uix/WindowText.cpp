@@ -9,6 +9,16 @@ std::wstring WindowText(HWND i_window) {
     return text;
 }
 
+std::wstring ReadableCaption(const std::wstring& i_caption) {
+    std::wstring readable;
+    for (size_t index = 0; index < i_caption.size() && i_caption[index] != L'\t'; ++index) {
+        if (i_caption[index] == L'&' && index + 1 < i_caption.size())
+            ++index;
+        readable += i_caption[index];
+    }
+    return readable;
+}
+
 SIZE TextSize(const std::wstring& i_text, HFONT i_font, int i_width, UINT i_flags) {
     const HDC screen = GetDC(nullptr);
     const HGDIOBJ old_font = SelectObject(screen, i_font);
