@@ -59,6 +59,18 @@ std::wstring Reason(const Exception& i_exception) {
     return i_exception.Message() + L" (" + http->ErrorSummary() + L")";
 }
 
+std::wstring TakeThreadReason() noexcept {
+    Qorv::ComPtr<IErrorInfo> info;
+    Qorv::Bstr text;
+    try {
+        if (GetErrorInfo(0, &info) == S_OK && SUCCEEDED(info->GetDescription(&text)))
+            return std::wstring(text.View());
+    } catch (...) {
+        // No memory for the words: the code alone must do.
+    }
+    return {};
+}
+
 void Detail::ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept {
     WriteExit(io_trace, [&] {
         return L"Expression: \"" + std::wstring(i_expression) + L"\" caused returning \"" + HResultText(i_code) + L"\"";

@@ -30,6 +30,10 @@
 /// What a person should know of a failure: its message, and the service's own word for it where there is one.
 std::wstring Reason(const Exception& i_exception);
 
+/// The reason, in words, that the thread's last failed COM method left for callers that gave it no details object;
+/// empty when there is none. It is gone after that.
+std::wstring TakeThreadReason() noexcept;
+
 namespace Detail {
 
 /// The truth of a condition. An HRESULT is none, S_OK being 0: such a check does not compile.

@@ -1,21 +1,6 @@
 #include "ui/FolderLoad.h"
 
 #include "core/Check.h"
-#include "qorv/Values.h"
-
-namespace {
-
-/// What the failed call left for callers that give it no details object.
-std::wstring ThreadErrorText() {
-    TRACE_FUNCTION();
-    Qorv::ComPtr<IErrorInfo> info;
-    Qorv::Bstr text;
-    if (GetErrorInfo(0, &info) != S_OK || FAILED(info->GetDescription(&text)))
-        return {};
-    return std::wstring(text.View());
-}
-
-} // namespace
 
 FolderLoad::FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
                        Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running)
@@ -29,13 +14,8 @@ FolderLoad::FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_fol
 HRESULT FolderLoad::Run() noexcept {
     TRACE_FUNCTION();
     const HRESULT result = Load();
-    if (FAILED(result)) {
-        try {
-            m_failure_reason = ThreadErrorText();
-        } catch (...) {
-            // No memory for the words: the code alone must do.
-        }
-    }
+    if (FAILED(result))
+        m_failure_reason = TakeThreadReason();
     CHECK_HRESULT(result);
     return TRACE_RESULT(S_OK);
 }

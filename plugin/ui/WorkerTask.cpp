@@ -52,6 +52,10 @@ WorkerTask::WorkerTask(std::function<void()> i_work)
     });
 }
 
+bool WorkerTask::IsOver() const noexcept {
+    return !m_future.valid() || WaitForSingleObject(m_ended.get(), 0) == WAIT_OBJECT_0;
+}
+
 void WorkerTask::Wait() noexcept {
     TRACE_FUNCTION();
     if (!m_future.valid())

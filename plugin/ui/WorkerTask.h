@@ -20,6 +20,9 @@ public:
     /// stays in the queue. Returns at once when there is no work.
     void Wait() noexcept;
 
+    /// Whether nothing is left to wait for, but the thread's last moments.
+    bool IsOver() const noexcept;
+
 private:
     std::shared_ptr<void> m_ended; ///< An event; the work has it too.
     std::future<void> m_future;

@@ -1,0 +1,48 @@
+#include "ui/FolderConnection.h"
+
+#include "core/Check.h"
+
+namespace Ui {
+
+FolderConnection::FolderConnection(Qorv::IQorv_Inst* i_host_instance, Qorv::IAFS_FileSys* i_file_system, HWND i_window,
+                                   UINT i_message, Reaper& io_reaper)
+    : m_reaper(io_reaper), m_completion(std::make_shared<Completion>(Completion{i_window, i_message})) {
+    TRACE_FUNCTION();
+    m_navigator = std::make_shared<FoldersNavigator>(
+        i_host_instance, i_file_system, [completion = m_completion](HRESULT i_result) {
+            completion->result = i_result;
+            PostMessageW(completion->window, completion->message, completion->load, 0);
+        });
+}
+
+FolderConnection::~FolderConnection() {
+    TRACE_FUNCTION();
+    m_navigator->Abandon();
+    m_reaper.Take(std::move(m_navigator));
+}
+
+HRESULT FolderConnection::Show(Qorv::IAFS_Name* i_folder_or_file) {
+    TRACE_FUNCTION();
+    ++m_completion->load;
+    CHECK_HRESULT(m_navigator->SetFolder(i_folder_or_file));
+    m_is_loading = m_navigator->IsRunning();
+    return m_is_loading ? TRACE_RESULT(S_OK) : TRACE_RESULT(S_FALSE);
+}
+
+HRESULT FolderConnection::Reload() {
+    TRACE_FUNCTION();
+    ++m_completion->load;
+    CHECK_HRESULT(m_navigator->Refresh());
+    m_is_loading = m_navigator->IsRunning();
+    return TRACE_RESULT(S_OK);
+}
+
+std::optional<HRESULT> FolderConnection::TakeResult(WPARAM i_load) noexcept {
+    TRACE_FUNCTION();
+    if (!m_is_loading || i_load != m_completion->load)
+        return std::nullopt;
+    m_is_loading = false;
+    return m_completion->result;
+}
+
+} // namespace Ui

@@ -1,0 +1,54 @@
+#include "ui/WindowTask.h"
+
+#include "core/Check.h"
+#include "core/ThreadSafeCall.h"
+
+#include <atomic>
+
+namespace Ui {
+
+struct WindowTask::State {
+    std::atomic<bool> is_abandoned = false;
+    HRESULT result = E_UNEXPECTED;
+    std::wstring failure_reason;
+};
+
+WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_message, WPARAM i_serial, Work i_work)
+    : m_state(std::make_shared<State>()) {
+    TRACE_FUNCTION();
+    m_task = WorkerTask([host = Qorv::ComPtr(i_host_instance), state = m_state, i_window, i_message, i_serial,
+                         work = std::move(i_work)]() mutable {
+        state->result = work([&] { return state->is_abandoned.load(); });
+        if (FAILED(state->result))
+            state->failure_reason = TakeThreadReason();
+        work = nullptr; // Nothing of the work is held once it is over.
+        // On the UI thread, where it is abandoned: the window is there as long as it is not.
+        CallThreadSafe(host, [&] {
+            if (!state->is_abandoned)
+                PostMessageW(i_window, i_message, i_serial, 0);
+        });
+    });
+}
+
+WindowTask::~WindowTask() {
+    TRACE_FUNCTION();
+    Abandon();
+    m_task.Wait();
+}
+
+void WindowTask::Abandon() noexcept {
+    TRACE_FUNCTION();
+    m_state->is_abandoned = true;
+}
+
+HRESULT WindowTask::GetResult() const noexcept {
+    TRACE_FUNCTION();
+    return m_state->result;
+}
+
+const std::wstring& WindowTask::GetFailureReason() const noexcept {
+    TRACE_FUNCTION();
+    return m_state->failure_reason;
+}
+
+} // namespace Ui

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "qorv/Host.h"
+#include "ui/WorkerTask.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Ui {
+
+/// A piece of work on a worker thread, at whose end a window is sent for.
+///
+/// Made and asked on the UI thread. It may be destroyed on another one after `Abandon`, so that work that hangs holds
+/// up no window.
+class WindowTask {
+public:
+    /// Whether the work was abandoned: to be asked between its steps.
+    using IsAbandoned = std::function<bool()>;
+    using Work = std::function<HRESULT(const IsAbandoned&)>;
+
+    /// Begins the work, which must not touch windows and must not throw. When it is over, the message is posted to the
+    /// window, with the given first parameter. Throws `std::system_error` when the system has no further thread.
+    WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_message, WPARAM i_serial, Work i_work);
+    /// Abandons the work and waits for its end.
+    ~WindowTask();
+    WindowTask(const WindowTask&) = delete;
+    WindowTask& operator=(const WindowTask&) = delete;
+
+    /// From here on no message is posted.
+    void Abandon() noexcept;
+
+    // To be asked when the message has arrived.
+    HRESULT GetResult() const noexcept;
+    /// Why the work failed, in words for a person; empty when nothing is known but the code.
+    const std::wstring& GetFailureReason() const noexcept;
+
+private:
+    struct State;
+    std::shared_ptr<State> m_state;
+    WorkerTask m_task;
+};
+
+} // namespace Ui
