@@ -6,11 +6,7 @@
 
 #include <algorithm>
 
-namespace {
-
-/// Whether a header carries the text as it is: WinINet converts headers to the machine's code page, and a control
-/// character would end the line.
-bool SurvivesInHeader(const std::wstring& text) {
+bool Dropbox::SurvivesInHeader(std::wstring_view text) {
     TRACE_FUNCTION();
     if (std::ranges::any_of(text, [](wchar_t c) { return c < L' '; }))
         return false;
@@ -25,12 +21,14 @@ bool SurvivesInHeader(const std::wstring& text) {
     return size != 0 && !is_changed;
 }
 
+namespace {
+
 /// The arguments stand in a header unescaped. A path that would arrive as another one is refused: another file would be
 /// read, or overwritten.
 void CheckPath(const std::wstring& path) {
     TRACE_FUNCTION();
     CHECK_THROW(
-        SurvivesInHeader(path),
+        Dropbox::SurvivesInHeader(path),
         HResultException(L"The name cannot be sent to the service from this computer, because it has characters "
                          L"that the computer's language setting lacks: " +
                              path,

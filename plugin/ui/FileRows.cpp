@@ -118,6 +118,11 @@ void FileRows::SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folder
     Show();
 }
 
+void FileRows::Refilter() {
+    TRACE_FUNCTION();
+    Show();
+}
+
 void FileRows::SortBy(FileColumn i_column, bool i_is_descending) {
     TRACE_FUNCTION();
     m_column = i_column;

@@ -1,0 +1,119 @@
+#include "ui/Decision.h"
+
+#include "afs/Location.h"
+#include "afs/Name.h"
+#include "core/Text.h"
+#include "core/Trace.h"
+#include "dropbox/ApiCalls.h"
+#include "ui/FileRows.h"
+
+#include <algorithm>
+
+namespace Ui {
+namespace {
+
+using Kind = Decision::Kind;
+
+constexpr std::size_t longest_name = 255; // UTF-16 units, the service's own limit.
+constexpr wchar_t parent_entry[] = L"..";
+constexpr wchar_t parent_title[] = L"../";
+
+Decision Refuse(const wchar_t* i_message_id, std::wstring i_name = {}) {
+    TRACE_FUNCTION();
+    return {.kind = Kind::refuse, .names = {}, .text = std::move(i_name), .message_id = i_message_id};
+}
+
+TypedName NameOf(const FileRow& i_row) {
+    TRACE_FUNCTION();
+    return {i_row.title, i_row.name, i_row.item};
+}
+
+const FileRow* FolderOfTitle(const FileRows& i_rows, std::wstring_view i_title) {
+    TRACE_FUNCTION();
+    const auto index = i_rows.FindTitle(i_title);
+    return index && i_rows[*index].is_folder && !i_rows[*index].is_parent ? &i_rows[*index] : nullptr;
+}
+
+/// A text that begins like a location, with the prefix written as locations have it; empty for another text.
+std::wstring LocationText(const std::wstring& i_text) {
+    TRACE_FUNCTION();
+    if (i_text.starts_with(L'/'))
+        return i_text;
+    if (!EqualsNoCase(std::wstring_view(i_text).substr(0, location_prefix.size()), location_prefix))
+        return {};
+    return std::wstring(location_prefix) + i_text.substr(location_prefix.size());
+}
+
+/// The name of a file to save: an existing one, or a new one that the service takes.
+Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
+    TRACE_FUNCTION();
+    if (!IsNameForService(i_name.text, true))
+        return Refuse(L"db.msg.badName", i_name.text);
+    const bool is_question = i_name.name != nullptr && i_mode.asks_before_replacing;
+    return {.kind = is_question ? Kind::ask_to_replace : Kind::choose, .names = {i_name}};
+}
+
+} // namespace
+
+Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows) {
+    TRACE_FUNCTION();
+    if (i_text == parent_entry || i_text == parent_title)
+        return {.kind = Kind::go_up};
+    if (std::wstring location = LocationText(i_text); !location.empty())
+        return {.kind = Kind::go_to, .names = {}, .text = std::move(location)};
+    if (const FileRow* const folder = FolderOfTitle(i_rows, i_text))
+        return {.kind = Kind::enter, .names = {NameOf(*folder)}};
+    return {};
+}
+
+Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected) {
+    TRACE_FUNCTION();
+    if (i_selected.empty())
+        return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
+    const FileRow& first = *i_selected.front();
+    if (i_selected.size() == 1 && first.is_parent)
+        return {.kind = Kind::go_up};
+    if (i_selected.size() == 1 && first.is_folder && !i_mode.chooses_folder)
+        return {.kind = Kind::enter, .names = {NameOf(first)}};
+    if (i_selected.size() > 1 && !i_mode.allows_several)
+        return Refuse(i_mode.chooses_folder ? L"db.msg.oneFolder" : L"db.msg.oneFile");
+    if (!i_mode.is_open)
+        return DecideFileToSave(i_mode, NameOf(first));
+
+    Decision decision{.kind = Kind::choose};
+    for (const FileRow* const row : i_selected) {
+        if (row->is_parent || row->is_folder != i_mode.chooses_folder)
+            return Refuse(L"db.msg.notAFile", row->title);
+        decision.names.push_back(NameOf(*row));
+    }
+    return decision;
+}
+
+Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names, const FileRows& i_rows) {
+    TRACE_FUNCTION();
+    if (i_names.empty())
+        return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
+    for (const TypedName& name : i_names) {
+        if (FolderOfTitle(i_rows, name.text) != nullptr)
+            return Refuse(L"db.msg.notAFile", name.text);
+        if (i_mode.is_open && name.name == nullptr)
+            return Refuse(i_mode.chooses_folder ? L"db.msg.folderNotFound" : L"db.msg.fileNotFound", name.text);
+    }
+    if (i_names.size() > 1 && !(i_mode.is_open && i_mode.allows_several))
+        return Refuse(L"db.msg.oneFile");
+    if (!i_mode.is_open)
+        return DecideFileToSave(i_mode, i_names.front());
+    return {.kind = Kind::choose, .names = i_names};
+}
+
+bool IsNameForService(std::wstring_view i_name, bool i_is_file) {
+    TRACE_FUNCTION();
+    const bool is_element = !i_name.empty() && i_name.size() <= longest_name && i_name != L"." && i_name != L".." &&
+                            i_name.find_first_of(L"/\\\"") == std::wstring_view::npos && i_name.back() != L' ';
+    if (!is_element)
+        return false;
+    const std::wstring location = std::wstring(location_prefix).append(L"/").append(i_name);
+    return Name::IsStringValid(location) && (!i_is_file || Dropbox::SurvivesInHeader(i_name));
+}
+
+} // namespace Ui

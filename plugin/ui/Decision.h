@@ -1,0 +1,57 @@
+#pragma once
+
+#include "ui/FileRow.h"
+#include "ui/TypedNames.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the user means by pressing OK, told from what stands in the dialog. No windows, and no calls to the service.
+
+class FileRows;
+
+namespace Ui {
+
+/// What a dialog is for.
+struct DialogMode {
+    bool is_open = true;
+    bool chooses_folder = false; ///< Only folders are listed, and one of them is chosen.
+    bool allows_several = false;
+    bool asks_before_replacing = false;
+};
+
+/// What is to be done.
+struct Decision {
+    enum class Kind {
+        nothing,
+        go_up,
+        enter,          ///< Show the folder of the one name.
+        go_to,          ///< Show the location of the text.
+        choose_shown,   ///< The dialog ends with the shown folder.
+        choose,         ///< The dialog ends with the names; one that has no object yet is a new file.
+        ask_to_replace, ///< The same, when the user agrees to replace the one name.
+        refuse          ///< Tell the user why not.
+    };
+
+    Kind kind = Kind::nothing;
+    std::vector<TypedName> names{};
+    std::wstring text{};                 ///< The location to go to, or the name that is refused.
+    const wchar_t* message_id = nullptr; ///< Of the localized text that refuses; "%1" in it is the name.
+};
+
+/// What a text in the name box means as a way to a folder: nothing when it is a name. A text that begins with "/" or
+/// "dropbox://", "..", or the title of a listed folder is a way.
+Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows);
+
+/// The choice of the rows that are selected; of nothing, when there are none.
+Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected);
+
+/// The choice of names that were typed, as they are after the rules for extensions, matched with what the folder holds.
+Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names, const FileRows& i_rows);
+
+/// Whether the service takes a text as the name of a new file or folder. `i_is_file` also asks for what an upload
+/// needs.
+bool IsNameForService(std::wstring_view i_name, bool i_is_file);
+
+} // namespace Ui

@@ -1,0 +1,71 @@
+#include "ui/FailureText.h"
+
+#include "core/ErrorText.h"
+#include "core/MessageBox.h"
+#include "core/Trace.h"
+
+#include <string_view>
+
+namespace Ui {
+namespace {
+
+constexpr std::wstring_view unauthorized = L"HTTP 401";
+
+struct Kind {
+    std::wstring_view words; ///< Of the reason: a status, or a part of what the service calls the failure.
+    Qorv::PCStr text_id;
+};
+
+constexpr Kind kinds[] = {
+    {unauthorized, L"db.fail.signIn"},
+    {L"HTTP 429", L"db.fail.tooMany"},
+    {L"HTTP 5", L"db.fail.service"},
+    {L"not_found", L"db.fail.notFound"},
+    {L"conflict", L"db.fail.exists"},
+    {L"insufficient_space", L"db.fail.noSpace"},
+    {L"no_write_permission", L"db.fail.notAllowed"},
+    {L"disallowed_name", L"db.fail.badName"},
+    {L"malformed_path", L"db.fail.badName"},
+};
+
+bool IsOfConnection(HRESULT i_code) noexcept {
+    TRACE_FUNCTION();
+    const auto error = static_cast<DWORD>(HRESULT_CODE(i_code));
+    return HRESULT_FACILITY(i_code) == FACILITY_WIN32 && error >= INTERNET_ERROR_BASE && error <= INTERNET_ERROR_LAST;
+}
+
+Qorv::PCStr TextIdOf(const Failure& i_failure) noexcept {
+    TRACE_FUNCTION();
+    for (const Kind& kind : kinds)
+        if (i_failure.reason.find(kind.words) != std::wstring::npos)
+            return kind.text_id;
+    if (IsOfConnection(i_failure.code))
+        return L"db.fail.connection";
+    // What the provider answers for a name that stands for nothing.
+    return i_failure.code == E_INVALIDARG ? L"db.fail.notFound" : nullptr;
+}
+
+std::wstring OneParagraph(std::wstring i_text) {
+    TRACE_FUNCTION();
+    while (!i_text.empty() && i_text.back() <= L' ')
+        i_text.pop_back();
+    return i_text;
+}
+
+} // namespace
+
+bool IsSignInNeeded(const Failure& i_failure) noexcept {
+    TRACE_FUNCTION();
+    return i_failure.reason.find(unauthorized) != std::wstring::npos;
+}
+
+std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_failure) {
+    TRACE_FUNCTION();
+    const std::wstring detail = OneParagraph(i_failure.reason.empty() ? HResultText(i_failure.code) : i_failure.reason);
+    const Qorv::PCStr text_id = TextIdOf(i_failure);
+    if (text_id == nullptr)
+        return detail;
+    return FormatString(i_host_instance, text_id) + L"\n(" + detail + L")";
+}
+
+} // namespace Ui

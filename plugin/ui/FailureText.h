@@ -1,0 +1,21 @@
+#pragma once
+
+#include "qorv/Host.h"
+
+#include <string>
+
+namespace Ui {
+
+/// What a failed call of the provider left: its code, and its reason, which may be empty.
+struct Failure {
+    HRESULT code = E_UNEXPECTED;
+    std::wstring reason;
+};
+
+/// Whether the account's token is refused, so that only a new sign-in helps.
+bool IsSignInNeeded(const Failure& i_failure) noexcept;
+
+/// The failure in words for a person: what is known to them first, then the service's or the system's own words.
+std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_failure);
+
+} // namespace Ui
