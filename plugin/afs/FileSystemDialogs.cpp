@@ -3,28 +3,23 @@
 #include "afs/FileSystem.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
-#include "core/Cab.h"
 #include "core/Check.h"
+#include "core/EventsHandler.h"
 #include "core/Plugin.h"
-#include "core/ResourceIds.h"
+#include "ui/OpenSaveDialog.h"
 
 namespace {
 
-constexpr wchar_t parameters_template[] = L"OpenSaveDialogParametersCabTemplateV1";
-constexpr wchar_t initial_path_name[] = L"InitialPathName";
-
-/// The object that the parameters name as the folder to begin in; null when they name none.
-HRESULT InitialFolderOf(Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* i_cab,
-                        Qorv::ComPtr<IUnknown>& o_initial_folder) {
+/// The flags as the dialog takes them: the caller's, or the kind's own, and the bit by which folders are chosen, which
+/// is no caller's.
+LONG DialogFlags(LONG i_flags, ULONG i_dialog_type) noexcept {
     TRACE_FUNCTION();
-    CHECK_HRESULT(ApplyCabTemplate(i_aux_instance, i_cab, MAKEINTRESOURCE(IDR_OPEN_SAVE_DIALOG_PARAMETERS_CAB_XML),
-                                   parameters_template));
-    const CabDictionary CabNode(i_cab);
-    Qorv::Variant value;
-    CHECK_HRESULT(CabNode[initial_path_name].p->get_v(&value));
-    if (value->vt == VT_UNKNOWN)
-        o_initial_folder = value->punkVal;
-    return TRACE_RESULT(S_OK);
+    using Ui::DialogParameters;
+    if (i_flags == 0)
+        i_flags = i_dialog_type == Qorv::AFS_Dlg_SaveFile ? DialogParameters::AskBeforeReplacing
+                                                          : DialogParameters::SeveralNames;
+    return i_dialog_type == Qorv::AFS_Dlg_SelectFolder ? i_flags | DialogParameters::ChooseFolder
+                                                       : i_flags & ~DialogParameters::ChooseFolder;
 }
 
 } // namespace
@@ -40,7 +35,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::CreateDlgParams(ULONG i_dialog_type,
 }
 
 HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_CabNode* io_dialog_parameters,
-                                              Qorv::IAFS_Name* i_initial_folder, HWND,
+                                              Qorv::IAFS_Name* i_initial_folder, HWND i_parent_window,
                                               Qorv::IAFS_NamesCollection** o_names, LONG* o_user_choise) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
@@ -55,14 +50,27 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
         const auto initial_folder = GetName(i_initial_folder);
         CHECK_RETURN(i_initial_folder == nullptr || initial_folder != nullptr, E_INVALIDARG);
         CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-        Qorv::ComPtr<IUnknown> initial_path_object;
-        CHECK_HRESULT(InitialFolderOf(m_plugin->m_aux_inst, io_dialog_parameters, initial_path_object));
-        const auto parameters_initial_folder = GetName(initial_path_object);
+        Ui::DialogParameters parameters;
+        CHECK_HRESULT(parameters.LoadFromCab(m_plugin->m_aux_inst, io_dialog_parameters));
+        const auto parameters_initial_folder = GetName(parameters.InitialPathName);
         CHECK_RETURN(parameters_initial_folder != nullptr, E_INVALIDARG);
         if (initial_folder != nullptr)
             CHECK_RETURN(initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id ==
                              parameters_initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id,
                          E_INVALIDARG);
-        return TRACE_RESULT(E_NOTIMPL);
+        CHECK_RETURN(m_plugin->m_events_handler != nullptr, E_UNEXPECTED);
+        const auto dialog = m_plugin->m_events_handler->GetDialog();
+        CHECK_RETURN(dialog != nullptr, E_UNEXPECTED);
+
+        const Qorv::ComPtr<Qorv::IAUX_Inst> aux_inst = m_plugin->m_aux_inst; // An unload may come meanwhile.
+        const auto default_folder = initial_folder != nullptr ? initial_folder : parameters_initial_folder;
+        parameters.Flags = DialogFlags(parameters.Flags, i_dialog_type);
+        if (i_dialog_type == Qorv::AFS_Dlg_SaveFile)
+            CHECK_HRESULT(dialog->ShowSaveSinglePlace(o_names, parameters, default_folder, i_parent_window));
+        else
+            CHECK_HRESULT(dialog->ShowOpenSinglePlace(o_names, parameters, default_folder, i_parent_window));
+        *o_user_choise = Qorv::AFS_UserChoice_OK;
+        parameters.SaveToCab(aux_inst, io_dialog_parameters); // The choice stands, whether its filter is kept or not.
+        return TRACE_RESULT(S_OK);
     };
 }

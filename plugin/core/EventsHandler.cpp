@@ -1,7 +1,9 @@
 #include "core/EventsHandler.h"
 
+#include "afs/FileSystem.h"
 #include "core/Check.h"
 #include "core/Plugin.h"
+#include "ui/OpenSaveDialog.h"
 
 namespace {
 
@@ -19,11 +21,14 @@ EventsHandler::~EventsHandler() {
 
 HRESULT EventsHandler::Init() noexcept {
     TRACE_FUNCTION();
-    m_plugin->m_qorv_inst->StringToID(customize_command_bars, VARIANT_TRUE, &m_handled_event);
-    Qorv::ComPtr<Qorv::IQorv_EventServer> event_server;
-    CHECK_HRESULT(m_plugin->m_qorv_inst->get_EventServer(&event_server));
-    CHECK_HRESULT(event_server->RegisterNativeEventHandler(m_handled_event, this, 0));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(nullptr) {
+        m_dialog = std::make_shared<Ui::OpenSaveDialog>(m_plugin, m_plugin->m_qorv_inst, m_plugin->m_file_system);
+        m_plugin->m_qorv_inst->StringToID(customize_command_bars, VARIANT_TRUE, &m_handled_event);
+        Qorv::ComPtr<Qorv::IQorv_EventServer> event_server;
+        CHECK_HRESULT(m_plugin->m_qorv_inst->get_EventServer(&event_server));
+        CHECK_HRESULT(event_server->RegisterNativeEventHandler(m_handled_event, this, 0));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT EventsHandler::Shutdown() noexcept {
@@ -31,6 +36,7 @@ HRESULT EventsHandler::Shutdown() noexcept {
     Qorv::ComPtr<Qorv::IQorv_EventServer> event_server;
     CHECK_HRESULT(m_plugin->m_qorv_inst->get_EventServer(&event_server));
     event_server->UnregisterNativeEventHandler(m_handled_event, this);
+    m_dialog.reset();
     return TRACE_RESULT(S_OK);
 }
 

@@ -3,10 +3,16 @@
 #include "qorv/CoClass.h"
 #include "qorv/Host.h"
 
+#include <memory>
+
 class Plugin;
 
+namespace Ui {
+class OpenSaveDialog;
+}
+
 /// The plug-in's subscriber to the host's events. It answers the one that it subscribes to without doing anything: the
-/// plug-in adds no commands to the host's main view. Main thread only.
+/// plug-in adds no commands to the host's main view. It also holds the plug-in's one dialog object. Main thread only.
 class EventsHandler final : public Qorv::CoClass<EventsHandler, Qorv::IEventHandler> {
 public:
     /// Borrows the plug-in, which owns the handler.
@@ -16,9 +22,13 @@ public:
     HRESULT Init() noexcept;
     HRESULT Shutdown() noexcept;
 
+    /// Empty before `Init` and after `Shutdown`.
+    std::shared_ptr<Ui::OpenSaveDialog> GetDialog() const noexcept { return m_dialog; }
+
     HRESULT STDMETHODCALLTYPE OnEvent(ULONG i_event, IUnknown* i_sender, IUnknown* i_arguments) noexcept override;
 
 private:
     Plugin* m_plugin;
     ULONG m_handled_event = 0;
+    std::shared_ptr<Ui::OpenSaveDialog> m_dialog;
 };

@@ -10,8 +10,10 @@ namespace Ui {
 /// What a caller asks of the Open and Save dialogs. Empty texts and 0 stand for what was not asked.
 struct DialogParameters {
     /// Bits of `Flags`.
-    static constexpr LONG SeveralNames = 1;         ///< Several quoted names may be typed.
-    static constexpr LONG UseDefaultExtension = 16; ///< Typed names get the default extension, not the filter's.
+    static constexpr LONG SeveralNames = 1;          ///< Several quoted names may be typed.
+    static constexpr LONG AskBeforeReplacing = 4;    ///< A question before an existing file is chosen to save to.
+    static constexpr LONG UseDefaultExtension = 16;  ///< Typed names get the default extension, not the filter's.
+    static constexpr LONG ChooseFolder = 0x40000000; ///< The provider's own: folders are chosen.
 
     /// Reads a dictionary of the host, which is given the template of the dialogs' parameters first. An item that holds
     /// something else than its field takes leaves the field empty. Fails only where the template cannot be applied.

@@ -1,0 +1,167 @@
+// The commands of a dialog that change what is in the account, or the account.
+
+#include "core/Check.h"
+#include "qorv/Values.h"
+#include "ui/Dialog.h"
+#include "ui/DialogMessages.h"
+
+namespace Qorv {
+namespace {
+
+/// Lets the user sign in. The folder is the one of the location, if it is the same user's again; else the root.
+HRESULT SignIn(IAFS_FileSys* i_file_system, const std::wstring& i_location, ComPtr<IAFS_Name>& o_folder) {
+    TRACE_FUNCTION();
+    ComPtr<IAFS_AccountData> account;
+    CHECK_HRESULT(i_file_system->CreateAccount(nullptr, nullptr, nullptr, &account));
+    ComPtr<IAFS_Name> root;
+    CHECK_HRESULT(i_file_system->BindToObject(account, nullptr, 0, nullptr, nullptr, &root));
+    if (i_location.empty() || FAILED(i_file_system->StringToName(i_location.c_str(), 0, root, &o_folder)))
+        o_folder = root;
+    return TRACE_RESULT(S_OK);
+}
+
+/// Stops at the first that fails, and when nobody waits for it any more.
+HRESULT DeleteItems(IAFS_FileSys* i_file_system, const std::vector<ComPtr<IAFS_Name>>& i_names,
+                    const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
+    TRACE_FUNCTION();
+    for (const auto& name : i_names) {
+        CHECK_RETURN(!i_is_abandoned(), ErrorCanceled);
+        CHECK_HRESULT(i_file_system->Delete(name, nullptr, nullptr));
+    }
+    return TRACE_RESULT(S_OK);
+}
+
+} // namespace
+
+void Dialog::RunCommand(Ui::DialogCommand i_command) {
+    TRACE_FUNCTION();
+    if (!CanRun(i_command))
+        return;
+    switch (i_command) {
+    case Ui::DialogCommand::up:
+        ShowParent();
+        break;
+    case Ui::DialogCommand::new_folder:
+        NewFolder();
+        break;
+    case Ui::DialogCommand::delete_items:
+        Delete();
+        break;
+    case Ui::DialogCommand::refresh:
+        Reload();
+        break;
+    }
+}
+
+bool Dialog::CanRun(Ui::DialogCommand i_command) const {
+    TRACE_FUNCTION();
+    if (IsBusy() || m_connection == nullptr)
+        return false;
+    switch (i_command) {
+    case Ui::DialogCommand::up:
+        return ParentOfShownFolder() != nullptr;
+    case Ui::DialogCommand::new_folder:
+        return m_shown_folder != nullptr;
+    case Ui::DialogCommand::delete_items:
+        return m_shown_folder != nullptr && m_list->IsItemSelected();
+    case Ui::DialogCommand::refresh:
+        return m_loading_folder != nullptr;
+    }
+    return false;
+}
+
+void Dialog::NewFolder() {
+    TRACE_FUNCTION();
+    std::wstring title = Text(L"db.str.newFolder");
+    for (int number = 2; m_list->GetRows().FindTitle(title); ++number)
+        title = Text(L"db.str.newFolderNumber", {std::to_wstring(number)});
+    m_list->BeginNewFolder(title);
+}
+
+void Dialog::OnNewFolderNamed(LONG) {
+    TRACE_FUNCTION();
+    const auto title = m_list->EndNewFolder();
+    if (!title || title->empty() || !CanRun(Ui::DialogCommand::new_folder))
+        return;
+    if (Ui::IsNameForService(*title, false))
+        CreateFolder(*title);
+    else
+        Ui::TellWhyNot(m_context.host_instance, L"db.msg.badName", *title);
+}
+
+void Dialog::CreateFolder(const std::wstring& i_title) {
+    TRACE_FUNCTION();
+    ComPtr<IAFS_Name> folder;
+    if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_shown_folder, &folder)))
+        return Ui::TellWhyNot(m_context.host_instance, L"db.msg.badName", i_title);
+    const auto create = [file_system = m_context.file_system, folder](const Ui::WindowTask::IsAbandoned&) {
+        return file_system->CreateFolder(folder, nullptr, nullptr);
+    };
+    RunTask(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
+        if (FAILED(i_failure.code))
+            Ui::TellFailure(m_context.host_instance, L"db.msg.createFailed", i_failure);
+        m_arrival.selected_title = i_title;
+        Reload();
+    });
+}
+
+void Dialog::Delete() {
+    TRACE_FUNCTION();
+    std::vector<const FileRow*> rows = m_list->GetSelection();
+    std::erase_if(rows, [](const FileRow* i_row) { return i_row->is_parent; });
+    std::vector<ComPtr<IAFS_Name>> names;
+    for (const FileRow* const row : rows)
+        names.push_back(row->name);
+    if (!Ui::AskToDelete(m_context.host_instance, rows) || m_pObj == nullptr)
+        return;
+    const auto remove = [file_system = m_context.file_system,
+                         names](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
+        return DeleteItems(file_system, names, i_is_abandoned);
+    };
+    RunTask(L"db.msg.deleting", remove, [this](const Ui::Failure& i_failure) {
+        if (FAILED(i_failure.code))
+            Ui::TellFailure(m_context.host_instance, L"db.msg.deleteFailed", i_failure);
+        Reload(); // The names of what is gone must not be used any more.
+    });
+}
+
+void Dialog::ChooseUser() {
+    TRACE_FUNCTION();
+    if (IsBusy())
+        return;
+    Bstr location;
+    if (m_loading_folder != nullptr)
+        m_context.file_system->NameToString(m_loading_folder, 0, nullptr, &location);
+    const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
+    const auto sign_in = [file_system = m_context.file_system, from = std::wstring(location.View()),
+                          folder](const Ui::WindowTask::IsAbandoned&) { return SignIn(file_system, from, *folder); };
+    RunTask(L"db.msg.signingIn", sign_in, [this, folder](const Ui::Failure& i_failure) {
+        if (SUCCEEDED(i_failure.code))
+            Connect(*folder);
+        else if (i_failure.code != ErrorCanceled)
+            Ui::TellFailure(m_context.host_instance, L"db.msg.signInFailed", i_failure);
+    });
+}
+
+/// Runs what reaches the service, and shows meanwhile what that is. `i_done` is called when it is over and the dialog
+/// is still there.
+void Dialog::RunTask(PCStr i_status_id, Ui::WindowTask::Work i_work, std::function<void(const Ui::Failure&)> i_done) {
+    TRACE_FUNCTION();
+    m_task = std::make_shared<Ui::WindowTask>(m_context.host_instance, m_window, Ui::task_done_message, ++m_task_number,
+                                              std::move(i_work));
+    m_task_done = std::move(i_done);
+    m_items.m_path->put_Text(Text(i_status_id).c_str());
+    UpdateItems();
+}
+
+void Dialog::OnTaskDone() {
+    TRACE_FUNCTION();
+    const Ui::Failure failure{m_task->GetResult(), m_task->GetFailureReason()};
+    m_task.reset();
+    const auto done = std::exchange(m_task_done, nullptr);
+    ShowPath(m_loading_folder);
+    UpdateItems();
+    done(failure);
+}
+
+} // namespace Qorv

@@ -1,0 +1,153 @@
+// What the user does with the items of a dialog.
+
+#include "core/Check.h"
+#include "ui/Dialog.h"
+#include "ui/QuotedNames.h"
+
+namespace Qorv {
+
+struct Dialog::ItemEvent {
+    PCStr item_id;
+    ULONG kind;
+    void (Dialog::*handle)(LONG i_detail);
+};
+
+const Dialog::ItemEvent Dialog::item_events[] = {
+    {Ui::ok_button_id, UIX_ItemEvent_Click, &Dialog::OnOk},
+    {Ui::cancel_button_id, UIX_ItemEvent_Click, &Dialog::OnCancel},
+    {Ui::choose_user_button_id, UIX_ItemEvent_Click, &Dialog::OnChooseUser},
+    {Ui::settings_button_id, UIX_ItemEvent_Click, &Dialog::OnSettings},
+    {Ui::files_list_id, UIX_ItemEvent_SelectionChanged, &Dialog::OnSelectionChanged},
+    {Ui::files_list_id, UIX_ItemEvent_Activated, &Dialog::OnRowActivated},
+    {Ui::files_list_id, UIX_ItemEvent_ColumnClicked, &Dialog::OnColumnClicked},
+    {Ui::files_list_id, UIX_ItemEvent_RowEdited, &Dialog::OnNewFolderNamed},
+    {Ui::files_list_id, UIX_ItemEvent_ContextMenu, &Dialog::OnContextMenu},
+    {Ui::filter_combo_id, UIX_ItemEvent_Changed, &Dialog::OnFilterChanged},
+    {Ui::name_edit_id, UIX_ItemEvent_Changed, &Dialog::OnNameChanged},
+    {Ui::command_bar_id, UIX_ItemEvent_Command, &Dialog::OnCommand},
+};
+
+namespace {
+
+/// What the name box shows for the files that are selected: the name, or a quoted list of several.
+std::wstring NamesOf(const std::vector<const FileRow*>& i_rows) {
+    TRACE_FUNCTION();
+    std::wstring names;
+    std::size_t count = 0;
+    for (const FileRow* const row : i_rows) {
+        if (row->is_folder)
+            continue;
+        ++count;
+        names += (count > 1 ? L" \"" : L"\"") + row->title + L"\"";
+    }
+    return count == 1 ? names.substr(1, names.size() - 2) : names;
+}
+
+} // namespace
+
+HRESULT STDMETHODCALLTYPE Dialog::OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(i_item_id != nullptr, E_INVALIDARG);
+        const ComPtr<Dialog> self(this); // What follows may end the dialog.
+        for (const ItemEvent& event : item_events)
+            if (event.kind == i_kind && std::wstring_view(event.item_id) == i_item_id) {
+                (this->*event.handle)(i_detail);
+                break;
+            }
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+void Dialog::OnOk(LONG) {
+    TRACE_FUNCTION();
+    Confirm();
+}
+
+void Dialog::OnCancel(LONG) {
+    TRACE_FUNCTION();
+    m_pObj->EndModal(IDCANCEL, nullptr);
+}
+
+void Dialog::OnChooseUser(LONG) {
+    TRACE_FUNCTION();
+    ChooseUser();
+}
+
+void Dialog::OnSettings(LONG) {
+    TRACE_FUNCTION();
+    if (const auto callbacks = m_parameters->SettingsBtnCallbacks)
+        callbacks->OnSettings(m_window);
+}
+
+void Dialog::OnSelectionChanged(LONG) {
+    TRACE_FUNCTION();
+    const auto selection = m_list->GetSelection();
+    if (!selection.empty())
+        m_is_name_typed = false; // OK means the rows from here on.
+    if (const std::wstring names = NamesOf(selection); !names.empty())
+        m_items.m_name->put_Text(names.c_str());
+    UpdateItems();
+}
+
+/// A double click, or Enter: a single folder is always gone into, even where folders are chosen.
+void Dialog::OnRowActivated(LONG i_row) {
+    TRACE_FUNCTION();
+    if (IsBusy())
+        return;
+    const auto selection = m_list->GetSelection();
+    if (selection.size() > 1)
+        return Carry(Ui::DecideSelection(m_mode, selection));
+    if (const FileRow* const row = m_list->GetRow(i_row)) {
+        Ui::DialogMode mode = m_mode;
+        mode.chooses_folder = false;
+        Carry(Ui::DecideSelection(mode, {row}));
+    }
+}
+
+void Dialog::OnColumnClicked(LONG i_column) {
+    TRACE_FUNCTION();
+    m_list->SortBy(i_column);
+}
+
+void Dialog::OnContextMenu(LONG i_place) {
+    TRACE_FUNCTION();
+    Ui::CommandSet commands(m_context.host_instance, m_context.images);
+    for (const Ui::DialogCommand command : Ui::dialog_commands)
+        commands.Enable(command, CanRun(command));
+    // Signed: a screen may lie to the left of the first one.
+    const POINT place{static_cast<short>(LOWORD(i_place)), static_cast<short>(HIWORD(i_place))};
+    LONG command = 0;
+    if (SUCCEEDED(m_ui->ShowMenu(m_window, place, commands.GetCommands(), commands.GetCount(), &command)))
+        OnCommand(command);
+}
+
+void Dialog::OnCommand(LONG i_command) {
+    TRACE_FUNCTION();
+    RunCommand(static_cast<Ui::DialogCommand>(i_command));
+}
+
+void Dialog::OnNameChanged(LONG) {
+    TRACE_FUNCTION();
+    m_is_name_typed = true;
+}
+
+void Dialog::OnFilterChanged(LONG) {
+    TRACE_FUNCTION();
+    OnFilterComboSelectionChanged();
+}
+
+HRESULT Dialog::OnFilterComboSelectionChanged() {
+    TRACE_FUNCTION();
+    const bool keeps_extension = (m_parameters->Flags & Ui::DialogParameters::UseDefaultExtension) != 0;
+    if (std::wstring name = NameText();
+        m_filter != nullptr && !keeps_extension && !name.empty() && !ParseQuotedNames(name)) {
+        m_filter->AddFilterExtension(name, m_parameters->DefaultExt.View());
+        CHECK_HRESULT(m_items.m_name->put_Text(name.c_str()));
+    }
+    CHECK_HRESULT(m_list->Refresh());
+    UpdateItems();
+    return TRACE_RESULT(S_OK);
+}
+
+} // namespace Qorv

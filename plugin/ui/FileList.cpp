@@ -1,0 +1,234 @@
+#include "ui/FileList.h"
+
+#include "core/Check.h"
+#include "core/MessageBox.h"
+#include "qorv/Values.h"
+
+#include <unordered_set>
+
+namespace Ui {
+namespace {
+
+constexpr LONG no_row = -1;
+
+struct Column {
+    Qorv::PCStr title_id;
+    LONG width; ///< Layout units. Together they leave room for a scroll bar.
+    Qorv::UIX_Alignment alignment;
+};
+
+/// In the order of `FileColumn`.
+constexpr Column columns[] = {
+    {L"db.col.name", 330, Qorv::UIX_Alignment_Left},
+    {L"db.col.size", 80, Qorv::UIX_Alignment_Right},
+    {L"db.col.kind", 100, Qorv::UIX_Alignment_Left},
+    {L"db.col.date", 138, Qorv::UIX_Alignment_Left},
+};
+
+} // namespace
+
+FileList::FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogImages& i_images)
+    : m_host_instance(i_host_instance), m_control(i_control), m_images(i_images), m_cell_text(i_host_instance) {
+    TRACE_FUNCTION();
+}
+
+FileList::~FileList() {
+    TRACE_FUNCTION();
+}
+
+HRESULT FileList::Init() {
+    TRACE_FUNCTION();
+    for (const Column& column : columns)
+        CHECK_HRESULT(m_control->AddColumn(FormatString(m_host_instance, column.title_id).c_str(), column.width,
+                                           column.alignment));
+    CHECK_HRESULT(m_control->put_SortMark(static_cast<LONG>(m_sort_column), VARIANT_FALSE));
+    CHECK_HRESULT(m_control->put_Source(this));
+    return TRACE_RESULT(S_OK);
+}
+
+void FileList::Close() noexcept {
+    TRACE_FUNCTION();
+    m_control->put_Source(nullptr);
+    m_control.Reset();
+    m_rows.Clear();
+    m_rows.SetFilter(nullptr, false);
+}
+
+void FileList::SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only) {
+    TRACE_FUNCTION();
+    m_rows.SetFilter(std::move(i_filter), i_is_folders_only);
+}
+
+HRESULT FileList::Empty(const std::wstring& i_text, bool i_keeps_selection) {
+    TRACE_FUNCTION();
+    m_kept_selection = i_keeps_selection ? RememberSelection() : Selection{};
+    m_new_folder.reset();
+    m_rows.Clear();
+    CHECK_HRESULT(m_control->put_EmptyText(i_text.c_str()));
+    CHECK_HRESULT(m_control->put_RowCount(0));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
+                       const std::wstring& i_empty_text) {
+    TRACE_FUNCTION();
+    m_rows.Load(i_file_system, i_items, i_parent_folder);
+    CHECK_HRESULT(m_control->put_EmptyText(i_empty_text.c_str()));
+    CHECK_HRESULT(ShowRows(std::exchange(m_kept_selection, {})));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::Refresh() {
+    TRACE_FUNCTION();
+    const Selection selection = RememberSelection();
+    m_rows.Refilter();
+    CHECK_HRESULT(ShowRows(selection));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::SortBy(LONG i_column) {
+    TRACE_FUNCTION();
+    const auto column = static_cast<FileColumn>(i_column);
+    m_is_descending = column == m_sort_column && !m_is_descending;
+    m_sort_column = column;
+    const Selection selection = RememberSelection();
+    m_rows.SortBy(m_sort_column, m_is_descending);
+    CHECK_HRESULT(m_control->put_SortMark(i_column, m_is_descending ? VARIANT_TRUE : VARIANT_FALSE));
+    CHECK_HRESULT(ShowRows(selection));
+    return TRACE_RESULT(S_OK);
+}
+
+FileList::Selection FileList::RememberSelection() const {
+    TRACE_FUNCTION();
+    Selection selection;
+    for (const FileRow* const row : GetSelection())
+        selection.titles.push_back(row->title);
+    LONG focused = no_row;
+    m_control->get_FocusedRow(&focused);
+    if (const FileRow* const row = GetRow(focused))
+        selection.focused = row->title;
+    return selection;
+}
+
+/// Lets the control show the rows as they are now, with those selected that were.
+HRESULT FileList::ShowRows(const Selection& i_selection) {
+    TRACE_FUNCTION();
+    m_new_folder.reset();
+    const LONG count = static_cast<LONG>(m_rows.size());
+    CHECK_HRESULT(m_control->put_RowCount(count));
+    const std::unordered_set<std::wstring_view> titles(i_selection.titles.begin(), i_selection.titles.end());
+    LONG focused = count > 0 ? 0 : no_row;
+    for (LONG row = 0; row < count; ++row) {
+        const std::wstring& title = GetRow(row)->title;
+        if (titles.contains(title))
+            CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
+        if (!i_selection.focused.empty() && title == i_selection.focused)
+            focused = row;
+    }
+    if (focused != no_row)
+        CHECK_HRESULT(m_control->put_FocusedRow(focused));
+    return TRACE_RESULT(S_OK);
+}
+
+const FileRow* FileList::GetRow(LONG i_row) const noexcept {
+    TRACE_FUNCTION();
+    const auto index = static_cast<std::size_t>(i_row);
+    return i_row >= 0 && index < m_rows.size() ? &m_rows[index] : nullptr;
+}
+
+std::vector<const FileRow*> FileList::GetSelection() const {
+    TRACE_FUNCTION();
+    std::vector<const FileRow*> selection;
+    for (LONG row = no_row; SUCCEEDED(m_control->GetNextSelected(row, &row)) && row != no_row;)
+        if (const FileRow* const selected = GetRow(row))
+            selection.push_back(selected);
+    return selection;
+}
+
+bool FileList::IsItemSelected() const {
+    TRACE_FUNCTION();
+    LONG row = no_row;
+    while (SUCCEEDED(m_control->GetNextSelected(row, &row)) && row != no_row)
+        if (const FileRow* const selected = GetRow(row); selected != nullptr && !selected->is_parent)
+            return true;
+    return false;
+}
+
+bool FileList::Select(std::wstring_view i_title) {
+    TRACE_FUNCTION();
+    const auto index = m_rows.FindTitle(i_title);
+    if (!index)
+        return false;
+    const LONG row = static_cast<LONG>(*index);
+    return SUCCEEDED(m_control->SelectRow(no_row, VARIANT_FALSE)) &&
+           SUCCEEDED(m_control->SelectRow(row, VARIANT_TRUE)) && SUCCEEDED(m_control->put_FocusedRow(row));
+}
+
+HRESULT FileList::BeginNewFolder(const std::wstring& i_title) {
+    TRACE_FUNCTION();
+    const LONG row = static_cast<LONG>(m_rows.size());
+    CHECK_HRESULT(m_control->put_RowCount(row + 1));
+    m_new_folder = i_title;
+    CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
+    CHECK_HRESULT(m_control->put_FocusedRow(row));
+    CHECK_HRESULT(m_control->EditRow(row));
+    return TRACE_RESULT(S_OK);
+}
+
+std::optional<std::wstring> FileList::EndNewFolder() {
+    TRACE_FUNCTION();
+    if (!std::exchange(m_new_folder, std::nullopt))
+        return std::nullopt;
+    Qorv::Bstr text;
+    const bool is_named = m_control->get_EditedText(&text) == S_OK;
+    ShowRows({});
+    return is_named ? std::optional(std::wstring(text.View())) : std::nullopt;
+}
+
+bool FileList::IsNewFolder(LONG i_row) const noexcept {
+    TRACE_FUNCTION();
+    return m_new_folder && i_row >= 0 && static_cast<std::size_t>(i_row) == m_rows.size();
+}
+
+HRESULT STDMETHODCALLTYPE FileList::GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(o_text != nullptr, E_POINTER);
+        *o_text = nullptr;
+        std::wstring text;
+        if (IsNewFolder(i_row)) {
+            text = i_column == static_cast<LONG>(FileColumn::name) ? *m_new_folder : std::wstring();
+        } else {
+            const FileRow* const row = GetRow(i_row);
+            CHECK_RETURN(row != nullptr, E_INVALIDARG);
+            text = m_cell_text.Text(*row, static_cast<FileColumn>(i_column));
+        }
+        *o_text = Qorv::Bstr(text).Detach();
+        CHECK_RETURN(*o_text, E_OUTOFMEMORY);
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+HRESULT STDMETHODCALLTYPE FileList::GetRowImage(LONG i_row, Qorv::IUIX_Image** o_image) noexcept {
+    TRACE_FUNCTION();
+    CHECK_RETURN(o_image != nullptr, E_POINTER);
+    const FileRow* const row = GetRow(i_row);
+    const bool is_parent = row != nullptr && row->is_parent;
+    const bool is_folder = row == nullptr || row->is_folder;
+    const auto& image = is_parent ? m_images.m_up : is_folder ? m_images.m_folder : m_images.m_file;
+    *o_image = Qorv::ComPtr(image).Detach();
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT STDMETHODCALLTYPE FileList::FindRow(Qorv::PCStr i_text, LONG i_first_row, LONG* o_row) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(i_text != nullptr, E_INVALIDARG);
+        CHECK_RETURN(o_row != nullptr, E_POINTER);
+        const auto found = m_rows.FindPrefix(i_text, static_cast<std::size_t>(std::max(i_first_row, 0L)));
+        *o_row = found ? static_cast<LONG>(*found) : no_row;
+        return TRACE_RESULT(S_OK);
+    };
+}
+
+} // namespace Ui

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+#include "qorv/Host.h"
+#include "ui/CellText.h"
+#include "ui/DialogImages.h"
+#include "ui/FileRows.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Ui {
+
+/// The list of a dialog: shows the rows of a folder in the host's list control, in the order that the user asks for. UI
+/// thread.
+class FileList final : public Qorv::CoClass<FileList, Qorv::IUIX_ListSource> {
+public:
+    /// The images outlive the list.
+    FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogImages& i_images);
+    ~FileList();
+
+    /// Makes the columns, and becomes the control's source.
+    HRESULT Init();
+    /// Lets go of the control, and of what is listed. Nothing of the list may be used after that.
+    void Close() noexcept;
+
+    void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
+
+    /// Takes all rows out; the text stands in the list instead. `i_keeps_selection` has what is selected now selected
+    /// again by the next `Fill`.
+    HRESULT Empty(const std::wstring& i_text, bool i_keeps_selection = false);
+    /// Lists a folder; the text stands in the list of one that holds nothing.
+    HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
+                 const std::wstring& i_empty_text);
+    /// Asks the filter anew. What is selected stays so.
+    HRESULT Refresh();
+    /// Sorts by a column, the other way round when it was that one already. What is selected stays so.
+    HRESULT SortBy(LONG i_column);
+
+    const FileRows& GetRows() const noexcept { return m_rows; }
+    /// Null for a row that is not there.
+    const FileRow* GetRow(LONG i_row) const noexcept;
+    std::vector<const FileRow*> GetSelection() const;
+    /// Whether something else than the "../" row is selected.
+    bool IsItemSelected() const;
+    /// Selects the row of a title alone, and scrolls to it. False when there is none.
+    bool Select(std::wstring_view i_title);
+
+    /// Adds a row for a new folder at the end, and lets the user type its name there.
+    HRESULT BeginNewFolder(const std::wstring& i_title);
+    /// Takes that row away again; what the user typed, no value when there was none or the user gave up.
+    std::optional<std::wstring> EndNewFolder();
+
+    HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetRowImage(LONG i_row, Qorv::IUIX_Image** o_image) noexcept override;
+    HRESULT STDMETHODCALLTYPE FindRow(Qorv::PCStr i_text, LONG i_first_row, LONG* o_row) noexcept override;
+
+private:
+    /// By titles: rows move and go, names are other objects after a reload.
+    struct Selection {
+        std::vector<std::wstring> titles;
+        std::wstring focused;
+    };
+
+    Selection RememberSelection() const;
+    HRESULT ShowRows(const Selection& i_selection);
+    bool IsNewFolder(LONG i_row) const noexcept;
+
+    Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;
+    Qorv::ComPtr<Qorv::IUIX_List> m_control;
+    const DialogImages& m_images;
+    CellText m_cell_text;
+    FileRows m_rows;
+    FileColumn m_sort_column = FileColumn::name;
+    bool m_is_descending = false;
+    Selection m_kept_selection;
+    std::optional<std::wstring> m_new_folder; ///< The text of the row that is being named.
+};
+
+} // namespace Ui
