@@ -65,6 +65,8 @@ std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_fai
     const Qorv::PCStr text_id = TextIdOf(i_failure);
     if (text_id == nullptr)
         return detail;
+    if (i_failure.code == E_INVALIDARG) // The code's own words would only confuse.
+        return FormatString(i_host_instance, text_id);
     return FormatString(i_host_instance, text_id) + L"\n(" + detail + L")";
 }
 

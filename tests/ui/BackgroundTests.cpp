@@ -1,0 +1,153 @@
+// What dialogs do on workers, and how they part from it.
+
+#include "afs/AfsTest.h"
+#include "ui/FailureText.h"
+#include "ui/FolderConnection.h"
+#include "ui/HeldFileSystem.h"
+#include "ui/WindowTask.h"
+
+#include <future>
+
+namespace {
+
+using Qorv::ComPtr;
+
+constexpr DWORD patience = 20'000; // Milliseconds.
+constexpr UINT message_of_test = WM_APP + 7;
+
+/// A window that only gets messages.
+class BackgroundTest : public Tests::AfsTest {
+protected:
+    BackgroundTest() : m_held(Qorv::Create<Tests::HeldFileSystem>(m_file_system)) {
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/a.txt"), "a");
+    }
+    ~BackgroundTest() override {
+        m_reaper.reset();
+        m_held.Reset();
+        DestroyWindow(m_window);
+    }
+
+    std::unique_ptr<Ui::FolderConnection> Connect() {
+        return std::make_unique<Ui::FolderConnection>(m_host, m_held, m_window, message_of_test, *m_reaper);
+    }
+
+    /// The first parameter of the next message to the window, while the UI thread runs; 0 when none comes.
+    WPARAM NextMessage(DWORD i_patience = patience) {
+        MSG message{};
+        for (const ULONGLONG end = GetTickCount64() + i_patience; GetTickCount64() < end; Sleep(1))
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                if (message.hwnd == m_window && message.message == message_of_test)
+                    return message.wParam;
+                DispatchMessageW(&message);
+            }
+        return 0;
+    }
+
+    void WaitForHeldCall() {
+        for (const ULONGLONG end = GetTickCount64() + patience; !m_host->MainThread().HasPendingCalls(); Sleep(1))
+            ASSERT_LT(GetTickCount64(), end) << "no completion";
+    }
+
+    const HWND m_window = CreateWindowW(L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    std::unique_ptr<Ui::Reaper> m_reaper = std::make_unique<Ui::Reaper>();
+    ComPtr<Tests::HeldFileSystem> m_held;
+};
+
+TEST_F(BackgroundTest, ALoadIsToldOfOnce) {
+    const auto connection = Connect();
+    EXPECT_HRESULT(S_OK, connection->Show(m_root));
+    EXPECT_TRUE(connection->IsLoading());
+    const WPARAM load = NextMessage();
+    EXPECT_FALSE(connection->TakeResult(load + 1)) << "another load's";
+    EXPECT_EQ(S_OK, connection->TakeResult(load));
+    EXPECT_FALSE(connection->TakeResult(load)) << "taken already";
+    EXPECT_FALSE(connection->IsLoading());
+    EXPECT_EQ(1U, connection->GetItems().size());
+
+    EXPECT_HRESULT(S_FALSE, connection->Show(NameOf(L""))) << "the same folder";
+    EXPECT_FALSE(connection->IsLoading());
+    EXPECT_HRESULT(S_OK, connection->Show(NameOf(L"/gone")));
+    EXPECT_EQ(E_INVALIDARG, connection->TakeResult(NextMessage()));
+    EXPECT_HRESULT(S_OK, connection->Reload());
+    EXPECT_EQ(E_INVALIDARG, connection->TakeResult(NextMessage()));
+}
+
+TEST_F(BackgroundTest, PartsFromALoadAThousandTimesWithTheCompletionHeld) {
+    m_held->KeepListing(m_root);
+    for (int i = 0; i < 1000 && !HasFatalFailure(); ++i) {
+        const auto connection = Connect();
+        ASSERT_HRESULT_SUCCEEDED(connection->Show(m_root));
+        if (i % 4 != 0)
+            WaitForHeldCall(); // The worker waits for this thread, which lets go of the connection and does not wait.
+    }
+    m_reaper.reset(); // This waits, and serves the workers' calls.
+    EXPECT_EQ(0U, NextMessage(1)) << "a load was told of after its end";
+}
+
+TEST_F(BackgroundTest, AHangingListingHoldsNobodyUp) {
+    std::promise<void> hangs;
+    std::shared_future<void> goes_on(hangs.get_future());
+    m_held->before_next = [goes_on] { goes_on.wait(); };
+    auto connection = Connect();
+    EXPECT_HRESULT(S_OK, connection->Show(m_root));
+    while (Calls("files/list_folder") == 0)
+        Sleep(1);
+    connection.reset(); // Here a wait would never end.
+    hangs.set_value();
+}
+
+TEST_F(BackgroundTest, ATaskIsToldOfWithItsReason) {
+    const auto gone = NameOf(L"/gone");
+    const auto remove = [&](const Ui::WindowTask::IsAbandoned&) {
+        EXPECT_NE(GetCurrentThreadId(), GetWindowThreadProcessId(m_window, nullptr));
+        return m_file_system->CreateFolder(m_root, nullptr, nullptr); // The root cannot be made.
+    };
+    const Ui::WindowTask task(m_host, m_window, message_of_test, 5, remove);
+    EXPECT_EQ(5U, NextMessage());
+    EXPECT_HRESULT(E_FAIL, task.GetResult());
+    EXPECT_NE(std::wstring::npos, task.GetFailureReason().find(L"HTTP 4")) << ToUtf8(task.GetFailureReason());
+}
+
+TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
+    std::promise<bool> noticed;
+    const auto wait = [&](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
+        const ULONGLONG end = GetTickCount64() + patience;
+        while (!i_is_abandoned() && GetTickCount64() < end)
+            Sleep(1);
+        noticed.set_value(i_is_abandoned());
+        return S_OK;
+    };
+    auto task = std::make_shared<Ui::WindowTask>(m_host, m_window, message_of_test, 1, wait);
+    task->Abandon();
+    m_reaper->Take(std::move(task));
+    EXPECT_TRUE(noticed.get_future().get());
+    m_reaper.reset();
+    EXPECT_EQ(0U, NextMessage(1));
+}
+
+TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
+    const auto http = [](const wchar_t* i_text) { return Ui::Failure{E_FAIL, i_text}; };
+    const struct {
+        Ui::Failure failure;
+        const wchar_t* text;
+        bool is_sign_in;
+    } cases[] = {
+        {http(L"HTTP 401: Unauthorized (expired_access_token/)"), L"db.fail.signIn", true},
+        {http(L"HTTP 409: Conflict (path/not_found/..)"), L"db.fail.notFound", false},
+        {http(L"HTTP 409: Conflict (path/conflict/folder/..)"), L"db.fail.exists", false},
+        {http(L"HTTP 429: Too Many Requests (too_many_requests/)"), L"db.fail.tooMany", false},
+        {http(L"HTTP 503: Service Unavailable"), L"db.fail.service", false},
+        {{HRESULT_FROM_WIN32(12007), L"GetLastError 12007: "}, L"db.fail.connection", false},
+        {{E_INVALIDARG, L""}, L"db.fail.notFound", false},
+    };
+    for (const auto& test : cases) {
+        Qorv::Bstr words;
+        ASSERT_HRESULT_SUCCEEDED(m_host->GetLocalStr(test.text, &words)) << ToUtf8(test.text);
+        EXPECT_TRUE(Ui::FailureText(m_host, test.failure).starts_with(words.View()))
+            << ToUtf8(Ui::FailureText(m_host, test.failure));
+        EXPECT_EQ(test.is_sign_in, Ui::IsSignInNeeded(test.failure)) << ToUtf8(test.failure.reason);
+    }
+    EXPECT_EQ(L"odd words", Ui::FailureText(m_host, http(L"odd words\r\n")));
+}
+
+} // namespace

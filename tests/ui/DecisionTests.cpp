@@ -1,0 +1,176 @@
+#include "afs/AfsTest.h"
+#include "ui/Decision.h"
+#include "ui/FileRows.h"
+#include "ui/FolderLoad.h"
+
+#include <atomic>
+
+namespace {
+
+using Kind = Ui::Decision::Kind;
+
+/// A folder of the service as a dialog lists it: "../", the folder "Docs" and two files.
+class DecisionTest : public Tests::AfsTest {
+protected:
+    DecisionTest() {
+        std::filesystem::create_directories(Tests::Service::LocalPath(L"/Here/Docs"));
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/a.pdf"), "a");
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/b.pdf"), "b");
+        const std::atomic<bool> is_running = true;
+        FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
+        EXPECT_HRESULT(S_OK, load.Run());
+        m_items = load.m_items;
+        m_rows.Load(m_file_system, m_items, load.m_parent_folder);
+    }
+
+    std::vector<const FileRow*> Selection(std::initializer_list<std::size_t> i_rows) const {
+        std::vector<const FileRow*> rows;
+        for (const std::size_t row : i_rows)
+            rows.push_back(&m_rows[row]);
+        return rows;
+    }
+
+    Ui::Decision Typed(const Ui::DialogMode& i_mode, std::initializer_list<const wchar_t*> i_texts) const {
+        std::vector<TypedName> names;
+        for (const wchar_t* const text : i_texts)
+            names.push_back({text, nullptr, nullptr});
+        MatchTypedNames(m_file_system, m_items, names);
+        return Ui::DecideTypedNames(i_mode, names, m_rows);
+    }
+
+    static constexpr std::size_t up = 0, docs = 1, a_pdf = 2, b_pdf = 3;
+    FolderItems m_items;
+    FileRows m_rows;
+};
+
+constexpr Ui::DialogMode open_one{};
+constexpr Ui::DialogMode open_several{.allows_several = true};
+constexpr Ui::DialogMode choose_folder{.chooses_folder = true};
+constexpr Ui::DialogMode save{.is_open = false, .asks_before_replacing = true};
+constexpr Ui::DialogMode save_silently{.is_open = false};
+
+std::wstring MessageOf(const Ui::Decision& i_decision) {
+    return i_decision.message_id != nullptr ? i_decision.message_id : L"";
+}
+
+TEST_F(DecisionTest, TakesWaysForWaysAndNamesForNames) {
+    const struct {
+        const wchar_t* text;
+        Kind kind;
+        const wchar_t* location;
+    } cases[] = {
+        {L"", Kind::nothing, L""},
+        {L"..", Kind::go_up, L""},
+        {L"../", Kind::go_up, L""},
+        {L"/", Kind::go_to, L"/"},
+        {L"/Docs/x.pdf", Kind::go_to, L"/Docs/x.pdf"},
+        {L"dropbox://id/Docs", Kind::go_to, L"dropbox://id/Docs"},
+        {L"DropBox://id/Docs", Kind::go_to, L"dropbox://id/Docs"},
+        {L"docs", Kind::enter, L""},
+        {L"a.pdf", Kind::nothing, L""},
+        {L"new", Kind::nothing, L""},
+        {L"...", Kind::nothing, L""},
+        {L"\"Docs\" \"a.pdf\"", Kind::nothing, L""},
+    };
+    for (const auto& test : cases) {
+        const Ui::Decision decision = Ui::DecideWay(test.text, m_rows);
+        EXPECT_EQ(test.kind, decision.kind) << ToUtf8(test.text);
+        EXPECT_EQ(test.location, decision.text) << ToUtf8(test.text);
+    }
+    EXPECT_EQ(m_rows[docs].name, Ui::DecideWay(L"docs", m_rows).names.front().name);
+}
+
+TEST_F(DecisionTest, MakesTheMostOfWhatIsSelected) {
+    const struct {
+        const char* what;
+        Ui::DialogMode mode;
+        std::vector<const FileRow*> selection;
+        Kind kind;
+        std::size_t names;
+        const wchar_t* message;
+    } cases[] = {
+        {"nothing", open_several, {}, Kind::nothing, 0, L""},
+        {"up", open_several, Selection({up}), Kind::go_up, 0, L""},
+        {"a folder", open_several, Selection({docs}), Kind::enter, 1, L""},
+        {"a folder to save in", save, Selection({docs}), Kind::enter, 1, L""},
+        {"a file", open_one, Selection({a_pdf}), Kind::choose, 1, L""},
+        {"files", open_several, Selection({a_pdf, b_pdf}), Kind::choose, 2, L""},
+        {"too many files", open_one, Selection({a_pdf, b_pdf}), Kind::refuse, 0, L"db.msg.oneFile"},
+        {"a folder among files", open_several, Selection({docs, a_pdf}), Kind::refuse, 0, L"db.msg.notAFile"},
+        {"up among files", open_several, Selection({up, a_pdf}), Kind::refuse, 0, L"db.msg.notAFile"},
+        {"a file to replace", save, Selection({a_pdf}), Kind::ask_to_replace, 1, L""},
+        {"a file to replace unasked", save_silently, Selection({a_pdf}), Kind::choose, 1, L""},
+        {"the shown folder", choose_folder, {}, Kind::choose_shown, 0, L""},
+        {"up among folders", choose_folder, Selection({up}), Kind::go_up, 0, L""},
+        {"a folder to choose", choose_folder, Selection({docs}), Kind::choose, 1, L""},
+        {"too many folders", choose_folder, Selection({up, docs}), Kind::refuse, 0, L"db.msg.oneFolder"},
+    };
+    for (const auto& test : cases) {
+        const Ui::Decision decision = Ui::DecideSelection(test.mode, test.selection);
+        EXPECT_EQ(test.kind, decision.kind) << test.what;
+        EXPECT_EQ(test.names, decision.names.size()) << test.what;
+        EXPECT_EQ(test.message, MessageOf(decision)) << test.what;
+    }
+}
+
+TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
+    const struct {
+        const char* what;
+        Ui::DialogMode mode;
+        std::initializer_list<const wchar_t*> texts;
+        Kind kind;
+        const wchar_t* message;
+    } cases[] = {
+        {"nothing", open_several, {}, Kind::nothing, L""},
+        {"nothing, among folders", choose_folder, {}, Kind::choose_shown, L""},
+        {"a file in another case", open_one, {L"A.PDF"}, Kind::choose, L""},
+        {"files", open_several, {L"a.pdf", L"b.pdf"}, Kind::choose, L""},
+        {"a missing file", open_several, {L"a.pdf", L"c.pdf"}, Kind::refuse, L"db.msg.fileNotFound"},
+        {"a folder among files", open_several, {L"a.pdf", L"Docs"}, Kind::refuse, L"db.msg.notAFile"},
+        {"a missing folder", choose_folder, {L"Nowhere"}, Kind::refuse, L"db.msg.folderNotFound"},
+        {"a new file", save, {L"new.pdf"}, Kind::choose, L""},
+        {"an existing file", save, {L"A.pdf"}, Kind::ask_to_replace, L""},
+        {"an existing file, unasked", save_silently, {L"a.pdf"}, Kind::choose, L""},
+        {"files to save", save, {L"x.pdf", L"y.pdf"}, Kind::refuse, L"db.msg.oneFile"},
+        {"a path to save to", save, {L"sub/x.pdf"}, Kind::refuse, L"db.msg.badName"},
+        {"a name that the service does not take", save, {L"what?.pdf"}, Kind::refuse, L"db.msg.badName"},
+    };
+    for (const auto& test : cases) {
+        const Ui::Decision decision = Typed(test.mode, test.texts);
+        EXPECT_EQ(test.kind, decision.kind) << test.what;
+        EXPECT_EQ(test.message, MessageOf(decision)) << test.what;
+    }
+    EXPECT_EQ(nullptr, Typed(save, {L"new.pdf"}).names.front().name) << "not there yet";
+    EXPECT_NE(nullptr, Typed(save, {L"A.pdf"}).names.front().name);
+}
+
+TEST_F(DecisionTest, KnowsTheNamesThatTheServiceTakes) {
+    const std::wstring longest(255, L'n');
+    const struct {
+        std::wstring name;
+        bool is_for_folder, is_for_file;
+    } cases[] = {
+        {L"letter.pdf", true, true},
+        {L"Übersicht é.pdf", true, true},
+        {longest, true, true},
+        {longest + L"n", false, false},
+        {L"", false, false},
+        {L".", false, false},
+        {L"..", false, false},
+        {L"...", true, true},
+        {L"a/b", false, false},
+        {L"a\\b", false, false},
+        {L"a\"b", false, false},
+        {L"a:b", false, false},
+        {L"blank ", false, false},
+        {L" blank", true, true},
+        {L"line\nbreak", false, false},
+        {L"世界.pdf", true, GetACP() == CP_UTF8},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(test.is_for_folder, Ui::IsNameForService(test.name, false)) << ToUtf8(test.name);
+        EXPECT_EQ(test.is_for_file, Ui::IsNameForService(test.name, true)) << ToUtf8(test.name);
+    }
+}
+
+} // namespace
