@@ -26,6 +26,8 @@ int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_len
     // To the platform characters without width are nothing: only an empty text may equal an empty one.
     if (i_text.empty() || other.empty())
         return static_cast<int>(other.empty()) - static_cast<int>(i_text.empty());
+    if (i_text == other)
+        return 0; // Most comparisons end here, and the platform's takes long.
     return CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, i_text.data(), static_cast<int>(i_text.size()),
                           other.data(), static_cast<int>(other.size())) -
            CSTR_EQUAL;
