@@ -63,22 +63,23 @@ void ThrowJsonAssertion(const wchar_t* i_assertion) {
     throw exception;
 }
 
-void JsonDocument::ParseText(const std::wstring& i_text) {
+void JsonDocument::ParseText(std::wstring i_text) {
     TRACE_FUNCTION();
+    m_text = std::make_unique<std::wstring>(std::move(i_text));
+    const std::wstring_view text = *m_text;
     // The library takes any value for a document; the service's documents are objects or arrays.
-    const std::size_t root = i_text.find_first_not_of(white_space);
-    if (root != std::wstring::npos && i_text[root] != L'{' && i_text[root] != L'[') {
+    const std::size_t root = text.find_first_not_of(white_space);
+    if (root != std::wstring_view::npos && text[root] != L'{' && text[root] != L'[') {
         m_error_text = L"Expect either an object or array at root";
         m_error_offset = root;
         return;
     }
-    rapidjson::GenericStringStream<JsonEncoding> stream(i_text.c_str());
-    ParseStream<rapidjson::kParseIterativeFlag>(stream);
+    ParseInsitu<rapidjson::kParseIterativeFlag>(m_text->data());
     if (!GenericDocument::HasParseError())
         return;
     m_error_offset = GetErrorOffset();
-    const std::size_t at = std::min(m_error_offset, i_text.size());
-    m_error_text = ErrorText(GetParseError(), std::wstring_view(i_text).substr(at), at > 0 ? i_text[at - 1] : L'\0');
+    const std::size_t at = std::min(m_error_offset, text.size()); // From here on the text is as it was.
+    m_error_text = ErrorText(GetParseError(), text.substr(at), at > 0 ? text[at - 1] : L'\0');
 }
 
 void ParseJson(JsonDocument& document, Http::Response& response) {

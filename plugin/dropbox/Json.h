@@ -3,6 +3,7 @@
 #include "http/Response.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 namespace Dropbox::Utility {
@@ -29,7 +30,7 @@ using JsonValue = rapidjson::GenericValue<JsonEncoding, rapidjson::MemoryPoolAll
 class JsonDocument : public rapidjson::GenericDocument<JsonEncoding, rapidjson::MemoryPoolAllocator<>> {
 public:
     /// Parses without recursion, so that depth is no danger.
-    void ParseText(const std::wstring& i_text);
+    void ParseText(std::wstring i_text);
 
     bool HasParseError() const noexcept { return m_error_text != nullptr; }
     /// What is wrong, null when nothing is.
@@ -38,6 +39,9 @@ public:
     std::size_t ErrorOffset() const noexcept { return m_error_offset; }
 
 private:
+    /// What was parsed. The values' texts stand in it, not in copies: listings are long. It stays in its place when the
+    /// document is moved.
+    std::unique_ptr<std::wstring> m_text;
     const wchar_t* m_error_text = nullptr;
     std::size_t m_error_offset = 0;
 };
