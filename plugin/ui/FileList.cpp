@@ -9,7 +9,7 @@
 namespace Ui {
 namespace {
 
-constexpr LONG no_row = -1;
+constexpr LONG no_row = -1; // For the selection: all rows.
 
 struct Column {
     Qorv::PCStr title_id;
@@ -117,14 +117,19 @@ HRESULT FileList::ShowRows(const Selection& i_selection) {
     const LONG count = static_cast<LONG>(m_rows.size());
     CHECK_HRESULT(m_control->put_RowCount(count));
     const std::unordered_set<std::wstring_view> titles(i_selection.titles.begin(), i_selection.titles.end());
+    std::vector<LONG> selected;
     LONG focused = count > 0 ? 0 : no_row;
     for (LONG row = 0; row < count; ++row) {
         const std::wstring& title = GetRow(row)->title;
         if (titles.contains(title))
-            CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
+            selected.push_back(row);
         if (!i_selection.focused.empty() && title == i_selection.focused)
             focused = row;
     }
+    if (selected.size() == m_rows.size() && count > 0)
+        selected = {no_row}; // All at once: one by one takes long.
+    for (const LONG row : selected)
+        CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
     if (focused != no_row)
         CHECK_HRESULT(m_control->put_FocusedRow(focused));
     return TRACE_RESULT(S_OK);
