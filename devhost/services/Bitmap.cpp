@@ -5,6 +5,10 @@
 #include <shlwapi.h>
 #include <wincodec.h>
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 namespace DevHost {
 namespace {
 
@@ -32,7 +36,55 @@ ComPtr<IWICBitmapSource> DecodeFirstFrame(IWICImagingFactory* i_factory, const s
     return converter;
 }
 
+/// How much of each source pixel goes into one of the target's, along one axis.
+struct Share {
+    ULONG source;
+    double part;
+};
+
+std::vector<Share> SharesOf(ULONG i_target, ULONG i_target_length, ULONG i_source_length) {
+    const double step = static_cast<double>(i_source_length) / i_target_length;
+    const double begin = i_target * step;
+    const double end = std::min(begin + step, static_cast<double>(i_source_length));
+    std::vector<Share> shares;
+    for (auto source = static_cast<ULONG>(begin); source < end; ++source)
+        shares.push_back({source, (std::min(end, source + 1.0) - std::max(begin, static_cast<double>(source))) / step});
+    return shares;
+}
+
+std::uint32_t Mean(const Bitmap& i_source, const std::vector<Share>& i_columns, const std::vector<Share>& i_rows) {
+    constexpr int channel_bits = 8;
+    constexpr std::uint32_t channel_mask = 0xff;
+    std::array<double, 4> sums{};
+    for (const Share& row : i_rows)
+        for (const Share& column : i_columns) {
+            std::uint32_t pixel = i_source.Pixels()[size_t{row.source} * i_source.Width() + column.source];
+            for (double& sum : sums) {
+                sum += (pixel & channel_mask) * row.part * column.part;
+                pixel >>= channel_bits;
+            }
+        }
+    std::uint32_t mean = 0;
+    for (size_t channel = sums.size(); channel-- > 0;)
+        mean = mean << channel_bits | std::min(static_cast<std::uint32_t>(std::lround(sums[channel])), channel_mask);
+    return mean;
+}
+
 } // namespace
+
+ComPtr<Bitmap> Bitmap::Scaled(ULONG i_width, ULONG i_height) const {
+    std::vector<std::vector<Share>> columns;
+    for (ULONG x = 0; x < i_width; ++x)
+        columns.push_back(SharesOf(x, i_width, m_width));
+    std::vector<std::uint32_t> pixels;
+    pixels.reserve(size_t{i_width} * i_height);
+    for (ULONG y = 0; y < i_height; ++y) {
+        const std::vector<Share> rows = SharesOf(y, i_height, m_height);
+        for (const std::vector<Share>& column : columns)
+            pixels.push_back(Mean(*this, column, rows));
+    }
+    return Qorv::Create<Bitmap>(i_width, i_height, std::move(pixels));
+}
 
 ComPtr<Bitmap> Bitmap::FromPng(const std::string& i_bytes) {
     ComPtr<IWICImagingFactory> factory;

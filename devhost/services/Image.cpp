@@ -27,4 +27,23 @@ HRESULT STDMETHODCALLTYPE Image::get_Bitmap(ULONG i_index, Qorv::IUIX_Bitmap** o
     return S_OK;
 }
 
+Qorv::ComPtr<Bitmap> SquareOf(Qorv::IUIX_Image* i_image, ULONG i_side) {
+    ULONG count = 0;
+    i_image->get_Count(&count);
+    Qorv::ComPtr<Bitmap> best;
+    for (ULONG index = 0; index < count; ++index) {
+        Qorv::ComPtr<Qorv::IUIX_Bitmap> bitmap;
+        i_image->get_Bitmap(index, &bitmap);
+        const auto candidate = Qorv::OwnObject<Bitmap>(bitmap);
+        if (candidate == nullptr)
+            continue;
+        const bool is_better = best == nullptr || (best->Width() < i_side ? candidate->Width() > best->Width()
+                                                                          : candidate->Width() >= i_side &&
+                                                                                candidate->Width() < best->Width());
+        if (is_better)
+            best = candidate;
+    }
+    return best != nullptr ? best->Scaled(i_side, i_side) : nullptr;
+}
+
 } // namespace DevHost

@@ -2,6 +2,7 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
+#include "services/Bitmap.h"
 
 #include <vector>
 
@@ -17,5 +18,9 @@ public:
 private:
     std::vector<Qorv::ComPtr<Qorv::IUIX_Bitmap>> m_bitmaps;
 };
+
+/// An image as a square of so many pixels: of its bitmaps the smallest that is not smaller, or else the largest,
+/// brought to that size. Null for an image without bitmaps of the host's.
+Qorv::ComPtr<Bitmap> SquareOf(Qorv::IUIX_Image* i_image, ULONG i_side);
 
 } // namespace DevHost
