@@ -6,6 +6,7 @@
 #include "services/StreamReader.h"
 #include "uix/LayoutDialog.h"
 #include "uix/MessageDialog.h"
+#include "uix/PopupMenu.h"
 
 namespace DevHost {
 namespace {
@@ -60,7 +61,7 @@ HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParamete
         Layout layout = Layout::Read(i_parameters->layout_data, i_parameters->layout_size, i_parameters->layout_id);
         layout.Localize(m_texts);
         const LayoutDialog::Frame frame{i_parameters->owner, i_parameters->window_style};
-        const auto dialog = Qorv::Create<LayoutDialog>(layout, frame, m_monitors);
+        const auto dialog = Qorv::Create<LayoutDialog>(layout, frame, m_monitors, m_images);
         if (dialog == nullptr)
             return E_OUTOFMEMORY;
         const HRESULT result = dialog->Attach(i_parameters->sink);
@@ -72,12 +73,23 @@ HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParamete
     });
 }
 
-HRESULT STDMETHODCALLTYPE UiService::GetImage(Qorv::PCStr, Qorv::IUIX_Image**) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::GetImage(Qorv::PCStr i_name, Qorv::IUIX_Image** o_image) noexcept {
+    if (o_image == nullptr)
+        return E_POINTER;
+    *o_image = nullptr;
+    if (i_name == nullptr)
+        return E_POINTER;
+    return Answer([&] { *o_image = m_images.Get(i_name).Detach(); });
 }
 
-HRESULT STDMETHODCALLTYPE UiService::ShowMenu(HWND, POINT, const Qorv::UIX_Command*, ULONG, LONG*) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE UiService::ShowMenu(HWND i_owner, POINT i_place, const Qorv::UIX_Command* i_commands,
+                                              ULONG i_count, LONG* o_command_id) noexcept {
+    if (o_command_id == nullptr)
+        return E_POINTER;
+    *o_command_id = 0;
+    if (i_commands == nullptr || i_count == 0 || !IsWindow(i_owner))
+        return E_INVALIDARG;
+    return Answer([&] { *o_command_id = ChooseFromMenu(i_owner, i_place, {i_commands, i_count}); });
 }
 
 HRESULT STDMETHODCALLTYPE UiService::AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept {

@@ -2,6 +2,7 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
+#include "services/HostImages.h"
 #include "services/Localization.h"
 #include "uix/LoopMonitors.h"
 
@@ -31,6 +32,7 @@ public:
 
 private:
     const Localization& m_texts;
+    HostImages m_images;
     std::shared_ptr<LoopMonitors> m_monitors; ///< The dialogs' too, which may outlive the service.
 };
 

@@ -5,13 +5,16 @@
 namespace DevHost {
 
 /// A push button.
-class Button final : public DialogItem {
+class Button final : public Qorv::CoClass<Button, DialogItem> {
 public:
-    Button(const LayoutItem& i_description, const ItemPlace& i_place)
-        : DialogItem(i_description, i_place, L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON) {}
+    void OnCommand(WORD i_notification) override {
+        if (i_notification == BN_CLICKED)
+            Post(Qorv::UIX_ItemEvent_Click);
+    }
 
-    std::optional<Qorv::UIX_ItemEventKind> EventOf(WORD i_notification) const override {
-        return i_notification == BN_CLICKED ? std::optional(Qorv::UIX_ItemEvent_Click) : std::nullopt;
+private:
+    void Make(const LayoutItem& i_description, const ItemPlace& i_place) override {
+        CreateControl(i_description, i_place, {L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON});
     }
 };
 

@@ -1,56 +1,143 @@
 #include "uix/DialogItem.h"
 
-#include "services/Failure.h"
 #include "uix/Button.h"
+#include "uix/Combo.h"
 #include "uix/ControlName.h"
+#include "uix/Edit.h"
 #include "uix/Label.h"
+#include "uix/List.h"
+#include "uix/Picture.h"
+#include "uix/WindowText.h"
+
+#include <commctrl.h>
 
 namespace DevHost {
 namespace {
 
+using Qorv::ComPtr;
+
+constexpr UINT_PTR subclass_id = 1;
+
 template <typename Kind>
-std::unique_ptr<DialogItem> CreateKind(const LayoutItem& i_description, const ItemPlace& i_place) {
-    return std::make_unique<Kind>(i_description, i_place);
+ComPtr<DialogItem> CreateKind() {
+    return Qorv::Create<Kind>();
 }
 
 struct ItemKind {
     const wchar_t* name;
-    std::unique_ptr<DialogItem> (*create)(const LayoutItem&, const ItemPlace&);
+    ComPtr<DialogItem> (*create)();
 };
 
 constexpr ItemKind item_kinds[] = {
-    {L"label", &CreateKind<Label>},
-    {L"button", &CreateKind<Button>},
+    {L"label", &CreateKind<Label>}, {L"button", &CreateKind<Button>}, {L"picture", &CreateKind<Picture>},
+    {L"list", &CreateKind<List>},   {L"combo", &CreateKind<Combo>},   {L"edit", &CreateKind<Edit>},
 };
 
 } // namespace
 
-std::unique_ptr<DialogItem> DialogItem::Create(const LayoutItem& i_description, const ItemPlace& i_place) {
+ComPtr<DialogItem> DialogItem::Create(const LayoutItem& i_description, const ItemPlace& i_place) {
     for (const ItemKind& kind : item_kinds)
-        if (i_description.kind == kind.name)
-            return kind.create(i_description, i_place);
+        if (i_description.kind == kind.name) {
+            auto item = kind.create();
+            if (item == nullptr)
+                throw std::bad_alloc();
+            item->Make(i_description, i_place);
+            return item;
+        }
     throw Failure(E_INVALIDARG, L"The layout has an item of an unknown kind: \"" + i_description.kind + L"\"");
 }
 
-DialogItem::DialogItem(const LayoutItem& i_description, const ItemPlace& i_place, const wchar_t* i_window_class,
-                       DWORD i_style)
-    : m_id(i_description.id)
-    , m_window(CreateWindowExW(0, i_window_class, i_description.text.c_str(), i_style | WS_CHILD | WS_VISIBLE,
-                               static_cast<int>(i_place.rect.left), static_cast<int>(i_place.rect.top),
-                               static_cast<int>(i_place.rect.right - i_place.rect.left),
-                               static_cast<int>(i_place.rect.bottom - i_place.rect.top), i_place.parent,
-                               reinterpret_cast<HMENU>(UINT_PTR{i_place.control_id}), GetModuleHandleW(nullptr),
-                               nullptr)) {
+void DialogItem::CreateControl(const LayoutItem& i_description, const ItemPlace& i_place, const ControlStyle& i_style) {
+    m_id = i_description.id;
+    m_events = i_place.events;
+    m_window =
+        CreateWindowExW(i_style.extended_style, i_style.window_class, i_description.text.c_str(),
+                        i_style.style | WS_CHILD | WS_VISIBLE, static_cast<int>(i_place.rect.left),
+                        static_cast<int>(i_place.rect.top), static_cast<int>(i_place.rect.right - i_place.rect.left),
+                        static_cast<int>(i_place.rect.bottom - i_place.rect.top), i_place.parent,
+                        reinterpret_cast<HMENU>(UINT_PTR{i_place.control_id}), GetModuleHandleW(nullptr), nullptr);
     if (m_window == nullptr)
         throw LastErrorFailure(L"Cannot make a control");
-    SendMessageW(m_window, WM_SETFONT, reinterpret_cast<WPARAM>(i_place.font), FALSE);
+    SetWindowSubclass(m_window, &ControlProcedure, subclass_id, reinterpret_cast<DWORD_PTR>(this));
+    Send(WM_SETFONT, reinterpret_cast<WPARAM>(i_place.font), FALSE);
     SetControlName(m_window, m_id);
 }
 
-std::optional<Qorv::UIX_ItemEventKind> DialogItem::EventOf(WORD /*i_notification*/) const {
-    return std::nullopt;
+/// A control outlives its item only when the dialog could not be made.
+DialogItem::~DialogItem() {
+    if (m_window != nullptr)
+        RemoveWindowSubclass(m_window, &ControlProcedure, subclass_id);
 }
 
-void DialogItem::Draw(const DRAWITEMSTRUCT& /*i_request*/) const {}
+LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
+                                              UINT_PTR /*i_subclass_id*/, DWORD_PTR i_item) {
+    const ComPtr<DialogItem> item(reinterpret_cast<DialogItem*>(i_item));
+    if (i_message != WM_NCDESTROY)
+        return item->OnControlMessage(i_message, i_wparam, i_lparam);
+    RemoveWindowSubclass(i_window, &ControlProcedure, subclass_id);
+    const LRESULT result = DefSubclassProc(i_window, i_message, i_wparam, i_lparam);
+    item->m_window = nullptr;
+    item->m_events = nullptr;
+    item->OnGone();
+    return result;
+}
+
+LRESULT DialogItem::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
+    return DefSubclassProc(m_window, i_message, i_wparam, i_lparam);
+}
+
+void DialogItem::Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail) {
+    if (m_events != nullptr && !m_is_own_change)
+        m_events->Post(*this, i_kind, i_detail);
+}
+
+void DialogItem::ForgetEvents() {
+    if (m_events != nullptr)
+        m_events->Forget(*this);
+}
+
+HRESULT STDMETHODCALLTYPE DialogItem::get_Text(BSTR* o_text) noexcept {
+    if (o_text == nullptr)
+        return E_POINTER;
+    *o_text = nullptr;
+    return WithControl([&] { return AnswerText(WindowText(m_window), o_text); });
+}
+
+HRESULT STDMETHODCALLTYPE DialogItem::put_Text(Qorv::PCStr i_text) noexcept {
+    if (i_text == nullptr)
+        return E_POINTER;
+    return ChangeControl([&] {
+        if (!SetWindowTextW(m_window, i_text))
+            return E_FAIL;
+        InvalidateRect(m_window, nullptr, TRUE);
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE DialogItem::put_IsEnabled(VARIANT_BOOL i_is_enabled) noexcept {
+    return WithControl([&] {
+        // The keyboard must not stay at a control that no longer listens.
+        if (i_is_enabled == VARIANT_FALSE && GetFocus() == m_window)
+            SendMessageW(GetParent(m_window), WM_NEXTDLGCTL, FALSE, FALSE);
+        EnableWindow(m_window, i_is_enabled != VARIANT_FALSE);
+    });
+}
+
+HRESULT STDMETHODCALLTYPE DialogItem::put_IsVisible(VARIANT_BOOL i_is_visible) noexcept {
+    return WithControl([&] { ShowWindow(m_window, i_is_visible != VARIANT_FALSE ? SW_SHOWNA : SW_HIDE); });
+}
+
+HRESULT STDMETHODCALLTYPE DialogItem::get_HasFocus(VARIANT_BOOL* o_has_focus) noexcept {
+    if (o_has_focus == nullptr)
+        return E_POINTER;
+    *o_has_focus = VARIANT_FALSE;
+    return WithControl([&] { *o_has_focus = GetFocus() == m_window ? VARIANT_TRUE : VARIANT_FALSE; });
+}
+
+/// By the dialog, which also moves the mark of the default button.
+HRESULT STDMETHODCALLTYPE DialogItem::SetFocus() noexcept {
+    return WithControl(
+        [&] { SendMessageW(GetParent(m_window), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(m_window), TRUE); });
+}
 
 } // namespace DevHost

@@ -1,47 +1,127 @@
 #pragma once
 
+#include "qorv/CoClass.h"
 #include "qorv/Uix.h"
+#include "services/Failure.h"
+#include "services/HostImages.h"
 #include "uix/Layout.h"
-
-#include <memory>
-#include <optional>
 
 namespace DevHost {
 
-/// Where an item's control goes. Lengths are in pixels of the parent's client area.
-struct ItemPlace {
-    HWND parent = nullptr;
-    RECT rect{};
-    WORD control_id = 0;
-    HFONT font = nullptr; ///< Outlives the item.
+class DialogItem;
+
+/// Whom the items of a dialog tell what the user does.
+class ItemEvents {
+public:
+    /// The dialog's sink hears of it when the current message is over, in the order in which it happened: it may then
+    /// destroy what it likes. An event that is waiting already is not told twice.
+    virtual void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) = 0;
+    /// Forgets the item's events that the sink has not heard of yet.
+    virtual void Forget(const DialogItem& i_item) = 0;
+
+protected:
+    ~ItemEvents() = default;
 };
 
-/// One item of a dialog: a control of the system. Its window goes with its parent's.
-class DialogItem {
-public:
-    /// Makes an item of the kind that the layout says. Throws a `Failure` with E_INVALIDARG for an unknown kind.
-    static std::unique_ptr<DialogItem> Create(const LayoutItem& i_description, const ItemPlace& i_place);
+/// Where an item's control goes, and what it needs there.
+struct ItemPlace {
+    HWND parent = nullptr;
+    RECT rect{}; ///< Pixels of the parent's client area.
+    WORD control_id = 0;
+    HFONT font = nullptr;         ///< Outlives the control.
+    ItemEvents* events = nullptr; ///< Outlives the control.
+    HostImages* images = nullptr; ///< For pictures.
+};
 
-    virtual ~DialogItem() = default;
+/// One item of a dialog: a control of the system, whose window goes with its parent's. The object may live longer; its
+/// methods answer E_UNEXPECTED then. Main thread only.
+///
+/// A kind of item is a co-class of this class and the kind's interface.
+class DialogItem : public Qorv::IUIX_Item {
+public:
+    /// Makes an item of the kind that the layout says. Throws a `Failure` with E_INVALIDARG for an unknown kind or
+    /// image.
+    static Qorv::ComPtr<DialogItem> Create(const LayoutItem& i_description, const ItemPlace& i_place);
+
     DialogItem(const DialogItem&) = delete;
     DialogItem& operator=(const DialogItem&) = delete;
 
-    const std::wstring& Id() const noexcept { return m_id; }
+    const std::wstring& ItemId() const noexcept { return m_id; }
+    /// Null when it is gone.
     HWND Window() const noexcept { return m_window; }
 
-    /// What a notification of the control (the high word of WM_COMMAND) means to the dialog's sink; nothing for most.
-    virtual std::optional<Qorv::UIX_ItemEventKind> EventOf(WORD i_notification) const;
-
+    /// The control's notification by WM_COMMAND.
+    virtual void OnCommand(WORD /*i_notification*/) {}
+    /// The control's notification by WM_NOTIFY, and the answer to it.
+    virtual LRESULT OnNotify(NMHDR& /*io_notification*/) { return 0; }
     /// Paints a control that leaves its painting to its owner.
-    virtual void Draw(const DRAWITEMSTRUCT& i_request) const;
+    virtual void Draw(const DRAWITEMSTRUCT& /*i_request*/) const {}
+
+    HRESULT STDMETHODCALLTYPE get_Text(BSTR* o_text) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_Text(Qorv::PCStr i_text) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_IsEnabled(VARIANT_BOOL i_is_enabled) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_IsVisible(VARIANT_BOOL i_is_visible) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_HasFocus(VARIANT_BOOL* o_has_focus) noexcept override;
+    HRESULT STDMETHODCALLTYPE SetFocus() noexcept override;
 
 protected:
-    /// `i_style` is added to that of every child. Throws a `Failure`.
-    DialogItem(const LayoutItem& i_description, const ItemPlace& i_place, const wchar_t* i_window_class, DWORD i_style);
+    /// The styles of a control, beyond those of every child.
+    struct ControlStyle {
+        const wchar_t* window_class;
+        DWORD style = 0;
+        DWORD extended_style = 0;
+    };
+
+    DialogItem() = default;
+    ~DialogItem();
+
+    /// Makes the control. Not in the constructor: its messages keep the object alive, and there is nobody who does so
+    /// yet. Throws a `Failure`.
+    virtual void Make(const LayoutItem& i_description, const ItemPlace& i_place) = 0;
+
+    /// Throws a `Failure`.
+    void CreateControl(const LayoutItem& i_description, const ItemPlace& i_place, const ControlStyle& i_style);
+
+    /// A message of the control itself. What is not the item's business goes to this one.
+    virtual LRESULT OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
+
+    /// The control is gone: what it was using is to be let go.
+    virtual void OnGone() {}
+
+    /// Reports an event; nothing while `ChangeControl` runs.
+    void Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail = 0);
+    void ForgetEvents();
+
+    /// Runs the body of a method that needs the control.
+    template <typename Body>
+    HRESULT WithControl(Body&& i_body) noexcept {
+        return m_window != nullptr ? Answer(std::forward<Body>(i_body)) : E_UNEXPECTED;
+    }
+
+    /// Runs the body of a method by which the plug-in changes what else the user would: that is no event.
+    template <typename Body>
+    HRESULT ChangeControl(Body&& i_body) noexcept {
+        const bool was_own_change = std::exchange(m_is_own_change, true);
+        const HRESULT result = WithControl(std::forward<Body>(i_body));
+        m_is_own_change = was_own_change;
+        return result;
+    }
+
+    LRESULT Send(UINT i_message, WPARAM i_wparam = 0, LPARAM i_lparam = 0) const {
+        return SendMessageW(m_window, i_message, i_wparam, i_lparam);
+    }
+    LRESULT SendPointer(UINT i_message, WPARAM i_wparam, const void* i_pointer) const {
+        return Send(i_message, i_wparam, reinterpret_cast<LPARAM>(i_pointer));
+    }
 
 private:
+    static LRESULT CALLBACK ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
+                                             UINT_PTR i_subclass_id, DWORD_PTR i_item);
+
     std::wstring m_id;
-    HWND m_window;
+    HWND m_window = nullptr;
+    ItemEvents* m_events = nullptr;
+    bool m_is_own_change = false;
 };
 
 } // namespace DevHost

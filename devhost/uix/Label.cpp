@@ -19,9 +19,10 @@ UINT LookOf(DWORD i_flags) {
 
 } // namespace
 
-Label::Label(const LayoutItem& i_description, const ItemPlace& i_place)
-    : DialogItem(i_description, i_place, L"STATIC", SS_OWNERDRAW)
-    , m_draw_text_flags(LookOf(i_description.draw_text_flags)) {}
+void Label::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
+    m_draw_text_flags = LookOf(i_description.draw_text_flags);
+    CreateControl(i_description, i_place, {L"STATIC", SS_OWNERDRAW});
+}
 
 void Label::Draw(const DRAWITEMSTRUCT& i_request) const {
     const std::wstring text = WindowText(Window());

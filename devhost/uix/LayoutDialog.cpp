@@ -1,14 +1,21 @@
 #include "uix/LayoutDialog.h"
 
 #include "services/Failure.h"
+#include "uix/CommandBar.h"
 #include "uix/WindowPlace.h"
+
+#include <algorithm>
+#include <span>
 
 namespace DevHost {
 namespace {
 
 using Qorv::ComPtr;
 
-constexpr WORD first_control_id = 100; // Beyond IDOK, IDCANCEL and the system's other ones.
+constexpr WORD first_control_id = 100;               // Beyond IDOK, IDCANCEL and the system's other ones.
+constexpr UINT item_event_message = WM_USER + 0x100; // Beyond the system's own to dialogs.
+constexpr UINT last_message_for_sink = 0xBFFF;       // From WM_APP on.
+constexpr int item_gap = 6;                          // Layout units.
 
 SIZE ContentSize(const Layout& i_layout, const Scale& i_scale) {
     return {i_scale.Pixels(i_layout.width), i_scale.Pixels(i_layout.height)};
@@ -28,7 +35,8 @@ DWORD ExtendedStyleOf(const Layout& i_layout) {
 
 } // namespace
 
-LayoutDialog::LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::shared_ptr<LoopMonitors> i_monitors)
+LayoutDialog::LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::shared_ptr<LoopMonitors> i_monitors,
+                           HostImages& io_images)
     : DialogWindow(i_frame.owner, StyleOf(i_layout, i_frame.style), ExtendedStyleOf(i_layout), i_layout.title,
                    ContentSize(i_layout, Scale::OfScreen()))
     , m_scale(Scale::OfScreen())
@@ -37,7 +45,7 @@ LayoutDialog::LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::sh
     , m_font(m_scale.MakeFont(i_layout.font_name, i_layout.font_points))
     , m_scroller(Window())
     , m_monitors(std::move(i_monitors)) {
-    CreateItems(i_layout);
+    CreateItems(i_layout, io_images);
     if (i_layout.is_scrollable && !m_items.empty())
         MakeScrollable(i_frame.owner);
 }
@@ -62,22 +70,32 @@ void LayoutDialog::MakeScrollable(HWND i_owner) {
     m_scroller.SetContent(m_content);
 }
 
-void LayoutDialog::CreateItems(const Layout& i_layout) {
-    auto control_id = first_control_id;
+void LayoutDialog::CreateItems(const Layout& i_layout, HostImages& io_images) {
     for (const LayoutItem& description : i_layout.items) {
         RECT place = description.place;
         if (description.is_fixed)
             OffsetRect(&place, 0, i_layout.height - i_layout.fixed_height);
-        m_items.push_back(DialogItem::Create(description, {Window(), m_scale.Pixels(place), control_id, m_font.get()}));
+        ItemPlace item_place = PlaceAt(m_scale.Pixels(place));
+        item_place.images = &io_images;
+        m_items.push_back(DialogItem::Create(description, item_place));
         if (description.id == i_layout.default_item)
-            SendMessageW(Window(), DM_SETDEFID, control_id, 0);
-        ++control_id;
+            SendMessageW(Window(), DM_SETDEFID, item_place.control_id, 0);
     }
 }
 
-DialogItem* LayoutDialog::ItemOf(WORD i_control_id) const noexcept {
-    const size_t index = size_t{i_control_id} - first_control_id;
-    return index < m_items.size() ? m_items[index].get() : nullptr;
+/// For the next item.
+ItemPlace LayoutDialog::PlaceAt(const RECT& i_rect) noexcept {
+    return {Window(), i_rect, static_cast<WORD>(first_control_id + m_items.size()), m_font.get(), this};
+}
+
+ComPtr<DialogItem> LayoutDialog::ItemOf(UINT_PTR i_control_id) const noexcept {
+    const size_t index = i_control_id - first_control_id;
+    return index < m_items.size() ? m_items[index] : nullptr;
+}
+
+ComPtr<DialogItem> LayoutDialog::ItemNamed(Qorv::PCStr i_id) const {
+    const auto found = std::ranges::find_if(m_items, [&](const auto& i_item) { return i_item->ItemId() == i_id; });
+    return found != m_items.end() ? *found : nullptr;
 }
 
 HRESULT LayoutDialog::Attach(Qorv::IUIX_ObjSink* i_sink) {
@@ -91,6 +109,7 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::DoModal(ULONG i_mode, LONG* io_result) n
     if (i_mode != Qorv::UIX_ObjModal_AppModal)
         return E_INVALIDARG;
     const ComPtr<LayoutDialog> self(this); // An event may let go of the last reference.
+    m_events.clear();
     return Answer([&] { return RunModal(*m_monitors, *io_result); });
 }
 
@@ -126,30 +145,93 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::put_Title(Qorv::PCStr i_title) noexcept 
     return SetWindowTextW(Window(), i_title) ? S_OK : E_UNEXPECTED;
 }
 
-HRESULT STDMETHODCALLTYPE LayoutDialog::GetItem(Qorv::PCStr, const IID&, void**) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE LayoutDialog::GetItem(Qorv::PCStr i_item_id, const IID& i_interface, void** o_item) noexcept {
+    if (i_item_id == nullptr || o_item == nullptr)
+        return E_POINTER;
+    *o_item = nullptr;
+    const ComPtr<DialogItem> item = ItemNamed(i_item_id);
+    return item != nullptr ? item->QueryInterface(i_interface, o_item) : E_INVALIDARG;
 }
 
-HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr, Qorv::PCStr, const Qorv::UIX_Command*, ULONG,
-                                                      Qorv::IUIX_CommandBar**) noexcept {
-    return E_NOTIMPL;
+HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr i_item_id, Qorv::PCStr i_beside_item_id,
+                                                      const Qorv::UIX_Command* i_commands, ULONG i_count,
+                                                      Qorv::IUIX_CommandBar** o_command_bar) noexcept {
+    if (o_command_bar != nullptr)
+        *o_command_bar = nullptr;
+    if (i_item_id == nullptr || i_beside_item_id == nullptr || (i_commands == nullptr && i_count != 0))
+        return E_POINTER;
+    if (Window() == nullptr)
+        return E_UNEXPECTED;
+    return Answer([&] {
+        const ComPtr<DialogItem> beside = ItemNamed(i_beside_item_id);
+        if (beside == nullptr || ItemNamed(i_item_id) != nullptr)
+            return E_INVALIDARG;
+        const auto bar = Qorv::Create<CommandBar>(std::span(i_commands, i_count));
+        if (bar == nullptr)
+            return E_OUTOFMEMORY;
+        LayoutItem description;
+        description.id = i_item_id;
+        bar->Make(description, PlaceAt(TakeRightEnd(*beside, bar->Size())));
+        m_items.emplace_back(bar);
+        SetWindowPos(bar->Window(), beside->Window(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        if (o_command_bar != nullptr)
+            *o_command_bar = ComPtr<CommandBar>(bar).Detach();
+        return S_OK;
+    });
 }
 
+/// Makes an item so much narrower that something of the given size has room beside it, and answers with the place: at
+/// the item's right end, in the middle of its height.
+RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
+    RECT place;
+    GetWindowRect(i_item.Window(), &place);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+    const LONG top = (place.top + place.bottom - i_size.cy) / 2;
+    const RECT end{place.right - i_size.cx, top, place.right, top + i_size.cy};
+    const LONG width = end.left - m_scale.Pixels(item_gap) - place.left;
+    SetWindowPos(i_item.Window(), nullptr, 0, 0, static_cast<int>(std::max(width, LONG{0})),
+                 static_cast<int>(place.bottom - place.top), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return end;
+}
+
+/// The first item takes the keyboard, unless the sink has chosen another one.
 HRESULT LayoutDialog::OnInit() {
     const HRESULT result = m_sink != nullptr ? m_sink->OnInit() : E_UNEXPECTED;
-    if (SUCCEEDED(result) && m_is_foreground)
+    if (FAILED(result) || Window() == nullptr)
+        return result;
+    if (!IsChild(Window(), GetFocus()))
+        if (const HWND first = GetNextDlgTabItem(Window(), nullptr, FALSE))
+            SendMessageW(Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
+    if (m_is_foreground)
         SetForegroundWindow(Window());
     return result;
 }
 
-void LayoutDialog::OnCommand(WORD i_control_id, WORD i_notification) {
-    const DialogItem* const item = ItemOf(i_control_id);
-    const auto event = item != nullptr ? item->EventOf(i_notification) : std::nullopt;
-    if (!event || m_sink == nullptr)
+void LayoutDialog::Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) {
+    const ItemEvent event{&io_item, i_kind, i_detail};
+    if (std::ranges::find(m_events, event) != m_events.end())
         return;
+    m_events.push_back(event);
+    PostMessageW(Window(), item_event_message, 0, 0);
+}
+
+void LayoutDialog::Forget(const DialogItem& i_item) {
+    std::erase_if(m_events, [&](const ItemEvent& i_event) { return i_event.item == &i_item; });
+}
+
+void LayoutDialog::TellFirstEvent() {
+    if (m_events.empty() || m_sink == nullptr)
+        return;
+    const ItemEvent event = std::move(m_events.front());
+    m_events.pop_front();
     const ComPtr<LayoutDialog> self(this);
     const ComPtr<Qorv::IUIX_ObjSink> sink = m_sink;
-    sink->OnItemEvent(item->Id().c_str(), *event, 0);
+    sink->OnItemEvent(event.item->ItemId().c_str(), event.kind, event.detail);
+}
+
+void LayoutDialog::OnCommand(WORD i_control_id, WORD i_notification) {
+    if (const ComPtr<DialogItem> item = ItemOf(i_control_id))
+        item->OnCommand(i_notification);
 }
 
 void LayoutDialog::OnSize() {
@@ -163,15 +245,33 @@ void LayoutDialog::OnDestroy() {
     const ComPtr<Qorv::IUIX_ObjSink> sink = std::move(m_sink);
     if (sink == nullptr)
         return;
+    m_events.clear();
     sink->OnDestroy();
     sink->OnAttach(nullptr);
 }
 
 std::optional<LRESULT> LayoutDialog::OnMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
-    if (i_message == WM_DRAWITEM) {
-        if (const DialogItem* const item = ItemOf(LOWORD(i_wparam)))
+    switch (i_message) {
+    case WM_DRAWITEM:
+        if (const ComPtr<DialogItem> item = ItemOf(i_wparam))
             item->Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(i_lparam));
         return TRUE;
+    case WM_NOTIFY: {
+        auto* const notification = reinterpret_cast<NMHDR*>(i_lparam);
+        const ComPtr<DialogItem> item = ItemOf(notification->idFrom);
+        return item != nullptr && item->Window() == notification->hwndFrom ? item->OnNotify(*notification) : 0;
+    }
+    case item_event_message:
+        TellFirstEvent();
+        return 0;
+    default:
+        break;
+    }
+    if (i_message >= WM_APP && i_message <= last_message_for_sink) {
+        const ComPtr<LayoutDialog> self(this);
+        if (const ComPtr<Qorv::IUIX_ObjSink> sink = m_sink)
+            sink->OnMessage(i_message, i_wparam, i_lparam);
+        return 0;
     }
     if (m_scroller.Handle(i_message, i_wparam))
         return 0;

@@ -7,6 +7,7 @@
 #include "uix/Scale.h"
 #include "uix/Scroller.h"
 
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -15,7 +16,9 @@ namespace DevHost {
 /// A plug-in's dialog, built from its layout. Main thread only.
 ///
 /// It and its sink refer to each other until `Destroy`; one that nobody refers to destroys itself.
-class LayoutDialog final : public Qorv::CoClass<LayoutDialog, Qorv::IUIX_Obj>, private DialogWindow {
+class LayoutDialog final : public Qorv::CoClass<LayoutDialog, Qorv::IUIX_Obj>,
+                           private DialogWindow,
+                           private ItemEvents {
 public:
     struct Frame {
         HWND owner = nullptr;
@@ -23,7 +26,8 @@ public:
     };
 
     /// Throws a `Failure`.
-    LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::shared_ptr<LoopMonitors> i_monitors);
+    LayoutDialog(const Layout& i_layout, const Frame& i_frame, std::shared_ptr<LoopMonitors> i_monitors,
+                 HostImages& io_images);
     ~LayoutDialog();
 
     /// Tells the sink of the dialog, which is to call it from now on.
@@ -41,9 +45,24 @@ public:
                                             Qorv::IUIX_CommandBar** o_command_bar) noexcept override;
 
 private:
+    struct ItemEvent {
+        Qorv::ComPtr<DialogItem> item;
+        Qorv::UIX_ItemEventKind kind;
+        LONG detail;
+
+        bool operator==(const ItemEvent&) const = default;
+    };
+
     void MakeScrollable(HWND i_owner);
-    void CreateItems(const Layout& i_layout);
-    DialogItem* ItemOf(WORD i_control_id) const noexcept;
+    void CreateItems(const Layout& i_layout, HostImages& io_images);
+    Qorv::ComPtr<DialogItem> ItemOf(UINT_PTR i_control_id) const noexcept;
+    Qorv::ComPtr<DialogItem> ItemNamed(Qorv::PCStr i_id) const;
+    ItemPlace PlaceAt(const RECT& i_rect) noexcept;
+    RECT TakeRightEnd(const DialogItem& i_item, SIZE i_size) const;
+
+    void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) override;
+    void Forget(const DialogItem& i_item) override;
+    void TellFirstEvent();
 
     HRESULT OnInit() override;
     void OnCommand(WORD i_control_id, WORD i_notification) override;
@@ -56,7 +75,8 @@ private:
     bool m_is_foreground;
     Font m_font;
     Scroller m_scroller;
-    std::vector<std::unique_ptr<DialogItem>> m_items;
+    std::vector<Qorv::ComPtr<DialogItem>> m_items; ///< Their control ids follow from their order.
+    std::deque<ItemEvent> m_events;                ///< That the sink is to hear of.
     std::shared_ptr<LoopMonitors> m_monitors;
     Qorv::ComPtr<Qorv::IUIX_ObjSink> m_sink; ///< Null before `Attach` and when the window is gone.
 };

@@ -1,7 +1,7 @@
 #include "uix/WindowPicture.h"
 
 #include "services/Failure.h"
-#include "uix/Scale.h"
+#include "uix/GdiBitmap.h"
 
 #include <wincodec.h>
 
@@ -12,7 +12,6 @@ namespace DevHost {
 namespace {
 
 using Qorv::ComPtr;
-using BitmapHandle = std::unique_ptr<HBITMAP__, DeleteGdiObject>;
 
 constexpr wchar_t what[] = L"Cannot save the picture of a window";
 

@@ -1,0 +1,343 @@
+#include "uix/List.h"
+
+#include <algorithm>
+
+namespace DevHost {
+namespace {
+
+constexpr DWORD multi_select_style = 0x400; // Of a layout.
+
+// Layout units.
+constexpr int empty_text_margin = 24;
+
+bool ChangesSelection(UINT i_old_state, UINT i_new_state) {
+    return ((i_old_state ^ i_new_state) & LVIS_SELECTED) != 0;
+}
+
+} // namespace
+
+void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
+    const Scale scale = Scale::OfScreen();
+    m_images.emplace(scale);
+    m_sort_mark.emplace(scale);
+    // Editing is always possible for the control, and refused while nobody has asked for it.
+    DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_EDITLABELS | LVS_SHAREIMAGELISTS;
+    if ((i_description.style & multi_select_style) == 0)
+        style |= LVS_SINGLESEL;
+    CreateControl(i_description, i_place, {WC_LISTVIEWW, style, WS_EX_CLIENTEDGE});
+    constexpr LPARAM extended_style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended_style, extended_style);
+    SendPointer(LVM_SETIMAGELIST, LVSIL_SMALL, m_images->Handle());
+}
+
+void List::OnGone() {
+    m_source.Reset();
+    m_images.reset();
+    m_sort_mark.reset();
+}
+
+// What the control asks and tells.
+
+LRESULT List::OnNotify(NMHDR& io_notification) {
+    switch (io_notification.code) {
+    case LVN_GETDISPINFOW:
+        FillCell(reinterpret_cast<NMLVDISPINFOW&>(io_notification).item);
+        return 0;
+    case LVN_ODFINDITEMW:
+        return FindRow(reinterpret_cast<const NMLVFINDITEMW&>(io_notification));
+    case LVN_ITEMCHANGED: {
+        const auto& change = reinterpret_cast<const NMLISTVIEW&>(io_notification);
+        if (ChangesSelection(change.uOldState, change.uNewState))
+            Post(Qorv::UIX_ItemEvent_SelectionChanged);
+        return 0;
+    }
+    case LVN_ODSTATECHANGED: {
+        const auto& change = reinterpret_cast<const NMLVODSTATECHANGE&>(io_notification);
+        if (ChangesSelection(change.uOldState, change.uNewState))
+            Post(Qorv::UIX_ItemEvent_SelectionChanged);
+        return 0;
+    }
+    case NM_DBLCLK:
+        if (const int row = reinterpret_cast<const NMITEMACTIVATE&>(io_notification).iItem; row >= 0)
+            Post(Qorv::UIX_ItemEvent_Activated, row);
+        return 0;
+    case LVN_COLUMNCLICK:
+        Post(Qorv::UIX_ItemEvent_ColumnClicked, reinterpret_cast<const NMLISTVIEW&>(io_notification).iSubItem);
+        return 0;
+    case LVN_BEGINLABELEDITW:
+        return std::exchange(m_is_edit_wanted, false) ? FALSE : TRUE; // True refuses.
+    case LVN_ENDLABELEDITW:
+        OnEdited(reinterpret_cast<const NMLVDISPINFOW&>(io_notification).item);
+        return FALSE; // The row is the source's to change.
+    default:
+        return 0;
+    }
+}
+
+void List::FillCell(LVITEMW& io_cell) {
+    if ((io_cell.mask & LVIF_TEXT) != 0) {
+        if (m_source == nullptr || FAILED(m_source->GetCellText(io_cell.iItem, io_cell.iSubItem, &m_cell_text)))
+            m_cell_text = {};
+        static wchar_t no_text[] = L"";
+        io_cell.pszText = m_cell_text != nullptr ? m_cell_text.m_str : no_text;
+    }
+    if ((io_cell.mask & LVIF_IMAGE) != 0) {
+        Qorv::ComPtr<Qorv::IUIX_Image> image;
+        if (m_source != nullptr)
+            m_source->GetRowImage(io_cell.iItem, &image);
+        io_cell.iImage = m_images->IndexOf(image);
+    }
+}
+
+int List::FindRow(const NMLVFINDITEMW& i_request) {
+    LONG row = -1;
+    if (m_source == nullptr || (i_request.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 ||
+        i_request.lvfi.psz == nullptr)
+        return -1;
+    const LONG first_row = HasRow(i_request.iStart) ? i_request.iStart : 0;
+    return SUCCEEDED(m_source->FindRow(i_request.lvfi.psz, first_row, &row)) ? static_cast<int>(row) : -1;
+}
+
+void List::OnEdited(const LVITEMW& i_row) {
+    m_edited_text.reset();
+    if (i_row.pszText != nullptr)
+        m_edited_text = i_row.pszText;
+    Post(Qorv::UIX_ItemEvent_RowEdited, i_row.iItem);
+}
+
+LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
+    switch (i_message) {
+    case WM_GETDLGCODE: {
+        // Enter is the list's when it has a row to activate, else the default button's.
+        const auto* const message = reinterpret_cast<const MSG*>(i_lparam);
+        const LRESULT code = DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
+        const bool is_enter = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_RETURN;
+        return is_enter && FocusedRow() != -1 ? code | DLGC_WANTMESSAGE : code;
+    }
+    case WM_KEYDOWN:
+        if (i_wparam != VK_RETURN)
+            break;
+        if (const LONG row = FocusedRow(); row != -1)
+            Post(Qorv::UIX_ItemEvent_Activated, row);
+        return 0;
+    case WM_CONTEXTMENU:
+        AskForMenu(reinterpret_cast<HWND>(i_wparam), i_lparam);
+        return 0;
+    case WM_PAINT: {
+        const LRESULT result = DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
+        if (RowCount() == 0 && !m_empty_text.empty())
+            PaintEmptyText();
+        return result;
+    }
+    default:
+        break;
+    }
+    return DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
+}
+
+void List::AskForMenu(HWND i_for, LPARAM i_place) {
+    constexpr LPARAM by_keyboard = -1;
+    if (i_for != Window()) // The head has none.
+        return;
+    if (i_place == by_keyboard) {
+        POINT place = PlaceForMenu();
+        ClientToScreen(Window(), &place);
+        i_place = MAKELPARAM(place.x, place.y);
+    }
+    Post(Qorv::UIX_ItemEvent_ContextMenu, static_cast<LONG>(i_place));
+}
+
+/// Below the title of the row that the keyboard is at, as far as that can be seen.
+POINT List::PlaceForMenu() const {
+    RECT head;
+    GetWindowRect(Header(), &head);
+    RECT visible;
+    GetClientRect(Window(), &visible);
+    visible.top += head.bottom - head.top;
+    POINT place{visible.left, visible.top};
+    RECT title{};
+    title.left = LVIR_LABEL;
+    const LONG row = FocusedRow();
+    if (row != -1 && SendPointer(LVM_GETITEMRECT, static_cast<WPARAM>(row), &title) != FALSE)
+        place = {title.left, title.bottom};
+    return {std::clamp(place.x, visible.left, visible.right), std::clamp(place.y, visible.top, visible.bottom)};
+}
+
+/// Over what the control has painted. The background comes first: drawn twice, smooth letters grow fat.
+void List::PaintEmptyText() const {
+    const LONG margin = Scale::OfScreen().Pixels(empty_text_margin);
+    RECT head;
+    GetWindowRect(Header(), &head);
+    RECT area;
+    GetClientRect(Window(), &area);
+    area.top += head.bottom - head.top + margin;
+    InflateRect(&area, static_cast<int>(-margin), 0);
+    const HDC device = GetDC(Window());
+    const HGDIOBJ old_font = SelectObject(device, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
+    FillRect(device, &area, GetSysColorBrush(COLOR_WINDOW));
+    SetBkMode(device, TRANSPARENT);
+    SetTextColor(device, GetSysColor(COLOR_WINDOWTEXT));
+    DrawTextW(device, m_empty_text.c_str(), static_cast<int>(m_empty_text.size()), &area,
+              DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+    SelectObject(device, old_font);
+    ReleaseDC(Window(), device);
+}
+
+// What the plug-in asks for.
+
+HRESULT STDMETHODCALLTYPE List::put_Source(Qorv::IUIX_ListSource* i_source) noexcept {
+    return WithControl([&] {
+        m_source = i_source;
+        InvalidateRect(Window(), nullptr, TRUE);
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::AddColumn(Qorv::PCStr i_title, LONG i_width, ULONG i_alignment) noexcept {
+    if (i_title == nullptr)
+        return E_POINTER;
+    if (i_width <= 0 || i_alignment > Qorv::UIX_Alignment_Right)
+        return E_INVALIDARG;
+    return WithControl([&] {
+        std::wstring title = i_title;
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
+        column.pszText = title.data();
+        column.cx = Scale::OfScreen().Pixels(static_cast<int>(i_width));
+        column.fmt = i_alignment == Qorv::UIX_Alignment_Right ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.iSubItem = Header_GetItemCount(Header());
+        return SendPointer(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem), &column) >= 0 ? S_OK : E_FAIL;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::put_SortMark(LONG i_column, VARIANT_BOOL i_is_descending) noexcept {
+    return WithControl([&] {
+        if (i_column < -1 || i_column >= Header_GetItemCount(Header()))
+            return E_INVALIDARG;
+        m_sort_mark->Show(Header(), static_cast<int>(i_column), i_is_descending != VARIANT_FALSE);
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::get_RowCount(LONG* o_count) noexcept {
+    if (o_count == nullptr)
+        return E_POINTER;
+    *o_count = 0;
+    return WithControl([&] { *o_count = RowCount(); });
+}
+
+/// What the user did to the old rows is not told any more: the new ones may be others.
+HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
+    if (i_count < 0)
+        return E_INVALIDARG;
+    return ChangeControl([&] {
+        CancelEdit();
+        ForgetEvents();
+        SetRowState(-1, 0, LVIS_SELECTED);
+        if (const LONG focused = FocusedRow(); focused != -1)
+            SetRowState(focused, 0, LVIS_FOCUSED);
+        if (Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(i_count), LPARAM{0}) == FALSE)
+            return E_OUTOFMEMORY;
+        if (i_count > 0)
+            Send(LVM_ENSUREVISIBLE, 0, FALSE);
+        InvalidateRect(Window(), nullptr, TRUE);
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::put_EmptyText(Qorv::PCStr i_text) noexcept {
+    if (i_text == nullptr)
+        return E_POINTER;
+    return WithControl([&] {
+        m_empty_text = i_text;
+        if (RowCount() == 0)
+            InvalidateRect(Window(), nullptr, TRUE);
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) noexcept {
+    return ChangeControl([&] {
+        const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
+        SetWindowLongPtrW(Window(), GWL_STYLE,
+                          i_is_multi_select != VARIANT_FALSE ? style & ~LONG_PTR{LVS_SINGLESEL}
+                                                             : style | LVS_SINGLESEL);
+    });
+}
+
+LONG List::NextRow(LONG i_after_row, UINT i_state) const {
+    return static_cast<LONG>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(i_after_row), MAKELPARAM(i_state, 0)));
+}
+
+HRESULT STDMETHODCALLTYPE List::GetNextSelected(LONG i_after_row, LONG* o_row) noexcept {
+    if (o_row == nullptr)
+        return E_POINTER;
+    *o_row = -1;
+    return WithControl([&] {
+        if (i_after_row != -1 && !HasRow(i_after_row))
+            return E_INVALIDARG;
+        *o_row = NextRow(i_after_row, LVNI_SELECTED);
+        return S_OK;
+    });
+}
+
+void List::SetRowState(LONG i_row, UINT i_state, UINT i_mask) const {
+    LVITEMW item{};
+    item.state = i_state;
+    item.stateMask = i_mask;
+    SendPointer(LVM_SETITEMSTATE, static_cast<WPARAM>(i_row), &item);
+}
+
+HRESULT STDMETHODCALLTYPE List::SelectRow(LONG i_row, VARIANT_BOOL i_is_selected) noexcept {
+    return ChangeControl([&] {
+        if (i_row != -1 && !HasRow(i_row))
+            return E_INVALIDARG;
+        SetRowState(i_row, i_is_selected != VARIANT_FALSE ? LVIS_SELECTED : 0, LVIS_SELECTED);
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::get_FocusedRow(LONG* o_row) noexcept {
+    if (o_row == nullptr)
+        return E_POINTER;
+    *o_row = -1;
+    return WithControl([&] { *o_row = FocusedRow(); });
+}
+
+HRESULT STDMETHODCALLTYPE List::put_FocusedRow(LONG i_row) noexcept {
+    return ChangeControl([&] {
+        if (!HasRow(i_row))
+            return E_INVALIDARG;
+        SetRowState(i_row, LVIS_FOCUSED, LVIS_FOCUSED);
+        Send(LVM_SETSELECTIONMARK, 0, LPARAM{i_row}); // Where a range begins.
+        Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
+        return S_OK;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
+    return WithControl([&] {
+        if (!HasRow(i_row))
+            return E_INVALIDARG;
+        CancelEdit();
+        Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
+        SetFocus(); // The control edits only while it has it.
+        m_is_edit_wanted = true;
+        if (Send(LVM_EDITLABELW, static_cast<WPARAM>(i_row)) != 0)
+            return S_OK;
+        m_is_edit_wanted = false;
+        return E_FAIL;
+    });
+}
+
+void List::CancelEdit() const {
+    if (const auto edit = reinterpret_cast<HWND>(Send(LVM_GETEDITCONTROL)))
+        SendMessageW(edit, WM_KEYDOWN, VK_ESCAPE, 1);
+}
+
+HRESULT STDMETHODCALLTYPE List::get_EditedText(BSTR* o_text) noexcept {
+    if (o_text == nullptr)
+        return E_POINTER;
+    *o_text = nullptr;
+    return WithControl([&] { return m_edited_text ? AnswerText(*m_edited_text, o_text) : S_FALSE; });
+}
+
+} // namespace DevHost

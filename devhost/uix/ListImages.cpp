@@ -1,0 +1,61 @@
+#include "uix/ListImages.h"
+
+#include "services/Failure.h"
+#include "uix/GdiBitmap.h"
+
+#include <algorithm>
+
+namespace DevHost {
+namespace {
+
+using Qorv::ComPtr;
+
+// Layout units.
+constexpr int side = 16;
+constexpr int row_height = 19; // Some air between the rows.
+
+constexpr int first_capacity = 4;
+constexpr int growth = 4;
+
+/// A picture in the middle of a clear cell.
+ComPtr<Bitmap> Framed(const Bitmap& i_picture, SIZE i_cell) {
+    const auto cell_width = static_cast<ULONG>(i_cell.cx);
+    const auto cell_height = static_cast<ULONG>(i_cell.cy);
+    std::vector<std::uint32_t> pixels(size_t{cell_width} * cell_height);
+    const size_t left = (cell_width - i_picture.Width()) / 2;
+    const size_t top = (cell_height - i_picture.Height()) / 2;
+    for (ULONG row = 0; row < i_picture.Height(); ++row)
+        std::copy_n(i_picture.Pixels().begin() + static_cast<std::ptrdiff_t>(row * i_picture.Width()),
+                    i_picture.Width(), pixels.begin() + static_cast<std::ptrdiff_t>((top + row) * cell_width + left));
+    return Qorv::Create<Bitmap>(cell_width, cell_height, std::move(pixels));
+}
+
+} // namespace
+
+ListImages::ListImages(const Scale& i_scale)
+    : m_cell{i_scale.Pixels(side), i_scale.Pixels(row_height)}
+    , m_list(ImageList_Create(static_cast<int>(m_cell.cx), static_cast<int>(m_cell.cy), ILC_COLOR32, first_capacity,
+                              growth)) {
+    if (m_list == nullptr)
+        throw Failure(E_OUTOFMEMORY, L"Cannot make a list of images");
+}
+
+int ListImages::IndexOf(Qorv::IUIX_Image* i_image) {
+    if (i_image == nullptr)
+        return I_IMAGENONE;
+    const auto found = std::ranges::find(m_entries, i_image, [](const Entry& i_entry) { return i_entry.image.Get(); });
+    if (found != m_entries.end())
+        return found->index;
+    m_entries.push_back({i_image, Add(i_image)});
+    return m_entries.back().index;
+}
+
+int ListImages::Add(Qorv::IUIX_Image* i_image) {
+    const ComPtr<Bitmap> picture = SquareOf(i_image, static_cast<ULONG>(m_cell.cx));
+    if (picture == nullptr)
+        return I_IMAGENONE;
+    const int index = ImageList_Add(m_list.get(), MakeGdiBitmap(*Framed(*picture, m_cell)).get(), nullptr);
+    return index >= 0 ? index : I_IMAGENONE;
+}
+
+} // namespace DevHost

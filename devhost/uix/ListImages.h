@@ -1,0 +1,41 @@
+#pragma once
+
+#include "services/Image.h"
+#include "uix/Scale.h"
+
+#include <commctrl.h>
+
+#include <memory>
+#include <vector>
+
+namespace DevHost {
+
+/// The images of a list's rows, as the control wants them: in one size, by index. An image is taken in when it is first
+/// asked for.
+class ListImages {
+public:
+    /// Throws a `Failure`.
+    explicit ListImages(const Scale& i_scale);
+
+    /// `I_IMAGENONE` for null, and for an image that has no picture. Throws a `Failure`.
+    int IndexOf(Qorv::IUIX_Image* i_image);
+
+    HIMAGELIST Handle() const noexcept { return m_list.get(); }
+
+private:
+    struct DestroyList {
+        void operator()(HIMAGELIST i_list) const noexcept { ImageList_Destroy(i_list); }
+    };
+    struct Entry {
+        Qorv::ComPtr<Qorv::IUIX_Image> image;
+        int index;
+    };
+
+    int Add(Qorv::IUIX_Image* i_image);
+
+    SIZE m_cell; ///< Pixels. Its height is a row's.
+    std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, DestroyList> m_list;
+    std::vector<Entry> m_entries; ///< A few.
+};
+
+} // namespace DevHost
