@@ -13,15 +13,29 @@ Step() { printf '\n== %s\n' "$*"; }
 
 Host() { RunWine "$build_folder/windows/devhost/qorvhost.exe" --profile profile "$@"; }
 
-# Show ARGUMENTS...: the command as one would type it, and what it prints.
-Show() {
+# ShowLine NOTE ARGUMENTS...: the command as one would type it.
+ShowLine() {
     local word line=
-    for word in "$@"; do
+    for word in "${@:2}"; do
         [[ $word != *[^[:alnum:]/._=-]* ]] || word="\"$word\""
         line+=" $word"
     done
-    printf '\n  $ ./qorvhost%s\n' "$line"
+    printf '\n  $ ./qorvhost%s%s\n' "$line" "${1:+        ($1)}"
+}
+
+# Show ARGUMENTS...: the command and what it prints.
+Show() {
+    ShowLine '' "$@"
     Host "$@" | sed 's/^/    /'
+}
+
+# ShowDriven PICTURE ARGUMENTS...: the same for a command with windows. What a person does in them is read from standard
+# input; it takes the picture. What the command prints is in the file "answer" afterwards.
+ShowDriven() {
+    ShowLine "typed and pressed for you, see build/demo/$1" "${@:2}"
+    cat >steps
+    QORVHOST_WINDOW_SCRIPT=steps Host "${@:2}" | tee answer | sed 's/^/    /'
+    Expect "the dialog left its picture" test -s "$1"
 }
 
 # Expect SENTENCE COMMAND...: the demo ends when the command says that the sentence is not true.
@@ -38,11 +52,14 @@ ListedNames() { Host --json ls "$1" | grep -o '"name": *"[^"]*"' | sed 's/.*: *"
 HeldNames() { (cd "$1" && printf '%s\n' *) | sort; }
 SameNames() { diff <(ListedNames "$1") <(HeldNames "$2"); }
 
+# The paths that the last dialog ended with.
+Chosen() { sed 's|^dropbox://[^/]*||' answer | paste -sd ' '; }
+
 Step "The module: loaded, set up, asked who it is, unloaded"
 Show info
 
 Step "An account: the user signs in at the service's own pages, in the module's dialog"
-cat >sign-in.steps <<'STEPS'
+ShowDriven sign-in.png login <<'STEPS'
 window Sign in to Dropbox
 text Email
 fill email Dana Sample
@@ -52,9 +69,6 @@ press Sign in
 text Allow
 press Allow
 STEPS
-printf '\n  $ ./qorvhost login        (typed and pressed for you, see build/demo/sign-in.png)\n'
-QORVHOST_WINDOW_SCRIPT=sign-in.steps Host login | sed 's/^/    /'
-Expect "the dialog left its picture" test -s sign-in.png
 Show accounts
 Expect "the account is saved, and no file of the profile holds its token in clear" NotIn profile "sl\."
 
@@ -91,6 +105,52 @@ Expect "the folder has its new name" test -f "$served/Finished reviews/Report â€
 Show rm "/Documents/Moved.pdf"
 Expect "it is gone" Missing "$served/Documents/Moved.pdf"
 Show ls -R "/Finished reviews"
+
+Step "The module's own dialogs: two files are chosen in a folder that is sorted by size"
+ShowDriven open-dialog.png open-dialog --filters "Documents|*.pdf;*.csv|All files|*.*|" <<'STEPS'
+window Open from Dropbox
+open Documents
+column Size
+row Budget.csv
+add Quarterly Report.pdf
+picture open-dialog.png
+press Open
+STEPS
+Expect "both were chosen" test "$(Chosen)" = "/Documents/Budget.csv /Documents/Quarterly Report.pdf"
+
+Step "A place to save is chosen, in a folder that is made for it in the dialog"
+ShowDriven save-dialog.png save-dialog --name "Report 2026.pdf" --filters "PDF files|*.pdf|" /Documents <<'STEPS'
+window Save to Dropbox
+text Quarterly Report.pdf
+press New folder
+edit For the committee
+key Enter
+text For the committee
+picture save-dialog.png
+open For the committee
+text This folder is empty
+press Save
+STEPS
+Expect "the service's folder has the new folder" test -d "$served/Documents/For the committee"
+Show put report.pdf "$(<answer)"
+Expect "the document arrived there" cmp report.pdf "$served/Documents/For the committee/Report 2026.pdf"
+
+Step "The question before something is deleted, on a screen at 150 %"
+trap 'SetScale 100' EXIT
+SetScale 150
+ShowDriven delete-150.png open-dialog --folder /Documents <<'STEPS'
+row For the committee
+picture open-dialog-150.png
+press cmd.Delete
+text the folder "For the committee"
+picture delete-150.png
+press Delete
+gone For the committee
+press Choose
+STEPS
+SetScale 100
+Expect "the folder is gone with what was in it" Missing "$served/Documents/For the committee"
+Expect "the folder that was shown is chosen" test "$(Chosen)" = "/Documents"
 
 printf '%s\n' '' "== That was the main job. To go on by hand, with an account over a copy of the same documents:" '' \
     '  ./qorvhost ls /' \

@@ -112,6 +112,12 @@ SetWindowFrames() {
     echo "$managed" >"$WINEPREFIX/.managed"
 }
 
+# SetScale PERCENT: how large programs that are started from now on draw; 100 is the usual size.
+SetScale() {
+    RunDetached "$wine_program" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d $(($1 * 96 / 100)) /f ||
+        Fail "Wine's registry could not be written"
+}
+
 # Everything that a Windows program needs, in the order in which it must come.
 PrepareWine() {
     StartDisplay

@@ -93,6 +93,7 @@ std::string Bytes(const rapidjson::Value& i_value) {
 }
 
 std::set<std::string> g_known_tokens;
+std::set<std::string> g_valid_tokens; ///< Of those.
 
 std::string SavedToken() {
     const std::string token = ReadBytes(std::filesystem::path(Variable(L"DEVSERVICE_STATE")) / "token");
@@ -144,7 +145,15 @@ void SetPaging(const std::string& i_json) {
 
 std::string IssueToken() {
     const rapidjson::Document reply = Parse(Control("POST", "tokens", "{}"));
-    return *g_known_tokens.insert(reply["access_token"].GetString()).first;
+    const std::string token = reply["access_token"].GetString();
+    g_known_tokens.insert(token);
+    g_valid_tokens.insert(token);
+    return token;
+}
+
+void RevokeTokens() {
+    for (const std::string& token : std::exchange(g_valid_tokens, {}))
+        Control("DELETE", "tokens", R"({"access_token": ")" + token + "\"}");
 }
 
 std::vector<std::string> KnownTokens() {

@@ -40,6 +40,8 @@ void SetPaging(const std::string& i_json);
 
 /// A new token of the first account.
 std::string IssueToken();
+/// Makes the service refuse all tokens of `IssueToken`.
+void RevokeTokens();
 /// Every token that this process has used.
 std::vector<std::string> KnownTokens();
 

@@ -1,0 +1,147 @@
+#include "DialogTest.h"
+
+#include "ShippedModule.h"
+
+#include "commands/PluginDialog.h"
+#include "uix/WindowScript.h"
+#include "uix/WindowSteps.h"
+
+namespace Tests {
+namespace {
+
+constexpr DWORD step_time_in_ms = 10'000;
+
+std::wstring PathOf(const std::wstring& i_location) {
+    constexpr std::wstring_view scheme = L"dropbox://";
+    const size_t slash = i_location.find(L'/', scheme.size());
+    return slash != std::wstring::npos ? i_location.substr(slash) : L"/";
+}
+
+int CountVisibleWindows() {
+    int count = 0;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND i_window, LPARAM i_count) -> BOOL {
+            *reinterpret_cast<int*>(i_count) += IsWindowVisible(i_window) ? 1 : 0;
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+/// Goes from one script to the next, with something happening between them.
+class ScriptChain {
+public:
+    ScriptChain(const std::filesystem::path& i_folder, const std::string& i_steps) : m_folder(i_folder) {
+        Begin(i_steps);
+    }
+    ~ScriptChain() {
+        if (m_timer != 0)
+            KillTimer(nullptr, m_timer);
+        next = nullptr;
+        EXPECT_FALSE(m_script->HasFailed());
+        EXPECT_TRUE(m_script->IsDone());
+        EXPECT_FALSE(m_happens) << "the steps before it were never done";
+    }
+
+    void Continue(std::function<void()> i_happens, const std::string& i_steps) {
+        m_happens = std::move(i_happens);
+        m_next_steps = i_steps;
+        next = this;
+        m_timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+            if (next != nullptr)
+                next->TryNext();
+        });
+    }
+
+private:
+    void Begin(const std::string& i_steps) {
+        WriteBytes(m_folder / "steps", i_steps);
+        m_script.emplace(m_folder / "steps", step_time_in_ms);
+    }
+
+    void TryNext() {
+        if (!m_script->IsDone() || m_script->HasFailed())
+            return;
+        next = nullptr;
+        std::exchange(m_happens, nullptr)();
+        Begin(m_next_steps);
+    }
+
+    static inline ScriptChain* next = nullptr; ///< The one whose timer runs.
+
+    std::filesystem::path m_folder;
+    std::optional<DevHost::WindowScript> m_script;
+    std::function<void()> m_happens;
+    std::string m_next_steps;
+    UINT_PTR m_timer = 0;
+};
+
+} // namespace
+
+DialogTest::DialogTest() {
+    OleInitialize(nullptr);
+    m_browser.emplace();
+    DevHost::Options options;
+    options.profile = m_profile.Path();
+    options.module = ModulePath();
+    m_shell.emplace(options, Qorv::Create<DevHost::CancelFlag>());
+    const std::string token = Service::IssueToken();
+    EXPECT_EQ(0, m_shell->Execute({L"login", L"--token", std::wstring(token.begin(), token.end())}));
+    m_id = m_shell->Accounts().List().front().id;
+}
+
+DialogTest::~DialogTest() {
+    EXPECT_EQ(0, CountVisibleWindows());
+    EXPECT_EQ(0, m_shell->Finish()) << "objects of the module are left";
+    m_shell.reset();
+    m_browser.reset();
+    OleUninitialize();
+}
+
+std::wstring DialogTest::Open(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
+    return Run(Qorv::AFS_Dlg_OpenFiles, i_arguments, i_steps);
+}
+
+std::wstring DialogTest::Save(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
+    return Run(Qorv::AFS_Dlg_SaveFile, i_arguments, i_steps);
+}
+
+void DialogTest::Then(std::function<void()> i_happens, const std::string& i_steps) {
+    m_sequel = Sequel{std::move(i_happens), i_steps};
+}
+
+std::wstring DialogTest::Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments,
+                             const std::string& i_steps) {
+    ScriptChain scripts(m_profile.Path(), i_steps);
+    if (const auto sequel = std::exchange(m_sequel, std::nullopt))
+        scripts.Continue(sequel->happens, sequel->steps);
+    return Ask(i_type, i_arguments);
+}
+
+std::wstring DialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments) {
+    const auto options = DevHost::DialogOptions::Parse(i_arguments);
+    try {
+        const auto answer =
+            DevHost::ShowPluginDialog(*m_shell, options.selects_folder ? Qorv::AFS_Dlg_SelectFolder : i_type, options);
+        m_filter_index = answer.filter_index;
+        std::wstring paths;
+        for (const std::wstring& location : answer.locations)
+            paths += (paths.empty() ? L"" : L" ") + PathOf(location);
+        return paths;
+    } catch (const DevHost::Failure& failure) {
+        return failure.Code() == Qorv::ErrorCanceled ? L"canceled" : failure.Text();
+    }
+}
+
+void DialogTest::MakeFile(const std::wstring& i_path) {
+    const auto path = Service::LocalPath(i_path);
+    std::filesystem::create_directories(path.parent_path());
+    WriteBytes(path, "bytes");
+}
+
+bool DialogTest::Exists(const std::wstring& i_path) {
+    return std::filesystem::exists(Service::LocalPath(i_path));
+}
+
+} // namespace Tests

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Shell.h"
+#include "browser/BrowserRegistration.h"
+#include "support/Service.h"
+#include "support/TemporaryFolder.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace Tests {
+
+/// The dialogs of the shipped module as `qorvhost` shows them, used by window scripts, over folders of the service that
+/// a test can look into. The scripts' lines may be indented.
+///
+/// Afterwards no window is left, and no object of the module.
+class DialogTest : public ServiceTest {
+protected:
+    DialogTest();
+    ~DialogTest() override;
+
+    /// How the dialog ended: the paths that were chosen, divided by blanks, or "canceled", or the failure.
+    std::wstring Open(const DevHost::Arguments& i_arguments, const std::string& i_steps);
+    std::wstring Save(const DevHost::Arguments& i_arguments, const std::string& i_steps);
+
+    /// Lets something happen when the steps are done, and goes on with others.
+    void Then(std::function<void()> i_happens, const std::string& i_steps);
+
+    /// Makes a file in the account, and the folders that it is in.
+    static void MakeFile(const std::wstring& i_path);
+    static bool Exists(const std::wstring& i_path);
+
+    /// The account's id, as locations have it.
+    const std::wstring& Id() const { return m_id; }
+    LONG FilterIndex() const { return m_filter_index; }
+
+private:
+    struct Sequel {
+        std::function<void()> happens;
+        std::string steps;
+    };
+
+    std::wstring Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments, const std::string& i_steps);
+    std::wstring Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments);
+
+    TemporaryFolder m_profile;
+    std::optional<DevHost::BrowserRegistration> m_browser;
+    std::optional<DevHost::Shell> m_shell;
+    std::wstring m_id;
+    std::optional<Sequel> m_sequel;
+    LONG m_filter_index = -1;
+};
+
+} // namespace Tests

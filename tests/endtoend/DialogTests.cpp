@@ -1,0 +1,384 @@
+// The Open and Save dialogs of the shipped module in real windows, used as a person does, against the folder that the
+// service really holds.
+
+#include "DialogTest.h"
+
+#include "support/Outcome.h"
+
+#include <algorithm>
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+using DevHost::Arguments;
+
+constexpr wchar_t canceled[] = L"canceled";
+
+class OpenDialogTest : public DialogTest {
+protected:
+    OpenDialogTest() {
+        for (const wchar_t* file : {L"/start.pdf", L"/Documents/a.pdf", L"/Documents/b.pdf", L"/Documents/c.txt",
+                                    L"/Documents/Inner/deep.pdf"})
+            MakeFile(file);
+    }
+};
+
+struct OpenCase {
+    const char* name;
+    Arguments arguments;
+    std::string steps;
+    const wchar_t* answer;
+};
+
+TEST_F(OpenDialogTest, OpensAFile) {
+    const std::string id(Id().begin(), Id().end());
+    for (const OpenCase& row : {
+             OpenCase{"double click", {}, "open Documents \n open a.pdf", L"/Documents/a.pdf"},
+             {"row and button", {}, "row start.pdf \n press btn.ok", L"/start.pdf"},
+             {"keyboard alone",
+              {},
+              "text start.pdf \n key Home Enter \n text c.txt \n key End Enter",
+              L"/Documents/c.txt"},
+             {"type-ahead", {L"/Documents"}, "text b.pdf \n type b \n key Enter", L"/Documents/b.pdf"},
+             {"typed name", {L"/Documents"}, "text a.pdf \n fill ed.name A.PDF \n key Enter", L"/Documents/a.pdf"},
+             {"typed path", {}, "text start.pdf \n fill ed.name /documents/b.pdf \n key Enter", L"/Documents/b.pdf"},
+             {"typed location",
+              {},
+              "text start.pdf \n fill ed.name dropbox://" + id + "/start.pdf \n key Enter",
+              L"/start.pdf"},
+             {"name given by the caller",
+              {L"--name", L"start.pdf"},
+              "text start.pdf \n text Documents \n press btn.ok",
+              L"/start.pdf"},
+             {"the caller's folder goes first",
+              {L"/", L"--in", L"/Documents/Inner"},
+              "open deep.pdf",
+              L"/Documents/Inner/deep.pdf"},
+         }) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Open(row.arguments, row.steps), row.answer);
+    }
+}
+
+TEST_F(OpenDialogTest, OpensSeveralFiles) {
+    for (const OpenCase& row : {
+             OpenCase{"rows",
+                      {L"/Documents"},
+                      "row b.pdf \n add a.pdf \n add c.txt \n add c.txt \n press btn.ok",
+                      L"/Documents/a.pdf /Documents/b.pdf"},
+             {"rows with Shift",
+              {L"/Documents"},
+              "row a.pdf \n key Shift+Down Shift+Down \n press btn.ok",
+              L"/Documents/a.pdf /Documents/b.pdf /Documents/c.txt"},
+             {"typed names",
+              {L"/Documents"},
+              R"(text a.pdf
+                 fill ed.name "c.txt" "a.pdf"
+                 key Enter)",
+              L"/Documents/c.txt /Documents/a.pdf"},
+             {"not with a folder among them",
+              {L"/Documents"},
+              "row Inner \n add a.pdf \n press btn.ok \n text \"Inner\" is a folder \n press OK \n close",
+              canceled},
+             {"one that is missing",
+              {L"/Documents"},
+              R"(text a.pdf
+                 fill ed.name "a.pdf" "zz.pdf"
+                 key Enter
+                 text There is no file "zz.pdf"
+                 press OK
+                 fill ed.name a.pdf
+                 press btn.ok)",
+              L"/Documents/a.pdf"},
+             {"not where one is wanted",
+              {L"--flags", L"2", L"/Documents"},
+              "row b.pdf \n add a.pdf \n press btn.ok",
+              L"/Documents/a.pdf"},
+         }) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Open(row.arguments, row.steps), row.answer);
+    }
+}
+
+TEST_F(OpenDialogTest, ChoosesFolders) {
+    for (const OpenCase& row : {
+             OpenCase{"the one that is shown",
+                      {L"--folder", L"/Documents"},
+                      "window Choose a Dropbox folder \n text Inner \n gone a.pdf \n press Choose",
+                      L"/Documents"},
+             {"the root", {L"--folder"}, "text Documents \n press btn.ok", L"/"},
+             {"a row", {L"--folder"}, "row Documents \n press btn.ok", L"/Documents"},
+             {"one gone into",
+              {L"--folder"},
+              "open Documents \n open Inner \n text Documents/Inner \n press btn.ok",
+              L"/Documents/Inner"},
+         }) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Open(row.arguments, row.steps), row.answer);
+    }
+}
+
+TEST_F(OpenDialogTest, GoesUpToTheFolderItCameFrom) {
+    const std::string into = "open Inner \n text deep.pdf \n ";
+    const std::string and_back = " \n text c.txt \n focus lst.files \n key Enter \n open deep.pdf";
+    for (const auto& [name, way] : {std::pair<const char*, std::string>{"row", "open ../"},
+                                    {"row and button", "row ../ \n press btn.ok"},
+                                    {"Backspace", "key Backspace"},
+                                    {"Alt+Up", "key Alt+Up"},
+                                    {"command", "press Up one level"},
+                                    {"menu", "menu Up one level"},
+                                    {"typed", "fill ed.name .. \n key Enter"}}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Open({L"/Documents"}, into + way + and_back), L"/Documents/Inner/deep.pdf");
+    }
+    EXPECT_EQ(Open({}, "text start.pdf \n gone ../ \n key Backspace \n open start.pdf"), L"/start.pdf");
+}
+
+TEST_F(OpenDialogTest, ListsWhatTheFilterPasses) {
+    const Arguments filters = {L"/Documents", L"--filters", L"PDF files|*.pdf|Texts|*.txt;*.md|"};
+    EXPECT_EQ(Open(filters, R"(
+                  text a.pdf
+                  text Inner
+                  gone c.txt
+                  choose cb.filter Texts
+                  gone a.pdf
+                  text Inner
+                  open c.txt)"),
+              L"/Documents/c.txt");
+    EXPECT_EQ(FilterIndex(), 1);
+    Arguments second = filters;
+    second.insert(second.end(), {L"--filter-index", L"1"});
+    EXPECT_EQ(Open(second, "text c.txt \n gone a.pdf \n choose cb.filter PDF files \n open b.pdf"),
+              L"/Documents/b.pdf");
+    EXPECT_EQ(FilterIndex(), 0);
+    second.back() = L"7";
+    EXPECT_EQ(Open(second, "text a.pdf \n gone c.txt \n open a.pdf"), L"/Documents/a.pdf");
+}
+
+TEST_F(OpenDialogTest, ShowsTheCallersTexts) {
+    EXPECT_EQ(Open({L"--title", L"Attach a document", L"--action-title", L"&Attach", L"--cancel-title", L"Not now",
+                    L"--settings", L"--settings-title", L"Rules..."},
+                   R"(window Attach a document
+                      press Rules...
+                      window Settings
+                      press OK
+                      window Attach a document
+                      text Attach
+                      press Not now)"),
+              canceled);
+    EXPECT_EQ(Open({}, "window Open from Dropbox \n text start.pdf \n gone Options \n press Cancel"), canceled);
+}
+
+class SaveDialogTest : public OpenDialogTest {};
+
+TEST_F(SaveDialogTest, SavesUnderAName) {
+    for (const OpenCase& row : {
+             OpenCase{"new",
+                      {},
+                      "window Save to Dropbox \n text start.pdf \n fill ed.name New.pdf \n key Enter",
+                      L"/New.pdf"},
+             {"the caller's, in another folder",
+              {L"--name", L"Report.pdf"},
+              "open Documents \n open Inner \n text deep.pdf \n press Save",
+              L"/Documents/Inner/Report.pdf"},
+             {"with the file type's extension",
+              {L"--filters", L"PDF files|*.pdf|Texts|*.txt|"},
+              "text start.pdf \n choose cb.filter Texts \n text Documents \n fill ed.name New \n press btn.ok",
+              L"/New.txt"},
+             {"with the default extension",
+              {L"--prefer-default-ext", L"--default-ext", L"fdf", L"--filters", L"PDF files|*.pdf|"},
+              "text start.pdf \n fill ed.name New \n press btn.ok",
+              L"/New.fdf"},
+             {"a path", {}, "text start.pdf \n fill ed.name /Documents/New.pdf \n key Enter", L"/Documents/New.pdf"},
+             {"a name that the service cannot take",
+              {},
+              R"(text start.pdf
+                 fill ed.name what?.pdf
+                 press btn.ok
+                 text "what?.pdf" is no name that Dropbox can take
+                 key Esc
+                 fill ed.name what.pdf
+                 press btn.ok)",
+              L"/what.pdf"},
+         }) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Save(row.arguments, row.steps), row.answer);
+    }
+    EXPECT_FALSE(Exists(L"/New.pdf")) << "the dialog only chooses";
+}
+
+TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
+    const std::string question = "text \"start.pdf\" exists already \n ";
+    EXPECT_EQ(Save({}, "text Documents \n fill ed.name start.pdf \n press btn.ok \n " + question + "press Replace"),
+              L"/start.pdf");
+    EXPECT_EQ(Save({}, "open start.pdf \n " + question + "press Cancel \n text Documents \n fill ed.name other.pdf\n" +
+                           "press btn.ok"),
+              L"/other.pdf");
+    EXPECT_EQ(Save({L"--flags", L"1"}, "row start.pdf \n press btn.ok"), L"/start.pdf") << "nobody wants to be asked";
+    EXPECT_TRUE(Exists(L"/start.pdf"));
+}
+
+class DialogCommandTest : public OpenDialogTest {};
+
+TEST_F(DialogCommandTest, MakesANamedFolder) {
+    EXPECT_EQ(Open({}, R"(
+                  text start.pdf
+                  press New folder
+                  edit Reports
+                  key Enter
+                  text Reports
+                  focus lst.files
+                  key Enter
+                  text This folder is empty
+                  menu New folder
+                  edit 2026
+                  key Enter
+                  open 2026
+                  text Dropbox/Reports/2026
+                  press btn.cancel)"),
+              canceled);
+    EXPECT_TRUE(fs::is_directory(Service::LocalPath(L"/Reports/2026")));
+}
+
+TEST_F(DialogCommandTest, MakesNoFolderWithoutAGoodName) {
+    EXPECT_EQ(Open({}, R"(
+                  text start.pdf
+                  press New folder
+                  edit Given up
+                  key Esc
+                  gone Given up
+                  press New folder
+                  edit what?
+                  key Enter
+                  text "what?" is no name
+                  press OK
+                  press New folder
+                  edit documents
+                  key Enter
+                  text Something of this name is there already
+                  press OK
+                  open start.pdf)"),
+              L"/start.pdf");
+    EXPECT_EQ(std::distance(fs::directory_iterator(Service::LocalPath(L"/")), fs::directory_iterator()), 2);
+}
+
+TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  key Delete
+                  text Do you want to delete the file "a.pdf"?
+                  press Cancel
+                  row a.pdf
+                  add c.txt
+                  press cmd.Delete
+                  text these 2 items
+                  text a.pdf
+                  text c.txt
+                  press Delete
+                  gone c.txt
+                  row Inner
+                  menu Delete
+                  text the folder "Inner" and everything in it
+                  press Delete
+                  gone Inner
+                  open b.pdf)"),
+              L"/Documents/b.pdf");
+    EXPECT_FALSE(Exists(L"/Documents/a.pdf"));
+    EXPECT_FALSE(Exists(L"/Documents/c.txt"));
+    EXPECT_FALSE(Exists(L"/Documents/Inner"));
+    EXPECT_TRUE(Exists(L"/Documents/b.pdf"));
+}
+
+TEST_F(DialogCommandTest, ReloadsWhatOthersChanged) {
+    Then([] { MakeFile(L"/Documents/from somebody.pdf"); }, "key F5 \n open from somebody.pdf");
+    EXPECT_EQ(Open({L"/Documents"}, "row a.pdf"), L"/Documents/from somebody.pdf");
+}
+
+class DialogFailureTest : public OpenDialogTest {
+protected:
+    static constexpr char slow_listing[] = R"({"path": "2/files/list_folder", "delay_ms": 4000})";
+    static constexpr char failing_listing[] = R"({"path": "2/files/list_folder", "status": 500, "times": 2})";
+};
+
+TEST_F(DialogFailureTest, ClosesAtOnceWhileAFolderLoads) {
+    for (const char* way : {"key Esc", "press btn.cancel", "close"}) {
+        SCOPED_TRACE(way);
+        Service::AddFault(slow_listing);
+        const ULONGLONG begin = GetTickCount64();
+        EXPECT_EQ(Open({}, std::string("text Loading... \n ") + way), canceled);
+        EXPECT_LT(GetTickCount64() - begin, 2000u);
+    }
+}
+
+TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
+    Service::AddFault(failing_listing);
+    EXPECT_EQ(Open({}, R"(
+                  text Dropbox has a problem at the moment
+                  press Try again
+                  text Dropbox could not be loaded
+                  press Try again
+                  open start.pdf)"),
+              L"/start.pdf");
+    Service::AddFault(failing_listing);
+    EXPECT_EQ(Open({}, R"(
+                  text Dropbox has a problem at the moment
+                  press Cancel
+                  text Dropbox has a problem at the moment
+                  key F5
+                  press Cancel
+                  key F5
+                  open start.pdf)"),
+              L"/start.pdf");
+}
+
+TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {
+    Then([] { fs::remove_all(Service::LocalPath(L"/Documents")); }, R"(
+        key F5
+        text It is not there, or not any more
+        press Cancel
+        key Alt+Up
+        open start.pdf)");
+    EXPECT_EQ(Open({L"/Documents"}, "text a.pdf"), L"/start.pdf");
+    EXPECT_EQ(Open({L"/No such folder"}, "text It is not there \n press Cancel \n press Cancel"), canceled);
+}
+
+TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpired) {
+    Then([] { Service::RevokeTokens(); }, R"(
+        open Documents
+        text Dropbox does not accept your sign-in any more
+        press Sign in again
+        text Email
+        fill email Ada Example
+        fill password sample
+        press Sign in
+        text Allow
+        press Allow
+        open b.pdf)");
+    EXPECT_EQ(Open({}, "text start.pdf"), L"/Documents/b.pdf");
+}
+
+TEST_F(OpenDialogTest, ChangesTheUser) {
+    const auto bens_file = fs::path(Variable(L"DEVSERVICE_ROOT_2")) / L"ben.pdf";
+    WriteBytes(bens_file, "bytes");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  text a.pdf
+                  press Choose user
+                  window Sign in to Dropbox
+                  close
+                  window Open from Dropbox
+                  text a.pdf
+                  press Choose user
+                  text Email
+                  fill email Ben Example
+                  fill password sample
+                  press Sign in
+                  text Allow
+                  press Allow
+                  open ben.pdf)"),
+              L"/ben.pdf");
+    fs::remove(bens_file);
+}
+
+} // namespace
+} // namespace Tests
