@@ -80,6 +80,8 @@ private:
     void OnNameChanged(LONG i_detail);
     void OnCommand(LONG i_command);
     HRESULT OnFilterComboSelectionChanged();
+    /// What the name box shows for the files that are selected: the name, or a quoted list of several.
+    std::wstring SelectedNames() const;
 
     // DialogNavigation.cpp: folders
     void Connect(IAFS_Name* i_folder);

@@ -27,24 +27,6 @@ const Dialog::ItemEvent Dialog::item_events[] = {
     {Ui::command_bar_id, UIX_ItemEvent_Command, &Dialog::OnCommand},
 };
 
-namespace {
-
-/// What the name box shows for the files that are selected: the name, or a quoted list of several.
-std::wstring NamesOf(const std::vector<const FileRow*>& i_rows) {
-    TRACE_FUNCTION();
-    std::wstring names;
-    std::size_t count = 0;
-    for (const FileRow* const row : i_rows) {
-        if (row->is_folder)
-            continue;
-        ++count;
-        names += (count > 1 ? L" \"" : L"\"") + row->title + L"\"";
-    }
-    return count == 1 ? names.substr(1, names.size() - 2) : names;
-}
-
-} // namespace
-
 HRESULT STDMETHODCALLTYPE Dialog::OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
@@ -85,9 +67,22 @@ void Dialog::OnSelectionChanged(LONG) {
     const auto selection = m_list->GetSelection();
     if (!selection.empty())
         m_is_name_typed = false; // OK means the rows from here on.
-    if (const std::wstring names = NamesOf(selection); !names.empty())
+    if (const std::wstring names = SelectedNames(); !names.empty())
         m_items.m_name->put_Text(names.c_str());
     UpdateItems();
+}
+
+std::wstring Dialog::SelectedNames() const {
+    TRACE_FUNCTION();
+    std::wstring names;
+    std::size_t count = 0;
+    for (const FileRow* const row : m_list->GetSelection()) {
+        if (row->is_folder)
+            continue;
+        ++count;
+        names += (count > 1 ? L" \"" : L"\"") + row->title + L"\"";
+    }
+    return count == 1 ? names.substr(1, names.size() - 2) : names;
 }
 
 /// A double click, or Enter: a single folder is always gone into, even where folders are chosen.

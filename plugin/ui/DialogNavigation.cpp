@@ -89,6 +89,8 @@ void Dialog::OnFolderLoaded(HRESULT i_result) {
     m_good_folder = m_shown_folder;
     m_list->Fill(m_context.file_system, m_connection->GetItems(), m_connection->GetParentFolder(),
                  Text(L"db.msg.emptyFolder"));
+    if (!m_is_name_typed && m_mode.is_open)
+        m_items.m_name->put_Text(SelectedNames().c_str()); // Not those that are gone.
     ShowPath(m_shown_folder);
     UpdateItems();
     Arrive();
