@@ -128,7 +128,7 @@ key Enter
 text For the committee
 picture save-dialog.png
 open For the committee
-text This folder is empty
+text Dropbox/Documents/For the committee
 press Save
 STEPS
 Expect "the service's folder has the new folder" test -d "$served/Documents/For the committee"
@@ -141,7 +141,7 @@ SetScale 150
 ShowDriven delete-150.png open-dialog --folder /Documents <<'STEPS'
 row For the committee
 picture open-dialog-150.png
-press cmd.Delete
+press Delete
 text the folder "For the committee"
 picture delete-150.png
 press Delete

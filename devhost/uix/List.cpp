@@ -183,6 +183,11 @@ void List::PaintEmptyText() const {
     ReleaseDC(Window(), device);
 }
 
+/// For those who ask the window for its text, such as screen readers.
+void List::PutEmptyTextAsText() const {
+    SetWindowTextW(Window(), RowCount() == 0 ? m_empty_text.c_str() : L"");
+}
+
 // What the plug-in asks for.
 
 HRESULT STDMETHODCALLTYPE List::put_Source(Qorv::IUIX_ListSource* i_source) noexcept {
@@ -237,6 +242,7 @@ HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
             SetRowState(focused, 0, LVIS_FOCUSED);
         if (Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(i_count), LPARAM{0}) == FALSE)
             return E_OUTOFMEMORY;
+        PutEmptyTextAsText();
         if (i_count > 0)
             Send(LVM_ENSUREVISIBLE, 0, FALSE);
         InvalidateRect(Window(), nullptr, TRUE);
@@ -249,6 +255,7 @@ HRESULT STDMETHODCALLTYPE List::put_EmptyText(Qorv::PCStr i_text) noexcept {
         return E_POINTER;
     return WithControl([&] {
         m_empty_text = i_text;
+        PutEmptyTextAsText();
         if (RowCount() == 0)
             InvalidateRect(Window(), nullptr, TRUE);
     });

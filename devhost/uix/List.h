@@ -39,6 +39,7 @@ private:
     void AskForMenu(HWND i_for, LPARAM i_place);
     POINT PlaceForMenu() const;
     void PaintEmptyText() const;
+    void PutEmptyTextAsText() const;
 
     HWND Header() const { return reinterpret_cast<HWND>(Send(LVM_GETHEADER)); }
     LONG RowCount() const { return static_cast<LONG>(Send(LVM_GETITEMCOUNT)); }

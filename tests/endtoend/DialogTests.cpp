@@ -230,7 +230,7 @@ TEST_F(DialogCommandTest, MakesANamedFolder) {
                   text Reports
                   focus lst.files
                   key Enter
-                  text This folder is empty
+                  text Dropbox/Reports
                   menu New folder
                   edit 2026
                   key Enter
@@ -271,7 +271,7 @@ TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
                   press Cancel
                   row a.pdf
                   add c.txt
-                  press cmd.Delete
+                  press Delete
                   text these 2 items
                   text a.pdf
                   text c.txt
