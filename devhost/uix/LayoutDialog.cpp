@@ -196,14 +196,14 @@ RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
 
 /// The first item takes the keyboard, unless the sink has chosen another one.
 HRESULT LayoutDialog::OnInit() {
+    if (m_is_foreground) // Before an item takes the focus: the title bar is told only when that is the first change.
+        SetForegroundWindow(Window());
     const HRESULT result = m_sink != nullptr ? m_sink->OnInit() : E_UNEXPECTED;
     if (FAILED(result) || Window() == nullptr)
         return result;
     if (!IsChild(Window(), GetFocus()))
         if (const HWND first = GetNextDlgTabItem(Window(), nullptr, FALSE))
             SendMessageW(Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
-    if (m_is_foreground)
-        SetForegroundWindow(Window());
     return result;
 }
 
