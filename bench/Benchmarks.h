@@ -21,6 +21,8 @@ void MeasureTransfers(Report& io_report, const Effort& i_effort);
 void MeasureListings(Report& io_report, const Effort& i_effort);
 /// Peak memory of a listing, in a process of its own.
 void MeasureListingMemory(Report& io_report, const Effort& i_effort);
+/// From the arrival of a folder of 10 to 100,000 entries to the list that shows it, in the module's own dialog.
+void MeasureDialog(Report& io_report, const Effort& i_effort);
 /// From loading the module to the end of `Init`, in processes of their own.
 void MeasureLoading(Report& io_report, const Effort& i_effort);
 /// Calls of a traced function, with the log off and on.

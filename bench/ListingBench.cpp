@@ -1,6 +1,7 @@
 #include "BareService.h"
 #include "Benchmarks.h"
 #include "ChildProcess.h"
+#include "Folders.h"
 #include "LoadedModule.h"
 #include "Measure.h"
 
@@ -14,27 +15,11 @@ namespace {
 
 using DevHost::Check;
 
-constexpr std::size_t largest_folder = 100'000;
 constexpr std::size_t buffer_size = 64 * 1024;
 constexpr double milliseconds = 1e3;
 constexpr double microseconds = 1e6;
 constexpr Figure::Aim time_aim{false, 1.25};
 constexpr Figure::Aim memory_aim{false, 400};
-
-/// `bench.sh` makes the folders, each with as many files as its name says.
-std::wstring FolderOf(std::size_t i_entries) {
-    return L"/" + std::to_wstring(i_entries);
-}
-
-std::vector<std::size_t> Sizes(const Effort& i_effort) {
-    if (i_effort.is_quick)
-        return {10, 1'000, 10'000};
-    return {10, 1'000, 10'000, largest_folder};
-}
-
-std::string SizeText(std::size_t i_entries) {
-    return i_entries < 1000 ? std::to_string(i_entries) : std::to_string(i_entries / 1000) + ",000";
-}
 
 /// A folder's name, bound already: listing it then takes the very requests that the bare reference sends.
 Qorv::ComPtr<Qorv::IAFS_Name> BoundFolder(const LoadedModule& i_module, std::size_t i_entries) {
@@ -93,7 +78,7 @@ void MeasureListings(Report& io_report, const Effort& i_effort) {
     module.BindAccount();
     std::vector<char> buffer(buffer_size);
     std::vector<double> entry_times;
-    for (const std::size_t entries : Sizes(i_effort)) {
+    for (const std::size_t entries : FolderSizes(i_effort)) {
         const auto folder = BoundFolder(module, entries);
         const std::string path = "/" + std::to_string(entries);
         RequireEntries(CountBare(bare, path, buffer), entries); // The service's first look at a folder is a slow one.
@@ -119,7 +104,7 @@ void MeasureListings(Report& io_report, const Effort& i_effort) {
 }
 
 void MeasureListingMemory(Report& io_report, const Effort& i_effort) {
-    const std::size_t entries = Sizes(i_effort).back();
+    const std::size_t entries = FolderSizes(i_effort).back();
     const double bytes = RunChild(L"list", std::to_wstring(entries)).front();
     io_report.Add({"peak memory per entry, " + SizeText(entries),
                    bytes / static_cast<double>(entries),

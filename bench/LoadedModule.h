@@ -30,6 +30,7 @@ public:
     Qorv::ComPtr<Qorv::IAFS_Name> NameOf(const std::wstring& i_path) const;
     Qorv::ComPtr<Qorv::IAFS_File> Open(const std::wstring& i_path, ULONG i_flags) const;
 
+    MeasuredHost& Host() const noexcept { return *m_host; }
     Qorv::IAFS_FileSys& FileSystem() const noexcept { return *m_file_system; }
     /// The callback that the plug-in gave for the file that was opened last.
     Qorv::ComPtr<Qorv::IAFS_FileCacheCallbacks> TakeCallback() const noexcept {

@@ -27,7 +27,7 @@ struct Topic {
 
 constexpr std::array topics{
     Topic{L"transfer", &MeasureTransfers}, Topic{L"list", &MeasureListings}, Topic{L"memory", &MeasureListingMemory},
-    Topic{L"load", &MeasureLoading},       Topic{L"trace", &MeasureTracing},
+    Topic{L"dialog", &MeasureDialog},      Topic{L"load", &MeasureLoading},  Topic{L"trace", &MeasureTracing},
 };
 
 struct UsageError : std::runtime_error {
@@ -51,7 +51,7 @@ Options ParseOptions(const std::vector<std::wstring_view>& i_arguments) {
             options.names.push_back(*argument);
         else
             throw UsageError("unknown: " + DevHost::ToUtf8(*argument) +
-                             "\nusage: [--quick] [--json FILE] [transfer] [list] [memory] [load] [trace]");
+                             "\nusage: [--quick] [--json FILE] [transfer] [list] [memory] [dialog] [load] [trace]");
     }
     return options;
 }

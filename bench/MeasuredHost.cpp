@@ -6,6 +6,27 @@
 
 namespace Bench {
 
+namespace {
+
+/// A worker's call, with the notices before and after it.
+class NoticedCall final : public Qorv::CoClass<NoticedCall, Qorv::IQorv_ThreadSafeCallback> {
+public:
+    NoticedCall(Qorv::IQorv_ThreadSafeCallback* i_call, const MeasuredHost::Notice& i_notice)
+        : m_call(i_call), m_notice(i_notice) {}
+    HRESULT STDMETHODCALLTYPE OnExecute() noexcept override {
+        m_notice(false);
+        const HRESULT result = m_call->OnExecute();
+        m_notice(true);
+        return result;
+    }
+
+private:
+    Qorv::ComPtr<Qorv::IQorv_ThreadSafeCallback> m_call;
+    const MeasuredHost::Notice& m_notice;
+};
+
+} // namespace
+
 HRESULT STDMETHODCALLTYPE TappedFileSystems::GetFilesCache(Qorv::IAFS_FileSys* i_file_system,
                                                            Qorv::IAFS_FilesCache** o_cache) noexcept {
     if (m_tap == nullptr) {
@@ -38,6 +59,14 @@ HRESULT STDMETHODCALLTYPE MeasuredHost::GetExtension(Qorv::PCStr i_name, IUnknow
         service = static_cast<Qorv::IUIX_Inst*>(m_ui);
     *o_service = service.Detach();
     return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE MeasuredHost::ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
+                                                            DWORD i_wait) noexcept {
+    if (!m_notice || GetCurrentThreadId() == m_main_thread)
+        return m_host->ExecuteOnMainThread(i_callback, i_wait);
+    const auto call = Qorv::Create<NoticedCall>(i_callback, m_notice);
+    return m_host->ExecuteOnMainThread(call, i_wait);
 }
 
 } // namespace Bench

@@ -4,6 +4,8 @@
 #include "qorv/CoClass.h"
 #include "services/MainInstance.h"
 
+#include <functional>
+
 namespace Bench {
 
 /// The files cache of the development host, which remembers the last cache callback that the plug-in gave it, so that
@@ -78,6 +80,11 @@ public:
     TappedFileSystems& FileSystems() const noexcept { return *m_file_systems; }
     TimedUi& Ui() const noexcept { return *m_ui; }
 
+    using Notice = std::function<void(bool i_is_done)>;
+
+    /// Is called on the main thread before and after it does what a worker of the plug-in asked for. Empty for nothing.
+    void OnWorkersCall(Notice i_notice) { m_notice = std::move(i_notice); }
+
     HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override;
     HRESULT STDMETHODCALLTYPE GetPluginSettings(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                 Qorv::IAUX_CabNode** o_settings) noexcept override {
@@ -103,9 +110,7 @@ public:
         return m_host->get_EventServer(o_server);
     }
     HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
-                                                  DWORD i_wait) noexcept override {
-        return m_host->ExecuteOnMainThread(i_callback, i_wait);
-    }
+                                                  DWORD i_wait) noexcept override;
     HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override {
         return m_host->get_MainFrameWnd(o_window);
     }
@@ -114,6 +119,8 @@ private:
     Qorv::ComPtr<DevHost::MainInstance> m_host;
     Qorv::ComPtr<TappedFileSystems> m_file_systems;
     Qorv::ComPtr<TimedUi> m_ui;
+    const DWORD m_main_thread = GetCurrentThreadId();
+    Notice m_notice;
 };
 
 } // namespace Bench
