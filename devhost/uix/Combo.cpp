@@ -23,6 +23,7 @@ void Combo::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     m_list_width = i_place.rect.right - i_place.rect.left;
     CreateControl(i_description, WithRoomForList(i_place),
                   {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS});
+    m_tool_tips = ToolTips(i_place.parent);
     FitClosedHeight(static_cast<int>(i_place.rect.bottom - i_place.rect.top));
 }
 
@@ -55,18 +56,21 @@ void Combo::OnCommand(WORD i_notification) {
     Post(Qorv::UIX_ItemEvent_Changed);
 }
 
+/// The hint of the selected item is the control's: the items of an open list cannot show theirs.
 void Combo::Remember() {
     m_selected = Selected();
+    m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<size_t>(m_selected)] : L"");
 }
 
 HRESULT STDMETHODCALLTYPE Combo::Clear() noexcept {
     return WithControl([&] {
         Send(CB_RESETCONTENT);
+        m_hints.clear();
         Remember();
     });
 }
 
-HRESULT STDMETHODCALLTYPE Combo::InsertItem(LONG i_index, Qorv::PCStr i_text, Qorv::PCStr /*i_hint*/,
+HRESULT STDMETHODCALLTYPE Combo::InsertItem(LONG i_index, Qorv::PCStr i_text, Qorv::PCStr i_hint,
                                             Qorv::IUIX_Image* /*i_icon*/, Qorv::PARAM_T i_param,
                                             ULONG i_flags) noexcept {
     if (i_text == nullptr)
@@ -78,6 +82,7 @@ HRESULT STDMETHODCALLTYPE Combo::InsertItem(LONG i_index, Qorv::PCStr i_text, Qo
         if (index < 0)
             return E_OUTOFMEMORY;
         Send(CB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(i_param));
+        m_hints.insert(m_hints.begin() + index, i_hint != nullptr ? i_hint : L"");
         WidenListFor(i_text);
         Remember();
         return S_OK;

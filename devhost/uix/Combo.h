@@ -1,6 +1,7 @@
 #pragma once
 
 #include "uix/DialogItem.h"
+#include "uix/ToolTips.h"
 
 #include <vector>
 
@@ -31,6 +32,8 @@ private:
 
     LONG m_selected = -1; ///< The selection that the plug-in knows of.
     LONG m_list_width = 0;
+    std::vector<std::wstring> m_hints; ///< Of the items.
+    ToolTips m_tool_tips;
 };
 
 } // namespace DevHost

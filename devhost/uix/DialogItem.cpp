@@ -9,14 +9,10 @@
 #include "uix/Picture.h"
 #include "uix/WindowText.h"
 
-#include <commctrl.h>
-
 namespace DevHost {
 namespace {
 
 using Qorv::ComPtr;
-
-constexpr UINT_PTR subclass_id = 1;
 
 template <typename Kind>
 ComPtr<DialogItem> CreateKind() {
@@ -58,7 +54,7 @@ void DialogItem::CreateControl(const LayoutItem& i_description, const ItemPlace&
                         reinterpret_cast<HMENU>(UINT_PTR{i_place.control_id}), GetModuleHandleW(nullptr), nullptr);
     if (m_window == nullptr)
         throw LastErrorFailure(L"Cannot make a control");
-    SetWindowSubclass(m_window, &ControlProcedure, subclass_id, reinterpret_cast<DWORD_PTR>(this));
+    BeginListening();
     Send(WM_SETFONT, reinterpret_cast<WPARAM>(i_place.font), FALSE);
     SetControlName(m_window, m_id);
 }
@@ -66,16 +62,27 @@ void DialogItem::CreateControl(const LayoutItem& i_description, const ItemPlace&
 /// A control outlives its item only when the dialog could not be made.
 DialogItem::~DialogItem() {
     if (m_window != nullptr)
-        RemoveWindowSubclass(m_window, &ControlProcedure, subclass_id);
+        EndListening();
 }
 
-LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
-                                              UINT_PTR /*i_subclass_id*/, DWORD_PTR i_item) {
-    const ComPtr<DialogItem> item(reinterpret_cast<DialogItem*>(i_item));
+/// Not by SetWindowSubclass, which looks a property of the window up for every message: a list gets many.
+void DialogItem::BeginListening() {
+    SetWindowLongPtrW(m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    m_procedure = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ControlProcedure)));
+}
+
+void DialogItem::EndListening() const {
+    SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_procedure));
+    SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
+}
+
+LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
+    const ComPtr<DialogItem> item(reinterpret_cast<DialogItem*>(GetWindowLongPtrW(i_window, GWLP_USERDATA)));
     if (i_message != WM_NCDESTROY)
         return item->OnControlMessage(i_message, i_wparam, i_lparam);
-    RemoveWindowSubclass(i_window, &ControlProcedure, subclass_id);
-    const LRESULT result = DefSubclassProc(i_window, i_message, i_wparam, i_lparam);
+    item->EndListening();
+    const LRESULT result = CallWindowProcW(item->m_procedure, i_window, i_message, i_wparam, i_lparam);
     item->m_window = nullptr;
     item->m_events = nullptr;
     item->OnGone();
@@ -83,7 +90,7 @@ LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPA
 }
 
 LRESULT DialogItem::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
-    return DefSubclassProc(m_window, i_message, i_wparam, i_lparam);
+    return CallWindowProcW(m_procedure, m_window, i_message, i_wparam, i_lparam);
 }
 
 void DialogItem::Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail) {

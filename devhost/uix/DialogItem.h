@@ -115,11 +115,13 @@ protected:
     }
 
 private:
-    static LRESULT CALLBACK ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
-                                             UINT_PTR i_subclass_id, DWORD_PTR i_item);
+    static LRESULT CALLBACK ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
+    void BeginListening();
+    void EndListening() const;
 
     std::wstring m_id;
     HWND m_window = nullptr;
+    WNDPROC m_procedure = nullptr; ///< The control's own.
     ItemEvents* m_events = nullptr;
     bool m_is_own_change = false;
 };

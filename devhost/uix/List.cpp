@@ -10,6 +10,12 @@ constexpr DWORD multi_select_style = 0x400; // Of a layout.
 // Layout units.
 constexpr int empty_text_margin = 24;
 
+/// Beyond all that the control has.
+UINT PaintMessage() {
+    static const UINT message = RegisterWindowMessageW(L"QorvHostListPaint");
+    return message;
+}
+
 bool ChangesSelection(UINT i_old_state, UINT i_new_state) {
     return ((i_old_state ^ i_new_state) & LVIS_SELECTED) != 0;
 }
@@ -17,9 +23,7 @@ bool ChangesSelection(UINT i_old_state, UINT i_new_state) {
 } // namespace
 
 void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
-    const Scale scale = Scale::OfScreen();
-    m_images.emplace(scale);
-    m_sort_mark.emplace(scale);
+    m_images.emplace(Scale::OfScreen());
     // Editing is always possible for the control, and refused while nobody has asked for it.
     DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_EDITLABELS | LVS_SHAREIMAGELISTS;
     if ((i_description.style & multi_select_style) == 0)
@@ -33,7 +37,6 @@ void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
 void List::OnGone() {
     m_source.Reset();
     m_images.reset();
-    m_sort_mark.reset();
 }
 
 // What the control asks and tells.
@@ -106,6 +109,10 @@ void List::OnEdited(const LVITEMW& i_row) {
 }
 
 LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
+    if (i_message == PaintMessage()) {
+        ReleasePainting();
+        return 0;
+    }
     switch (i_message) {
     case WM_GETDLGCODE: {
         // Enter is the list's when it has a row to activate, else the default button's.
@@ -216,11 +223,37 @@ HRESULT STDMETHODCALLTYPE List::AddColumn(Qorv::PCStr i_title, LONG i_width, ULO
 
 HRESULT STDMETHODCALLTYPE List::put_SortMark(LONG i_column, VARIANT_BOOL i_is_descending) noexcept {
     return WithControl([&] {
-        if (i_column < -1 || i_column >= Header_GetItemCount(Header()))
+        const int count = Header_GetItemCount(Header());
+        if (i_column < -1 || i_column >= count)
             return E_INVALIDARG;
-        m_sort_mark->Show(Header(), static_cast<int>(i_column), i_is_descending != VARIANT_FALSE);
+        for (int column = 0; column < count; ++column)
+            MarkColumn(column, column != i_column ? 0 : i_is_descending == VARIANT_FALSE ? HDF_SORTUP : HDF_SORTDOWN);
         return S_OK;
     });
+}
+
+/// Until the current message is over: each row of which the state changes costs a calculation of its place otherwise,
+/// and ten thousand may be selected in a row.
+void List::HoldPainting() {
+    if (m_is_painting_held || !PostMessageW(Window(), PaintMessage(), 0, 0))
+        return;
+    m_is_painting_held = true;
+    Send(WM_SETREDRAW, FALSE);
+}
+
+void List::ReleasePainting() {
+    if (!std::exchange(m_is_painting_held, false))
+        return;
+    Send(WM_SETREDRAW, TRUE);
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void List::MarkColumn(int i_column, int i_mark) const {
+    HDITEMW item{};
+    item.mask = HDI_FORMAT;
+    Header_GetItem(Header(), i_column, &item);
+    item.fmt = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | i_mark;
+    Header_SetItem(Header(), i_column, &item);
 }
 
 HRESULT STDMETHODCALLTYPE List::get_RowCount(LONG* o_count) noexcept {
@@ -237,15 +270,15 @@ HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
     return ChangeControl([&] {
         CancelEdit();
         ForgetEvents();
-        SetRowState(-1, 0, LVIS_SELECTED);
+        HoldPainting();
         if (const LONG focused = FocusedRow(); focused != -1)
             SetRowState(focused, 0, LVIS_FOCUSED);
+        Send(LVM_SETITEMCOUNT); // Rows that are not there are not selected.
         if (Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(i_count), LPARAM{0}) == FALSE)
             return E_OUTOFMEMORY;
         PutEmptyTextAsText();
         if (i_count > 0)
             Send(LVM_ENSUREVISIBLE, 0, FALSE);
-        InvalidateRect(Window(), nullptr, TRUE);
         return S_OK;
     });
 }
@@ -297,6 +330,7 @@ HRESULT STDMETHODCALLTYPE List::SelectRow(LONG i_row, VARIANT_BOOL i_is_selected
     return ChangeControl([&] {
         if (i_row != -1 && !HasRow(i_row))
             return E_INVALIDARG;
+        HoldPainting();
         SetRowState(i_row, i_is_selected != VARIANT_FALSE ? LVIS_SELECTED : 0, LVIS_SELECTED);
         return S_OK;
     });
@@ -313,6 +347,7 @@ HRESULT STDMETHODCALLTYPE List::put_FocusedRow(LONG i_row) noexcept {
     return ChangeControl([&] {
         if (!HasRow(i_row))
             return E_INVALIDARG;
+        HoldPainting();
         SetRowState(i_row, LVIS_FOCUSED, LVIS_FOCUSED);
         Send(LVM_SETSELECTIONMARK, 0, LPARAM{i_row}); // Where a range begins.
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
@@ -325,6 +360,13 @@ HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
         if (!HasRow(i_row))
             return E_INVALIDARG;
         CancelEdit();
+        return BeginEdit(i_row);
+    });
+}
+
+HRESULT List::BeginEdit(LONG i_row) {
+    return ChangeControl([&] {
+        ReleasePainting();
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
         SetFocus(); // The control edits only while it has it.
         m_is_edit_wanted = true;
@@ -336,8 +378,8 @@ HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
 }
 
 void List::CancelEdit() const {
-    if (const auto edit = reinterpret_cast<HWND>(Send(LVM_GETEDITCONTROL)))
-        SendMessageW(edit, WM_KEYDOWN, VK_ESCAPE, 1);
+    if (Send(LVM_GETEDITCONTROL) != 0)
+        Send(LVM_CANCELEDITLABEL);
 }
 
 HRESULT STDMETHODCALLTYPE List::get_EditedText(BSTR* o_text) noexcept {

@@ -3,7 +3,6 @@
 #include "qorv/Values.h"
 #include "uix/DialogItem.h"
 #include "uix/ListImages.h"
-#include "uix/SortMark.h"
 
 #include <optional>
 
@@ -46,15 +45,19 @@ private:
     LONG FocusedRow() const { return NextRow(-1, LVNI_FOCUSED); }
     LONG NextRow(LONG i_after_row, UINT i_state) const;
     bool HasRow(LONG i_row) const { return i_row >= 0 && i_row < RowCount(); }
+    void HoldPainting();
+    void ReleasePainting();
+    void MarkColumn(int i_column, int i_mark) const;
     void SetRowState(LONG i_row, UINT i_state, UINT i_mask) const;
+    HRESULT BeginEdit(LONG i_row);
     void CancelEdit() const;
 
     std::optional<ListImages> m_images;
-    std::optional<SortMark> m_sort_mark;
     Qorv::ComPtr<Qorv::IUIX_ListSource> m_source;
     Qorv::Bstr m_cell_text; ///< What the control was answered last; it reads it after the answer.
     std::wstring m_empty_text;
     bool m_is_edit_wanted = false;
+    bool m_is_painting_held = false;
     std::optional<std::wstring> m_edited_text; ///< Nothing when the user gave up.
 };
 

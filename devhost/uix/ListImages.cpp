@@ -12,28 +12,29 @@ using Qorv::ComPtr;
 
 // Layout units.
 constexpr int side = 16;
+constexpr int cell_width = 21; // A gap before the text.
 constexpr int row_height = 19; // Some air between the rows.
 
 constexpr int first_capacity = 4;
 constexpr int growth = 4;
 
-/// A picture in the middle of a clear cell.
+/// A picture at the left of a clear cell, in the middle of its height.
 ComPtr<Bitmap> Framed(const Bitmap& i_picture, SIZE i_cell) {
-    const auto cell_width = static_cast<ULONG>(i_cell.cx);
-    const auto cell_height = static_cast<ULONG>(i_cell.cy);
-    std::vector<std::uint32_t> pixels(size_t{cell_width} * cell_height);
-    const size_t left = (cell_width - i_picture.Width()) / 2;
-    const size_t top = (cell_height - i_picture.Height()) / 2;
+    const auto width = static_cast<ULONG>(i_cell.cx);
+    const auto height = static_cast<ULONG>(i_cell.cy);
+    std::vector<std::uint32_t> pixels(size_t{width} * height);
+    const size_t top = (height - i_picture.Height()) / 2;
     for (ULONG row = 0; row < i_picture.Height(); ++row)
         std::copy_n(i_picture.Pixels().begin() + static_cast<std::ptrdiff_t>(row * i_picture.Width()),
-                    i_picture.Width(), pixels.begin() + static_cast<std::ptrdiff_t>((top + row) * cell_width + left));
-    return Qorv::Create<Bitmap>(cell_width, cell_height, std::move(pixels));
+                    i_picture.Width(), pixels.begin() + static_cast<std::ptrdiff_t>((top + row) * width));
+    return Qorv::Create<Bitmap>(width, height, std::move(pixels));
 }
 
 } // namespace
 
 ListImages::ListImages(const Scale& i_scale)
-    : m_cell{i_scale.Pixels(side), i_scale.Pixels(row_height)}
+    : m_side(static_cast<ULONG>(i_scale.Pixels(side)))
+    , m_cell{i_scale.Pixels(cell_width), i_scale.Pixels(row_height)}
     , m_list(ImageList_Create(static_cast<int>(m_cell.cx), static_cast<int>(m_cell.cy), ILC_COLOR32, first_capacity,
                               growth)) {
     if (m_list == nullptr)
@@ -51,7 +52,7 @@ int ListImages::IndexOf(Qorv::IUIX_Image* i_image) {
 }
 
 int ListImages::Add(Qorv::IUIX_Image* i_image) {
-    const ComPtr<Bitmap> picture = SquareOf(i_image, static_cast<ULONG>(m_cell.cx));
+    const ComPtr<Bitmap> picture = SquareOf(i_image, m_side);
     if (picture == nullptr)
         return I_IMAGENONE;
     const int index = ImageList_Add(m_list.get(), MakeGdiBitmap(*Framed(*picture, m_cell)).get(), nullptr);

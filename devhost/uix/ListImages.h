@@ -33,6 +33,7 @@ private:
 
     int Add(Qorv::IUIX_Image* i_image);
 
+    ULONG m_side;
     SIZE m_cell; ///< Pixels. Its height is a row's.
     std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, DestroyList> m_list;
     std::vector<Entry> m_entries; ///< A few.

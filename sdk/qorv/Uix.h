@@ -46,7 +46,8 @@ struct IUIX_ObjSink : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE OnInit() = 0;
     /// The client area has another size.
     virtual HRESULT STDMETHODCALLTYPE OnSize() = 0;
-    /// Something happened to an item (`UIX_ItemEventKind`, which says what the detail is).
+    /// Something happened to an item (`UIX_ItemEventKind`, which says what the detail is). The control is done with it
+    /// already: the dialog may be destroyed in here.
     virtual HRESULT STDMETHODCALLTYPE OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) = 0;
     /// A message from WM_APP to 0xBFFF that the plug-in has posted to the dialog's window for itself.
     virtual HRESULT STDMETHODCALLTYPE OnMessage(UINT i_message, WPARAM i_w_param, LPARAM i_l_param) = 0;

@@ -52,8 +52,8 @@ struct IUIX_Combo : IUnknown {
     static constexpr IID Id = {0x5f0c7b64, 0x93de, 0x4c1f, {0xb8, 0x27, 0x3c, 0x6e, 0x14, 0x9a, 0x70, 0xd5}};
     /// Takes all items out. What they carry is not touched.
     virtual HRESULT STDMETHODCALLTYPE Clear() = 0;
-    /// Puts an item before the one at the index, or at the end (-1). The hint is shown as the item's tool tip; hint and
-    /// icon may be null, the flags are reserved, 0.
+    /// Puts an item before the one at the index, or at the end (-1). The hint is the combo's tool tip while the item is
+    /// selected; hint and icon may be null, and a host may leave the icon out. The flags are reserved, 0.
     virtual HRESULT STDMETHODCALLTYPE InsertItem(LONG i_index, PCStr i_text, PCStr i_hint, IUIX_Image* i_icon,
                                                  PARAM_T i_param, ULONG i_flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Count(LONG* o_count) = 0;
@@ -90,7 +90,8 @@ struct IUIX_List : IUnknown {
     /// Marks the column by which the rows are sorted; -1 for none.
     virtual HRESULT STDMETHODCALLTYPE put_SortMark(LONG i_column, VARIANT_BOOL i_is_descending) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_RowCount(LONG* o_count) = 0;
-    /// The source has other rows from now on: all are asked for anew, none is selected or has the focus.
+    /// The source has other rows from now on: all are asked for anew, none is selected or has the focus. What the user
+    /// has done to the old ones and the sink has not been told yet is forgotten; a row's editing is given up.
     virtual HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) = 0;
     /// Stands in the list while it has no rows.
     virtual HRESULT STDMETHODCALLTYPE put_EmptyText(PCStr i_text) = 0;
@@ -107,7 +108,7 @@ struct IUIX_List : IUnknown {
     /// Lets the user type another text for the row, in place. Its end is reported (`UIX_ItemEvent_RowEdited`); the row
     /// itself is the source's to change.
     virtual HRESULT STDMETHODCALLTYPE EditRow(LONG i_row) = 0;
-    /// What the user typed, to be asked for in the event; S_FALSE and null when the user gave up.
+    /// What the user typed last, to be asked for in the event; S_FALSE and null when the user gave up.
     virtual HRESULT STDMETHODCALLTYPE get_EditedText(BSTR* o_text) = 0;
 };
 
