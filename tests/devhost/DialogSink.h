@@ -9,6 +9,13 @@
 
 namespace Tests {
 
+/// What a dialog tells its sink of an item.
+struct ItemEvent {
+    std::wstring item;
+    ULONG kind = 0;
+    LONG detail = 0;
+};
+
 /// A dialog's sink that writes down what it is told, and does what a test gives it to do.
 class DialogSink final : public Qorv::CoClass<DialogSink, Qorv::IUIX_ObjSink> {
 public:
@@ -25,13 +32,18 @@ public:
         events.emplace_back(L"size");
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE OnItemEvent(Qorv::PCStr i_item_id, ULONG i_kind, LONG) noexcept override {
-        events.emplace_back((i_kind == Qorv::UIX_ItemEvent_Click ? L"click " : L"? ") + std::wstring(i_item_id));
-        if (on_click)
-            on_click(i_item_id);
+    HRESULT STDMETHODCALLTYPE OnItemEvent(Qorv::PCStr i_item_id, ULONG i_kind, LONG i_detail) noexcept override {
+        events.push_back(NameOf(i_kind) + L" " + i_item_id +
+                         (HasDetail(i_kind) ? L" " + std::to_wstring(i_detail) : L""));
+        if (on_event)
+            on_event({i_item_id, i_kind, i_detail});
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE OnMessage(UINT, WPARAM, LPARAM) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnMessage(UINT i_message, WPARAM i_w_param, LPARAM i_l_param) noexcept override {
+        events.push_back(L"message " + std::to_wstring(i_message) + L" " + std::to_wstring(i_w_param) + L" " +
+                         std::to_wstring(i_l_param));
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE OnDestroy() noexcept override {
         events.emplace_back(L"destroy");
         if (on_destroy)
@@ -48,9 +60,21 @@ public:
     Qorv::ComPtr<Qorv::IUIX_Obj> dialog;
     std::vector<std::wstring> events;
     std::function<HRESULT()> on_init;
-    std::function<void(const std::wstring&)> on_click;
+    std::function<void(const ItemEvent&)> on_event;
     std::function<void()> on_destroy;
     HRESULT attach_result = S_OK;
+
+private:
+    static std::wstring NameOf(ULONG i_kind) {
+        constexpr const wchar_t* names[] = {L"?",      L"click",  L"changed", L"selection", L"activated",
+                                            L"column", L"edited", L"menu",    L"command"};
+        return names[i_kind < std::size(names) ? i_kind : 0];
+    }
+    /// The place of a menu is another on every screen.
+    static bool HasDetail(ULONG i_kind) {
+        return i_kind == Qorv::UIX_ItemEvent_Activated || i_kind == Qorv::UIX_ItemEvent_ColumnClicked ||
+               i_kind == Qorv::UIX_ItemEvent_RowEdited || i_kind == Qorv::UIX_ItemEvent_Command;
+    }
 };
 
 } // namespace Tests

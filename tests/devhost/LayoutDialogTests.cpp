@@ -1,10 +1,7 @@
 // Dialogs and message boxes of the UI service in real windows, used by messages.
 
-#include "DialogSink.h"
-#include "auth/LiveObjectsTest.h"
-#include "auth/OnceInUse.h"
+#include "DialogTest.h"
 #include "services/MainInstance.h"
-#include "services/UiService.h"
 #include "support/TemporaryFolder.h"
 #include "uix/ControlName.h"
 
@@ -15,8 +12,6 @@ namespace Tests {
 namespace {
 
 using Qorv::ComPtr;
-
-constexpr LONG closed = 2;
 
 class Monitor final : public Qorv::CoClass<Monitor, Qorv::IUIX_EventLoopMonitor> {
 public:
@@ -33,74 +28,17 @@ public:
     bool handles_keys = false;
 };
 
-int CountTopWindows() {
-    int count = 0;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND i_window, LPARAM i_count) {
-            wchar_t name[32];
-            GetClassNameW(i_window, name, 32);
-            *reinterpret_cast<int*>(i_count) += std::wstring_view(name) == L"#32770" ? 1 : 0;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&count));
-    return count;
-}
-
-class LayoutDialogTest : public LiveObjectsTest {
+class LayoutDialogTest : public DialogTest {
 protected:
-    void TearDown() override {
-        EXPECT_EQ(CountTopWindows(), 0);
-        m_ui.Reset();
-        m_sink.Reset();
-        LiveObjectsTest::TearDown();
-    }
-
-    HRESULT Create(const std::string& i_items, HWND i_owner = nullptr, const std::string& i_height = "200") {
-        const std::string document = "<dialogs><dialog id=\"D\" title=\"Test\" width=\"300\" defaultItem=\"btn.ok\" "
-                                     "fixedArea=\"40\" scrollable=\"true\" height=\"" +
-                                     i_height + "\">" + i_items + "</dialog></dialogs>";
-        Qorv::UIX_CreateObjParameters parameters;
-        parameters.layout_data = document.data();
-        parameters.layout_size = static_cast<ULONG>(document.size());
-        parameters.layout_id = L"D";
-        parameters.owner = i_owner;
-        parameters.sink = m_sink;
-        return m_ui->CreateObj(&parameters, nullptr);
-    }
-
-    LONG Run() {
-        LONG result = closed;
-        const ComPtr<Qorv::IUIX_Obj> dialog = m_sink->dialog;
-        EXPECT_EQ(dialog->DoModal(Qorv::UIX_ObjModal_AppModal, &result), S_OK);
-        return result;
-    }
-
-    void Destroy() {
-        const ComPtr<Qorv::IUIX_Obj> dialog = m_sink->dialog;
-        EXPECT_EQ(dialog->Destroy(), S_OK);
-        EXPECT_EQ(m_sink->dialog, nullptr);
-    }
-
-    /// Keys go where the focus is, as a keyboard's do.
-    static bool Press(WPARAM i_key) {
-        const HWND focus = GetFocus();
-        return focus != nullptr && PostMessageW(focus, WM_KEYDOWN, i_key, 1);
-    }
-
     static constexpr char buttons[] =
         "<label id=\"lb\" x=\"8\" y=\"8\" width=\"100\" height=\"20\" text=\"&amp;Label\"/>"
         "<button id=\"btn.other\" x=\"8\" y=\"8\" width=\"90\" height=\"24\" fixed=\"true\" text=\"Other\"/>"
         "<button id=\"btn.ok\" x=\"108\" y=\"8\" width=\"90\" height=\"24\" fixed=\"true\" text=\"OK\"/>";
-
-    DevHost::Localization m_texts;
-    ComPtr<DevHost::UiService> m_ui = Qorv::Create<DevHost::UiService>(m_texts);
-    ComPtr<DialogSink> m_sink = Qorv::Create<DialogSink>();
 };
 
 TEST_F(LayoutDialogTest, TellsItsSinkOfItsWholeLife) {
     ASSERT_EQ(Create(buttons), S_OK);
-    m_sink->on_click = [this](const std::wstring&) { m_sink->dialog->EndModal(7, nullptr); };
+    m_sink->on_event = [this](const ItemEvent&) { m_sink->dialog->EndModal(7, nullptr); };
     const OnceInUse press([](HWND i_window) { return DevHost::PressButton(i_window, L"Other"); });
     EXPECT_EQ(Run(), 7);
     EXPECT_FALSE(IsWindowVisible(m_sink->Window()));
@@ -126,8 +64,8 @@ TEST_F(LayoutDialogTest, EndsByItsKeysAndItsCloseBox) {
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);
         ASSERT_EQ(Create(buttons), S_OK);
-        m_sink->on_click = [this](const std::wstring& i_id) {
-            m_sink->dialog->EndModal(i_id == L"btn.ok" ? 20 : 10, nullptr);
+        m_sink->on_event = [this](const ItemEvent& i_event) {
+            m_sink->dialog->EndModal(i_event.item == L"btn.ok" ? 20 : 10, nullptr);
         };
         const OnceInUse act(row.action);
         const ComPtr<Qorv::IUIX_Obj> dialog = m_sink->dialog;
@@ -172,7 +110,7 @@ TEST_F(LayoutDialogTest, MayBeEndedAndDestroyedInAnyEvent) {
         PostMessageW(m_sink->Window(), WM_KEYDOWN, VK_RETURN, 1);
         return S_OK;
     };
-    m_sink->on_click = [this](const std::wstring&) {
+    m_sink->on_event = [this](const ItemEvent&) {
         const ComPtr<Qorv::IUIX_Obj> dialog = m_sink->dialog;
         dialog->EndModal(5, nullptr);
         dialog->Destroy();

@@ -1,0 +1,358 @@
+// The list of a dialog: rows from a source, selection, type-ahead, editing in place, and what it tells of the user.
+
+#include "DialogTest.h"
+#include "qorv/Values.h"
+#include "uix/KeySteps.h"
+#include "uix/ListSteps.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+namespace Tests {
+namespace {
+
+using Qorv::ComPtr;
+
+constexpr char layout[] = R"(<list id="lst" x="8" y="8" width="280" height="140" style="#00000400"/>
+    <button id="btn.ok" x="8" y="8" width="90" height="24" fixed="true" text="OK"/>)";
+
+/// Rows with their number as text, which counts what it is asked for.
+class Rows final : public Qorv::CoClass<Rows, Qorv::IUIX_ListSource> {
+public:
+    HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept override {
+        ++asked_cells;
+        last_asked_row = std::max(last_asked_row, i_row);
+        *o_text = Qorv::Bstr(i_column == 0 ? TextOf(i_row) : L"second").Detach();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetRowImage(LONG i_row, Qorv::IUIX_Image** o_image) noexcept override {
+        *o_image = nullptr;
+        if (i_row % 2 == 0 && image != nullptr)
+            image.CopyTo(o_image);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE FindRow(Qorv::PCStr i_text, LONG i_first_row, LONG* o_row) noexcept override {
+        *o_row = -1;
+        for (LONG step = 0; step < count && *o_row == -1; ++step)
+            if (const LONG row = (i_first_row + step) % count; TextOf(row).starts_with(i_text))
+                *o_row = row;
+        return S_OK;
+    }
+
+    static std::wstring TextOf(LONG i_row) { return std::to_wstring(i_row); }
+
+    LONG count = 0;
+    LONG asked_cells = 0;
+    LONG last_asked_row = -1;
+    ComPtr<Qorv::IUIX_Image> image;
+};
+
+class ListTest : public DialogTest {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(Create(layout), S_OK);
+        m_list = Item<Qorv::IUIX_List>(L"lst");
+        m_list->AddColumn(L"First", 150, Qorv::UIX_Alignment_Left);
+        m_list->AddColumn(L"Second", 80, Qorv::UIX_Alignment_Right);
+        m_list->put_Source(m_rows);
+        Fill(10);
+    }
+
+    void TearDown() override {
+        if (m_sink->dialog != nullptr)
+            Destroy();
+        m_list.Reset();
+        m_rows.Reset();
+        DialogTest::TearDown();
+    }
+
+    void Fill(LONG i_count) {
+        m_rows->count = i_count;
+        EXPECT_EQ(m_list->put_RowCount(i_count), S_OK);
+    }
+
+    std::wstring Selected() {
+        std::wstring selected;
+        LONG row = -1;
+        while (SUCCEEDED(m_list->GetNextSelected(row, &row)) && row != -1)
+            selected += std::to_wstring(row) + L";";
+        return selected;
+    }
+
+    LONG Focused() {
+        LONG row = -2;
+        m_list->get_FocusedRow(&row);
+        return row;
+    }
+
+    void Click(const std::wstring& i_row) {
+        EXPECT_TRUE(DevHost::ClickRow(m_sink->Window(), i_row));
+        Pump();
+    }
+
+    void PressKey(const std::wstring& i_name) {
+        DevHost::PressKey(m_sink->Window(), i_name);
+        Pump();
+        DevHost::ReleaseModifiers();
+    }
+
+    std::optional<std::wstring> EditedText() {
+        Qorv::Bstr text;
+        return m_list->get_EditedText(&text) == S_OK ? std::optional<std::wstring>(text.View()) : std::nullopt;
+    }
+
+    HWND LabelEdit() { return reinterpret_cast<HWND>(SendMessageW(Control(L"lst"), LVM_GETEDITCONTROL, 0, 0)); }
+
+    ComPtr<Rows> m_rows = Qorv::Create<Rows>();
+    ComPtr<Qorv::IUIX_List> m_list;
+};
+
+TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
+    constexpr LONG many = 100'000;
+    constexpr LONG some = 1'000; // A few times the cells that there is room for.
+    Fill(many);
+    Use([&] {
+        Pump();
+        EXPECT_GT(m_rows->asked_cells, 0);
+        EXPECT_LT(m_rows->asked_cells, some);
+        EXPECT_EQ(m_list->put_FocusedRow(many - 1), S_OK);
+        Pump();
+        EXPECT_EQ(m_rows->last_asked_row, many - 1);
+        EXPECT_EQ(m_list->SelectRow(-1, VARIANT_TRUE), S_OK);
+        LONG row = 0;
+        EXPECT_EQ(m_list->GetNextSelected(many - 2, &row), S_OK);
+        EXPECT_EQ(row, many - 1);
+        EXPECT_EQ(m_list->SelectRow(-1, VARIANT_FALSE), S_OK);
+        EXPECT_EQ(Selected(), L"");
+        Fill(many);
+        Pump();
+        EXPECT_LT(m_rows->asked_cells, 3 * some);
+        EXPECT_EQ(TakeEvents(), L"") << "what the plug-in does is no event";
+    });
+}
+
+TEST_F(ListTest, TakesRowsAndSelectionFromThePlugin) {
+    EXPECT_EQ(m_list->SelectRow(3, VARIANT_TRUE), S_OK);
+    EXPECT_EQ(m_list->SelectRow(7, VARIANT_TRUE), S_OK);
+    EXPECT_EQ(m_list->put_FocusedRow(5), S_OK);
+    EXPECT_EQ(Selected(), L"3;7;");
+    EXPECT_EQ(Focused(), 5);
+    // Other rows: none of the old ones' states is left.
+    Fill(8);
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_EQ(Focused(), -1);
+    // Without several, the last one selected is the only one; those selected stay.
+    m_list->SelectRow(1, VARIANT_TRUE);
+    EXPECT_EQ(m_list->put_IsMultiSelect(VARIANT_FALSE), S_OK);
+    EXPECT_EQ(Selected(), L"1;");
+    m_list->SelectRow(2, VARIANT_TRUE);
+    EXPECT_EQ(Selected(), L"2;");
+    const struct {
+        const char* name;
+        HRESULT result;
+    } refused[] = {
+        {"row behind the last", m_list->SelectRow(8, VARIANT_TRUE)},
+        {"row before the first", m_list->SelectRow(-2, VARIANT_TRUE)},
+        {"focus", m_list->put_FocusedRow(8)},
+        {"edit", m_list->EditRow(-1)},
+        {"column", m_list->put_SortMark(2, VARIANT_FALSE)},
+        {"count", m_list->put_RowCount(-1)},
+        {"width", m_list->AddColumn(L"", 0, Qorv::UIX_Alignment_Left)},
+    };
+    for (const auto& row : refused)
+        EXPECT_EQ(row.result, E_INVALIDARG) << row.name;
+}
+
+TEST_F(ListTest, TellsOfEachSelectionOnce) {
+    Fill(1'000);
+    Use([&] {
+        Click(L"2");
+        EXPECT_EQ(TakeEvents(), L"selection lst;");
+        EXPECT_EQ(Selected(), L"2;");
+        PressKey(L"Down");
+        EXPECT_EQ(TakeEvents(), L"selection lst;");
+        PressKey(L"Shift+End");
+        EXPECT_EQ(TakeEvents(), L"selection lst;") << "a thousand rows are one change";
+        EXPECT_EQ(Focused(), 999);
+        LONG row = 0;
+        m_list->GetNextSelected(-1, &row);
+        EXPECT_EQ(row, 3);
+    });
+}
+
+TEST_F(ListTest, GoesToTheRowWhoseBeginningIsTyped) {
+    Fill(1'000);
+    Use([&] {
+        PressKey(L"Home");
+        TakeEvents();
+        DevHost::TypeText(m_sink->Window(), L"75");
+        EXPECT_EQ(TakeEvents(), L"selection lst;");
+        EXPECT_EQ(Selected(), L"75;") << "not 7, nor 750";
+        EXPECT_EQ(Focused(), 75);
+    });
+}
+
+TEST_F(ListTest, ActivatesByEnterAndDoubleClick) {
+    Use([&] {
+        PressKey(L"Enter");
+        EXPECT_EQ(TakeEvents(), L"click btn.ok;") << "without a row Enter is the default button's";
+        m_list->put_FocusedRow(4);
+        PressKey(L"Enter");
+        EXPECT_EQ(TakeEvents(), L"activated lst 4;");
+        EXPECT_TRUE(DevHost::OpenRow(m_sink->Window(), L"3"));
+        EXPECT_EQ(TakeEvents(), L"selection lst;activated lst 3;");
+    });
+}
+
+TEST_F(ListTest, ForgetsWhatWasDoneToRowsThatAreGone) {
+    Use([&] {
+        m_list->put_FocusedRow(4);
+        SendMessageW(Control(L"lst"), WM_KEYDOWN, VK_RETURN, 1);
+        Fill(2); // A load has ended before the sink could hear of it.
+        EXPECT_EQ(TakeEvents(), L"");
+    });
+}
+
+TEST_F(ListTest, TellsOfColumnsAndMarksTheSortedOne) {
+    Use([&] {
+        EXPECT_TRUE(DevHost::ClickColumn(m_sink->Window(), L"Second"));
+        EXPECT_EQ(TakeEvents(), L"column lst 1;");
+        const auto mark = [&](int i_column) {
+            HDITEMW item{};
+            item.mask = HDI_FORMAT;
+            const auto header = reinterpret_cast<HWND>(SendMessageW(Control(L"lst"), LVM_GETHEADER, 0, 0));
+            SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i_column), reinterpret_cast<LPARAM>(&item));
+            return item.fmt & (HDF_SORTUP | HDF_SORTDOWN);
+        };
+        m_list->put_SortMark(0, VARIANT_FALSE);
+        EXPECT_EQ(mark(0), HDF_SORTUP);
+        m_list->put_SortMark(1, VARIANT_TRUE);
+        EXPECT_EQ(mark(0), 0);
+        EXPECT_EQ(mark(1), HDF_SORTDOWN);
+        m_list->put_SortMark(-1, VARIANT_FALSE);
+        EXPECT_EQ(mark(1), 0);
+    });
+}
+
+TEST_F(ListTest, EditsARowInPlace) {
+    Use([&] {
+        Click(L"2");
+        Click(L"2"); // A second click edits in many lists: not in this one.
+        PressKey(L"F2");
+        EXPECT_EQ(LabelEdit(), nullptr);
+        TakeEvents();
+
+        EXPECT_EQ(m_list->EditRow(3), S_OK);
+        ASSERT_NE(LabelEdit(), nullptr);
+        VARIANT_BOOL has_focus = VARIANT_TRUE;
+        Item<Qorv::IUIX_Item>(L"lst")->get_HasFocus(&has_focus);
+        EXPECT_EQ(has_focus, VARIANT_FALSE) << "keys are the edit's, not the list's";
+        DevHost::TypeText(m_sink->Window(), L"other");
+        PressKey(L"Enter");
+        EXPECT_EQ(TakeEvents(), L"edited lst 3;");
+        EXPECT_EQ(EditedText(), L"other");
+
+        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        DevHost::TypeText(m_sink->Window(), L"x");
+        PressKey(L"Esc");
+        EXPECT_EQ(TakeEvents(), L"edited lst 4;") << "Esc ends the editing, not the dialog";
+        EXPECT_EQ(EditedText(), std::nullopt);
+
+        // The keyboard goes elsewhere: what was typed counts.
+        EXPECT_EQ(m_list->EditRow(5), S_OK);
+        DevHost::TypeText(m_sink->Window(), L"y");
+        Pump();
+        Item<Qorv::IUIX_Item>(L"btn.ok")->SetFocus();
+        EXPECT_EQ(TakeEvents(), L"edited lst 5;");
+        EXPECT_EQ(EditedText(), L"y");
+
+        // Other rows: there is nothing to edit any more.
+        EXPECT_EQ(m_list->EditRow(5), S_OK);
+        Fill(3);
+        EXPECT_EQ(LabelEdit(), nullptr);
+        EXPECT_EQ(TakeEvents(), L"");
+        EXPECT_EQ(m_list->EditRow(2), S_OK) << "but again afterwards";
+        EXPECT_NE(LabelEdit(), nullptr);
+    });
+}
+
+TEST_F(ListTest, AsksForItsMenuWhereTheUserIs) {
+    Use([&] {
+        const HWND list = Control(L"lst");
+        POINT place{};
+        m_sink->on_event = [&](const ItemEvent& i_event) {
+            place = {static_cast<short>(LOWORD(i_event.detail)), static_cast<short>(HIWORD(i_event.detail))};
+            ScreenToClient(list, &place);
+        };
+        m_list->put_FocusedRow(2);
+        RECT row{LVIR_BOUNDS, 0, 0, 0};
+        SendMessageW(list, LVM_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&row));
+        PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+        EXPECT_EQ(TakeEvents(), L"menu lst;");
+        EXPECT_EQ(place.y, row.bottom);
+        EXPECT_TRUE(place.x > row.left && place.x < row.right);
+        // A row that is scrolled out of sight has its menu where it can be seen.
+        Fill(1'000);
+        m_list->put_FocusedRow(0);
+        SendMessageW(list, LVM_ENSUREVISIBLE, 900, FALSE);
+        PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+        EXPECT_EQ(TakeEvents(), L"menu lst;");
+        RECT client{};
+        GetClientRect(list, &client);
+        EXPECT_TRUE(PtInRect(&client, place));
+        // By the mouse: there.
+        POINT mouse{30, 50};
+        ClientToScreen(list, &mouse);
+        PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), MAKELPARAM(mouse.x, mouse.y));
+        EXPECT_EQ(TakeEvents(), L"menu lst;");
+        EXPECT_TRUE(place.x == 30 && place.y == 50);
+    });
+}
+
+TEST_F(ListTest, SaysWhyItIsEmpty) {
+    const auto dark_pixels = [&] {
+        Pump();
+        const HDC device = GetDC(Control(L"lst"));
+        int count = 0;
+        for (int y = 40; y < 80; ++y)
+            for (int x = 20; x < 260; ++x)
+                count += GetRValue(GetPixel(device, x, y)) < 128 ? 1 : 0;
+        ReleaseDC(Control(L"lst"), device);
+        return count;
+    };
+    Use([&] {
+        Fill(0);
+        EXPECT_EQ(dark_pixels(), 0);
+        m_list->put_EmptyText(L"This folder is empty.");
+        const int text_pixels = dark_pixels();
+        EXPECT_GT(text_pixels, 50);
+        InvalidateRect(Control(L"lst"), nullptr, FALSE);
+        EXPECT_EQ(dark_pixels(), text_pixels) << "drawn again over itself";
+        m_list->put_EmptyText(L"");
+        EXPECT_EQ(dark_pixels(), 0);
+    });
+}
+
+TEST_F(ListTest, MayBeDestroyedInItsOwnEvents) {
+    for (const WPARAM key : {VK_RETURN, VK_DOWN}) {
+        m_sink->on_event = [this](const ItemEvent&) { Destroy(); };
+        const OnceInUse press([&](HWND) {
+            m_list->put_FocusedRow(1);
+            return Press(key);
+        });
+        EXPECT_EQ(Run(), closed);
+        // The object lives on without its window, and holds nothing that it needs no more.
+        LONG count = -1;
+        EXPECT_EQ(m_list->get_RowCount(&count), E_UNEXPECTED);
+        EXPECT_EQ(m_list->put_RowCount(1), E_UNEXPECTED);
+        EXPECT_EQ(m_list.As<Qorv::IUIX_Item>()->SetFocus(), E_UNEXPECTED);
+        m_rows->AddRef();
+        EXPECT_EQ(m_rows->Release(), 1u);
+        m_sink->on_event = nullptr;
+        SetUp();
+    }
+}
+
+} // namespace
+} // namespace Tests
