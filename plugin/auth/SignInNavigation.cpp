@@ -4,6 +4,8 @@
 #include "core/Check.h"
 #include "core/Text.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr wchar_t login_path[] = L"/login";
@@ -62,7 +64,9 @@ HRESULT SignInNavigation::OnNavigateComplete(const wchar_t* i_url) const {
     const std::wstring redirect_receiver = ServicePage(redirect_receiver_path);
     if (!BeginsWith(url, redirect_receiver))
         return TRACE_RESULT(S_OK);
-    return CompleteSignIn(url.substr(redirect_receiver.size()));
+    const std::wstring_view fragment = url.substr(std::min(redirect_receiver.size(), url.size()));
+    CHECK_HRESULT(CompleteSignIn(fragment));
+    return TRACE_RESULT(S_OK);
 }
 
 HRESULT SignInNavigation::CompleteSignIn(std::wstring_view i_fragment) const {

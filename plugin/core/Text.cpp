@@ -1,9 +1,11 @@
 #include "core/Text.h"
 
+#include "core/Trace.h"
 #include "qorv/Base.h"
 
 #include <algorithm>
 
+/// Not traced: the log uses it.
 std::string ToUtf8(std::wstring_view i_text) {
     const int length = static_cast<int>(i_text.size());
     const int size = WideCharToMultiByte(CP_UTF8, 0, i_text.data(), length, nullptr, 0, nullptr, nullptr);
@@ -13,6 +15,7 @@ std::string ToUtf8(std::wstring_view i_text) {
 }
 
 std::wstring FromUtf8(std::string_view i_bytes) {
+    TRACE_FUNCTION();
     const int size = static_cast<int>(i_bytes.size());
     const int length = MultiByteToWideChar(CP_UTF8, 0, i_bytes.data(), size, nullptr, 0);
     std::wstring text(static_cast<std::size_t>(length), L'\0');
@@ -21,6 +24,7 @@ std::wstring FromUtf8(std::string_view i_bytes) {
 }
 
 int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_length) noexcept {
+    TRACE_FUNCTION();
     // The platform would read past the end of a shorter text.
     const std::wstring_view other = i_other.substr(0, static_cast<std::size_t>(std::max(i_length, 0)));
     // To the platform characters without width are nothing: only an empty text may equal an empty one.
@@ -34,5 +38,6 @@ int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_len
 }
 
 bool EqualsNoCase(std::wstring_view i_text, std::wstring_view i_other) noexcept {
+    TRACE_FUNCTION();
     return StringCompare(i_text, i_other, static_cast<int>(i_other.size())) == 0;
 }

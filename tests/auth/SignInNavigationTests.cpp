@@ -130,6 +130,7 @@ TEST(SignInNavigation, LeavesTheDialogOpenWhenTheRedirectLacksSomething) {
         const Tests::LogCapture log;
         EXPECT_HRESULT(E_FAIL, sign_in.navigation.OnNavigateComplete((receiver + redirect.rest).c_str()));
         EXPECT_TRUE(log.Has("Expression: \"" + std::string(redirect.expression) + "\" caused returning"));
+        EXPECT_FALSE(log.Has("SignInNavigation::OnNavigateComplete<-- \n")) << "no result";
         EXPECT_EQ(0, sign_in.closings + sign_in.navigations);
         EXPECT_EQ(L"", sign_in.header + sign_in.account_id);
     }
