@@ -15,11 +15,11 @@ namespace {
 LONG DialogFlags(LONG i_flags, ULONG i_dialog_type) noexcept {
     TRACE_FUNCTION();
     using Ui::DialogParameters;
+    i_flags &= ~DialogParameters::ChooseFolder;
     if (i_flags == 0)
         i_flags = i_dialog_type == Qorv::AFS_Dlg_SaveFile ? DialogParameters::AskBeforeReplacing
                                                           : DialogParameters::SeveralNames;
-    return i_dialog_type == Qorv::AFS_Dlg_SelectFolder ? i_flags | DialogParameters::ChooseFolder
-                                                       : i_flags & ~DialogParameters::ChooseFolder;
+    return i_dialog_type == Qorv::AFS_Dlg_SelectFolder ? i_flags | DialogParameters::ChooseFolder : i_flags;
 }
 
 } // namespace
@@ -63,7 +63,9 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
         CHECK_RETURN(dialog != nullptr, E_UNEXPECTED);
 
         const Qorv::ComPtr<Qorv::IAUX_Inst> aux_inst = m_plugin->m_aux_inst; // An unload may come meanwhile.
-        const auto default_folder = initial_folder != nullptr ? initial_folder : parameters_initial_folder;
+        // A name of its own: a load may go on after the dialog, when the caller uses its names again.
+        const auto default_folder =
+            (initial_folder != nullptr ? initial_folder : parameters_initial_folder)->CreateUnbound();
         parameters.Flags = DialogFlags(parameters.Flags, i_dialog_type);
         if (i_dialog_type == Qorv::AFS_Dlg_SaveFile)
             CHECK_HRESULT(dialog->ShowSaveSinglePlace(o_names, parameters, default_folder, i_parent_window));

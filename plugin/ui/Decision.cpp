@@ -93,11 +93,13 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
     TRACE_FUNCTION();
     if (i_names.empty())
         return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
+    if (i_mode.chooses_folder) // A folder's title would be a way to it.
+        return Refuse(L"db.msg.folderNotFound", i_names.front().text);
     for (const TypedName& name : i_names) {
         if (FolderOfTitle(i_rows, name.text) != nullptr)
             return Refuse(L"db.msg.notAFile", name.text);
         if (i_mode.is_open && name.name == nullptr)
-            return Refuse(i_mode.chooses_folder ? L"db.msg.folderNotFound" : L"db.msg.fileNotFound", name.text);
+            return Refuse(L"db.msg.fileNotFound", name.text);
     }
     if (i_names.size() > 1 && !(i_mode.is_open && i_mode.allows_several))
         return Refuse(L"db.msg.oneFile");

@@ -14,9 +14,10 @@ constexpr DWORD window_style = 0x86C80000; // Popup, clipped siblings and childr
 
 Ui::DialogMode ModeOf(const Ui::DialogParameters& i_parameters) {
     TRACE_FUNCTION();
+    const bool chooses_folder = (i_parameters.Flags & Ui::DialogParameters::ChooseFolder) != 0;
     return {
-        .chooses_folder = (i_parameters.Flags & Ui::DialogParameters::ChooseFolder) != 0,
-        .allows_several = (i_parameters.Flags & Ui::DialogParameters::SeveralNames) != 0,
+        .chooses_folder = chooses_folder,
+        .allows_several = !chooses_folder && (i_parameters.Flags & Ui::DialogParameters::SeveralNames) != 0,
         .asks_before_replacing = (i_parameters.Flags & Ui::DialogParameters::AskBeforeReplacing) != 0,
     };
 }
@@ -41,6 +42,7 @@ Dialog::Dialog(const Context& i_context, Ui::DialogParameters* io_parameters, IA
     : m_context(i_context)
     , m_parameters(io_parameters)
     , m_default_folder(i_default_folder)
+    , m_ui(i_context.ui.m_service)
     , m_mode(ModeOf(*io_parameters)) {
     TRACE_FUNCTION();
     CHECK_HRESULT_THROW(NamesCollection::Create(m_files_to_open));
@@ -64,7 +66,7 @@ HRESULT Dialog::DoModal(bool is_open, HWND parent_window) {
         .window_style = window_style,
         .sink = this,
     };
-    CHECK_HRESULT(m_context.host_instance->GetExtension(L"UIX", (IUnknown**)&m_ui));
+    CHECK_RETURN(m_ui != nullptr, E_UNEXPECTED);
     CHECK_HRESULT(m_ui->CreateObj(&createUiObjectParameters, nullptr));
     CHECK_RETURN(m_pObj != nullptr, E_FAIL);
 
@@ -88,7 +90,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnInit() noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
         CHECK_HRESULT(m_pObj->get_Window(&m_window));
-        CHECK_HRESULT(m_items.Find(m_pObj, m_context.host_instance, m_context.images));
+        CHECK_HRESULT(m_items.Find(m_pObj, m_context.host_instance, m_context.ui));
         CHECK_HRESULT(m_items.PutCaptions(m_pObj, *m_parameters));
         CHECK_HRESULT(InitFilter());
         CHECK_HRESULT(InitWindow());
@@ -111,15 +113,13 @@ HRESULT Dialog::InitFilter() {
 
 HRESULT Dialog::InitWindow() {
     TRACE_FUNCTION();
-    m_list = Create<Ui::FileList>(m_context.host_instance, m_items.m_list_rows, m_context.images);
+    m_list = Create<Ui::FileList>(m_context.host_instance, m_items.m_list_rows, m_context.ui);
     CHECK_RETURN(m_list != nullptr, E_OUTOFMEMORY);
     m_list->SetFilter(m_filter, m_mode.chooses_folder);
     CHECK_HRESULT(m_list->Init());
     CHECK_HRESULT(m_items.m_list_rows->put_IsMultiSelect(VariantBool(m_mode.is_open && m_mode.allows_several)));
 
     if (m_mode.chooses_folder) {
-        if (m_parameters->Title.Length() == 0)
-            CHECK_HRESULT(m_pObj->put_Title(Text(L"db.dlg.chooseFolder").c_str()));
         if (m_parameters->ActionBtnTitle.Length() == 0)
             CHECK_HRESULT(m_items.m_ok->put_Text(Text(L"db.btn.choose").c_str()));
         CHECK_HRESULT(m_items.m_name_label->put_Text(Text(L"db.lb.folder").c_str()));

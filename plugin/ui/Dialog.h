@@ -31,7 +31,7 @@ public:
         ComPtr<IQorv_Inst> host_instance;
         ComPtr<IQorv_Plugin> plugin;
         ComPtr<IAFS_FileSys> file_system;
-        const Ui::DialogImages& images;
+        const Ui::DialogUi& ui;
         Ui::Reaper& reaper;
     };
 
@@ -80,6 +80,7 @@ private:
     void OnNameChanged(LONG i_detail);
     void OnCommand(LONG i_command);
     HRESULT OnFilterComboSelectionChanged();
+    bool IsOneName(const std::wstring& i_text) const;
     /// What the name box shows for the files that are selected: the name, or a quoted list of several.
     std::wstring SelectedNames() const;
 

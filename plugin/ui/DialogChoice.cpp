@@ -109,11 +109,11 @@ std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
     } else {
         if ((m_parameters->Flags & Ui::DialogParameters::UseDefaultExtension) != 0)
             AddDefaultExtension(text, *m_parameters);
-        else
+        else if (!m_mode.chooses_folder)
             m_filter->AddFilterExtension(text, m_parameters->DefaultExt.View());
         names.push_back({std::move(text), nullptr, nullptr});
     }
-    MatchTypedNames(m_context.file_system, m_connection->GetItems(), names);
+    MatchTypedNames(m_context.file_system, m_connection->GetItems(), names, trace_function.Name());
     return names;
 }
 

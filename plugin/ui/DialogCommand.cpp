@@ -5,11 +5,11 @@
 
 namespace Ui {
 
-CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogImages& i_images)
+CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui)
     : m_texts{FormatString(i_host_instance, L"db.cmd.up"), FormatString(i_host_instance, L"db.cmd.newFolder"),
               FormatString(i_host_instance, L"db.cmd.delete"), FormatString(i_host_instance, L"db.cmd.refresh")} {
     TRACE_FUNCTION();
-    Qorv::IUIX_Image* const images[] = {i_images.m_up, i_images.m_new_folder, i_images.m_delete, i_images.m_refresh};
+    Qorv::IUIX_Image* const images[] = {i_ui.m_up, i_ui.m_new_folder, i_ui.m_delete, i_ui.m_refresh};
     for (std::size_t i = 0; i < m_commands.size(); ++i)
         m_commands[i] = {.id = static_cast<LONG>(dialog_commands[i]), .text = m_texts[i].c_str(), .image = images[i]};
 }

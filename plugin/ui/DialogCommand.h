@@ -2,7 +2,7 @@
 
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
-#include "ui/DialogImages.h"
+#include "ui/DialogUi.h"
 
 #include <array>
 #include <string>
@@ -15,10 +15,10 @@ enum class DialogCommand : LONG { up = 1, new_folder = 2, delete_items = 3, refr
 inline constexpr DialogCommand dialog_commands[] = {DialogCommand::up, DialogCommand::new_folder,
                                                     DialogCommand::delete_items, DialogCommand::refresh};
 
-/// The commands as the host's bars and menus take them. The images outlive it.
+/// The commands as the host's bars and menus take them. The UI service outlives it.
 class CommandSet {
 public:
-    CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogImages& i_images);
+    CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui);
     CommandSet(const CommandSet&) = delete;
     CommandSet& operator=(const CommandSet&) = delete;
 

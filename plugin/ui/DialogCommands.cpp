@@ -157,7 +157,7 @@ void Dialog::RunTask(PCStr i_status_id, Ui::WindowTask::Work i_work, std::functi
 void Dialog::OnTaskDone() {
     TRACE_FUNCTION();
     const Ui::Failure failure{m_task->GetResult(), m_task->GetFailureReason()};
-    m_task.reset();
+    m_context.reaper.Take(std::move(m_task)); // Its thread may need a moment more.
     const auto done = std::exchange(m_task_done, nullptr);
     ShowPath(m_loading_folder);
     UpdateItems();

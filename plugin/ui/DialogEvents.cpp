@@ -107,7 +107,7 @@ void Dialog::OnColumnClicked(LONG i_column) {
 
 void Dialog::OnContextMenu(LONG i_place) {
     TRACE_FUNCTION();
-    Ui::CommandSet commands(m_context.host_instance, m_context.images);
+    Ui::CommandSet commands(m_context.host_instance, m_context.ui);
     for (const Ui::DialogCommand command : Ui::dialog_commands)
         commands.Enable(command, CanRun(command));
     // Signed: a screen may lie to the left of the first one.
@@ -132,11 +132,17 @@ void Dialog::OnFilterChanged(LONG) {
     OnFilterComboSelectionChanged();
 }
 
+/// Neither a quoted list, nor a way to a folder.
+bool Dialog::IsOneName(const std::wstring& i_text) const {
+    TRACE_FUNCTION();
+    return !i_text.empty() && !(m_mode.allows_several && ParseQuotedNames(i_text)) &&
+           Ui::DecideWay(i_text, m_list->GetRows()).kind == Ui::Decision::Kind::nothing;
+}
+
 HRESULT Dialog::OnFilterComboSelectionChanged() {
     TRACE_FUNCTION();
     const bool keeps_extension = (m_parameters->Flags & Ui::DialogParameters::UseDefaultExtension) != 0;
-    if (std::wstring name = NameText();
-        m_filter != nullptr && !keeps_extension && !name.empty() && !ParseQuotedNames(name)) {
+    if (std::wstring name = NameText(); m_filter != nullptr && !keeps_extension && IsOneName(name)) {
         m_filter->AddFilterExtension(name, m_parameters->DefaultExt.View());
         CHECK_HRESULT(m_items.m_name->put_Text(name.c_str()));
     }

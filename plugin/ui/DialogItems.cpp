@@ -22,7 +22,7 @@ HRESULT PutCaption(Qorv::IUIX_Item* i_item, const Qorv::Bstr& i_caption) {
 
 } // namespace
 
-HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogImages& i_images) {
+HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui) {
     TRACE_FUNCTION();
     CHECK_HRESULT(FindItem(i_object, path_label_id, m_path));
     CHECK_HRESULT(FindItem(i_object, files_list_id, m_list));
@@ -36,7 +36,7 @@ HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_ins
     CHECK_HRESULT(FindItem(i_object, settings_button_id, m_settings));
     CHECK_HRESULT(FindItem(i_object, ok_button_id, m_ok));
     CHECK_HRESULT(FindItem(i_object, cancel_button_id, m_cancel));
-    const CommandSet commands(i_host_instance, i_images);
+    const CommandSet commands(i_host_instance, i_ui);
     CHECK_HRESULT(i_object->AddCommandBar(command_bar_id, path_label_id, commands.GetCommands(), commands.GetCount(),
                                           &m_commands));
     return TRACE_RESULT(S_OK);

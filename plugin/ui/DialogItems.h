@@ -1,8 +1,8 @@
 #pragma once
 
 #include "qorv/Uix.h"
-#include "ui/DialogImages.h"
 #include "ui/DialogParameters.h"
+#include "ui/DialogUi.h"
 
 #include "qorv/Host.h"
 
@@ -23,7 +23,7 @@ inline constexpr wchar_t command_bar_id[] = L"bar.commands"; // Not in the layou
 /// The items of a dialog's window. UI thread.
 struct DialogItems {
     /// Finds the layout's items, and adds the command bar.
-    HRESULT Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogImages& i_images);
+    HRESULT Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui);
 
     /// Gives the window and its buttons the captions that the caller wants.
     HRESULT PutCaptions(Qorv::IUIX_Obj* i_object, const DialogParameters& i_parameters);

@@ -42,6 +42,7 @@ void Dialog::Show(IAFS_Name* i_folder, Arrival i_arrival) {
         return;
     m_arrival = std::move(i_arrival);
     m_loading_folder = i_folder;
+    ShowPath(i_folder); // While it loads the name is the worker's alone.
     const HRESULT result = m_connection->Show(i_folder);
     if (FAILED(result))
         OnLoadFailed({result, TakeThreadReason()});
@@ -63,6 +64,7 @@ void Dialog::Reload() {
     TRACE_FUNCTION();
     if (m_connection == nullptr || IsBusy() || m_loading_folder == nullptr)
         return;
+    ShowPath(m_loading_folder);
     if (const HRESULT result = m_connection->Reload(); FAILED(result))
         OnLoadFailed({result, TakeThreadReason()});
     else
@@ -75,7 +77,6 @@ void Dialog::OnLoadBegun(bool i_is_reload) {
     m_list->Empty(Text(L"db.msg.loading"), i_is_reload);
     if (!m_is_name_typed && m_mode.is_open && !i_is_reload)
         m_items.m_name->put_Text(L""); // The list put it there, and does not list it any more.
-    ShowPath(m_loading_folder);
     UpdateItems();
 }
 
@@ -117,7 +118,7 @@ void Dialog::Arrive() {
         return Confirm();
     // The whole name was typed: it gets no other extension.
     std::vector<TypedName> names{{title, nullptr, nullptr}};
-    MatchTypedNames(m_context.file_system, m_connection->GetItems(), names);
+    MatchTypedNames(m_context.file_system, m_connection->GetItems(), names, trace_function.Name());
     Carry(Ui::DecideTypedNames(m_mode, names, m_list->GetRows()));
 }
 

@@ -24,9 +24,9 @@ template <typename Interface>
 Qorv::ComPtr<Interface> ObjectOf(const CabDictionary& CabNode, const wchar_t* i_id) {
     TRACE_FUNCTION();
     Qorv::Variant value;
-    if (FAILED(CabNode[i_id].p->get_v(&value)) || value->vt != VT_UNKNOWN)
+    if (FAILED(CabNode[i_id].p->get_v(&value)) || (value->vt != VT_UNKNOWN && value->vt != VT_DISPATCH))
         return nullptr;
-    return Qorv::ComPtr<IUnknown>(value->punkVal).As<Interface>();
+    return Qorv::ComPtr<IUnknown>(value->punkVal).As<Interface>(); // A dispatch interface is an unknown too.
 }
 
 } // namespace

@@ -42,7 +42,7 @@ Qorv::PCStr TextIdOf(const Failure& i_failure) noexcept {
     if (IsOfConnection(i_failure.code))
         return L"db.fail.connection";
     // What the provider answers for a name that stands for nothing.
-    return i_failure.code == E_INVALIDARG ? L"db.fail.notFound" : nullptr;
+    return i_failure.code == E_INVALIDARG ? L"db.fail.notFound" : L"db.fail.other";
 }
 
 std::wstring OneParagraph(std::wstring i_text) {
@@ -63,8 +63,6 @@ std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_fai
     TRACE_FUNCTION();
     const std::wstring detail = OneParagraph(i_failure.reason.empty() ? HResultText(i_failure.code) : i_failure.reason);
     const Qorv::PCStr text_id = TextIdOf(i_failure);
-    if (text_id == nullptr)
-        return detail;
     if (i_failure.code == E_INVALIDARG) // The code's own words would only confuse.
         return FormatString(i_host_instance, text_id);
     return FormatString(i_host_instance, text_id) + L"\n(" + detail + L")";

@@ -27,8 +27,8 @@ constexpr Column columns[] = {
 
 } // namespace
 
-FileList::FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogImages& i_images)
-    : m_host_instance(i_host_instance), m_control(i_control), m_images(i_images), m_cell_text(i_host_instance) {
+FileList::FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogUi& i_ui)
+    : m_host_instance(i_host_instance), m_control(i_control), m_ui(i_ui), m_cell_text(i_host_instance) {
     TRACE_FUNCTION();
 }
 
@@ -220,7 +220,7 @@ HRESULT STDMETHODCALLTYPE FileList::GetRowImage(LONG i_row, Qorv::IUIX_Image** o
     const FileRow* const row = GetRow(i_row);
     const bool is_parent = row != nullptr && row->is_parent;
     const bool is_folder = row == nullptr || row->is_folder;
-    const auto& image = is_parent ? m_images.m_up : is_folder ? m_images.m_folder : m_images.m_file;
+    const auto& image = is_parent ? m_ui.m_up : is_folder ? m_ui.m_folder : m_ui.m_file;
     *o_image = Qorv::ComPtr(image).Detach();
     return TRACE_RESULT(S_OK);
 }

@@ -3,7 +3,7 @@
 #include "qorv/CoClass.h"
 #include "qorv/Host.h"
 #include "ui/CellText.h"
-#include "ui/DialogImages.h"
+#include "ui/DialogUi.h"
 #include "ui/FileRows.h"
 
 #include <optional>
@@ -16,8 +16,8 @@ namespace Ui {
 /// thread.
 class FileList final : public Qorv::CoClass<FileList, Qorv::IUIX_ListSource> {
 public:
-    /// The images outlive the list.
-    FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogImages& i_images);
+    /// The host's UI service outlives the list.
+    FileList(Qorv::IQorv_Inst* i_host_instance, Qorv::IUIX_List* i_control, const DialogUi& i_ui);
     ~FileList();
 
     /// Makes the columns, and becomes the control's source.
@@ -69,7 +69,7 @@ private:
 
     Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;
     Qorv::ComPtr<Qorv::IUIX_List> m_control;
-    const DialogImages& m_images;
+    const DialogUi& m_ui;
     CellText m_cell_text;
     FileRows m_rows;
     FileColumn m_sort_column = FileColumn::name;

@@ -81,6 +81,7 @@ std::vector<ULONGLONG> KindRanks(const std::vector<FileRow>& i_rows) {
 
 /// The parent folder, the folders, the files.
 int GroupOf(const FileRow& i_row) noexcept {
+    TRACE_FUNCTION();
     return i_row.is_parent ? 0 : i_row.is_folder ? 1 : 2;
 }
 
@@ -131,6 +132,7 @@ void FileRows::SortBy(FileColumn i_column, bool i_is_descending) {
 }
 
 bool FileRows::IsShown(const FileRow& i_row) const {
+    TRACE_FUNCTION();
     if (i_row.is_folder)
         return true;
     return !m_is_folders_only && (m_filter == nullptr || m_filter->IsValid(i_row.name));

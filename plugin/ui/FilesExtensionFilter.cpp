@@ -12,11 +12,13 @@
 namespace {
 
 bool Contains(const FilterExtensions& i_extensions, std::wstring_view i_extension) {
+    TRACE_FUNCTION();
     return std::ranges::any_of(i_extensions,
                                [&](const std::wstring& i_entry) { return EqualsNoCase(i_entry, i_extension); });
 }
 
 bool IsAllFiles(const FilterExtensions& i_extensions) {
+    TRACE_FUNCTION();
     return i_extensions.size() == 1 && i_extensions.front() == all_files_extension;
 }
 
@@ -58,12 +60,15 @@ HRESULT FilesExtensionFilter::Clear() {
     TRACE_FUNCTION();
     LONG n = 0;
     CHECK_HRESULT(m_combo->get_Count(&n));
+    std::vector<FilterExtensions*> items;
     for (LONG i = 0; i < n; ++i) {
         FilterExtensions* item = nullptr;
         CHECK_HRESULT(m_combo->GetItemParam(i, (Qorv::PARAM_T*)&item));
-        delete item;
+        items.push_back(item);
     }
     CHECK_HRESULT(m_combo->Clear());
+    for (const FilterExtensions* const item : items) // Only now: no item of the combo may carry what is gone.
+        delete item;
     return TRACE_RESULT(S_OK);
 }
 

@@ -6,6 +6,7 @@ namespace {
 
 /// Takes the text up to the next separator, and the separator, off the front. False when there is no separator.
 bool TakePart(std::wstring_view& io_rest, wchar_t i_separator, std::wstring_view& o_part) {
+    TRACE_FUNCTION();
     const std::size_t end = io_rest.find(i_separator);
     o_part = io_rest.substr(0, end);
     io_rest.remove_prefix(end == std::wstring_view::npos ? io_rest.size() : end + 1);

@@ -23,17 +23,24 @@ FolderConnection::~FolderConnection() {
 
 HRESULT FolderConnection::Show(Qorv::IAFS_Name* i_folder_or_file) {
     TRACE_FUNCTION();
-    ++m_completion->load;
-    CHECK_HRESULT(m_navigator->SetFolder(i_folder_or_file));
-    m_is_loading = m_navigator->IsRunning();
+    CHECK_HRESULT(Begin([&] { return m_navigator->SetFolder(i_folder_or_file); }));
     return m_is_loading ? TRACE_RESULT(S_OK) : TRACE_RESULT(S_FALSE);
 }
 
 HRESULT FolderConnection::Reload() {
     TRACE_FUNCTION();
+    CHECK_HRESULT(Begin([&] { return m_navigator->Refresh(); }));
+    return TRACE_RESULT(S_OK);
+}
+
+/// Messages may arrive while the navigator waits for the last moments of an earlier load: it counts as loading before.
+HRESULT FolderConnection::Begin(const std::function<HRESULT()>& i_begin) {
+    TRACE_FUNCTION();
+    m_is_loading = true;
     ++m_completion->load;
-    CHECK_HRESULT(m_navigator->Refresh());
+    const HRESULT result = i_begin();
     m_is_loading = m_navigator->IsRunning();
+    CHECK_HRESULT(result);
     return TRACE_RESULT(S_OK);
 }
 

@@ -3,6 +3,7 @@
 #include "ui/FoldersNavigator.h"
 #include "ui/Reaper.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -42,6 +43,8 @@ private:
         WPARAM load = 0;
         HRESULT result = E_UNEXPECTED;
     };
+
+    HRESULT Begin(const std::function<HRESULT()>& i_begin);
 
     Reaper& m_reaper;
     std::shared_ptr<Completion> m_completion;

@@ -31,6 +31,7 @@ std::optional<std::wstring_view> FindExtension(std::wstring_view i_name) {
 }
 
 std::wstring_view WithoutDot(std::wstring_view i_extension) noexcept {
+    TRACE_FUNCTION();
     return i_extension.substr(i_extension.starts_with(L'.') ? 1 : 0);
 }
 

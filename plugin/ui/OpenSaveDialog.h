@@ -2,8 +2,8 @@
 
 #include "qorv/Afs.h"
 #include "qorv/Host.h"
-#include "ui/DialogImages.h"
 #include "ui/DialogParameters.h"
+#include "ui/DialogUi.h"
 #include "ui/Reaper.h"
 
 #include <memory>
@@ -38,7 +38,7 @@ private:
     Qorv::ComPtr<Qorv::IQorv_Plugin> m_plugin;
     Qorv::ComPtr<Qorv::IQorv_Inst> m_qorv_inst;
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
-    std::unique_ptr<DialogImages> m_images;
+    std::unique_ptr<DialogUi> m_ui;
     Reaper m_reaper;
 };
 

@@ -10,10 +10,12 @@ constexpr wchar_t blank = L' ';
 constexpr wchar_t quote = L'"';
 
 std::wstring_view TrimStart(std::wstring_view i_text) {
+    TRACE_FUNCTION();
     return i_text.substr(std::min(i_text.find_first_not_of(blank), i_text.size()));
 }
 
 std::wstring_view Trim(std::wstring_view i_text) {
+    TRACE_FUNCTION();
     return TrimStart(i_text.substr(0, i_text.find_last_not_of(blank) + 1));
 }
 

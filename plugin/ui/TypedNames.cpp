@@ -27,13 +27,15 @@ std::wstring TitleError(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_na
 
 } // namespace
 
-void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names) {
+void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
+                     const FunctionName& i_caller) {
     TRACE_FUNCTION();
     std::size_t left = io_names.size();
     for (auto item = i_items.begin(); item != i_items.end() && left > 0; ++item) {
         Qorv::Bstr title;
         if (const HRESULT result = TitleOf(i_file_system, item->first, title); FAILED(result)) {
-            TRACE_TEXT(TitleError(i_file_system, item->first, result));
+            if (IsLogEnabled())
+                TraceText(i_caller, TitleError(i_file_system, item->first, result));
             continue;
         }
         const auto match = std::ranges::find_if(io_names, [&](const TypedName& i_typed) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/FunctionName.h"
 #include "qorv/Afs.h"
 
 #include <map>
@@ -18,5 +19,6 @@ struct TypedName {
 };
 
 /// Finds typed names among the items of a folder, by their titles, case ignored. An item whose title cannot be read is
-/// logged and left out.
-void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names);
+/// logged, under the caller's name, and left out.
+void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
+                     const FunctionName& i_caller);

@@ -25,6 +25,7 @@ struct ComOnThread {
 
 /// Dispatches what stands in the queue but input and painting. The code of a request to quit, which is not for here.
 std::optional<WPARAM> ServeCalls() noexcept {
+    TRACE_FUNCTION();
     std::optional<WPARAM> quit_code;
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE)) {
@@ -53,6 +54,7 @@ WorkerTask::WorkerTask(std::function<void()> i_work)
 }
 
 bool WorkerTask::IsOver() const noexcept {
+    TRACE_FUNCTION();
     return !m_future.valid() || WaitForSingleObject(m_ended.get(), 0) == WAIT_OBJECT_0;
 }
 
@@ -60,14 +62,16 @@ void WorkerTask::Wait() noexcept {
     TRACE_FUNCTION();
     if (!m_future.valid())
         return;
+    const auto event = m_ended; // What is dispatched below may put another task in this one's place.
+    const auto future = m_future;
     std::optional<WPARAM> quit_code;
-    const HANDLE ended = m_ended.get();
+    const HANDLE ended = event.get();
     // What came before the wait counts too: the flag MWMO_INPUTAVAILABLE.
     while (MsgWaitForMultipleObjectsEx(1, &ended, INFINITE, QS_POSTMESSAGE | QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) ==
            WAIT_OBJECT_0 + 1)
         if (const auto code = ServeCalls())
             quit_code = code;
-    m_future.wait();
+    future.wait();
     if (quit_code)
         PostQuitMessage(static_cast<int>(*quit_code));
 }

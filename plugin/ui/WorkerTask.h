@@ -25,5 +25,5 @@ public:
 
 private:
     std::shared_ptr<void> m_ended; ///< An event; the work has it too.
-    std::future<void> m_future;
+    std::shared_future<void> m_future;
 };

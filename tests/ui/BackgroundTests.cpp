@@ -139,6 +139,7 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
         {http(L"HTTP 503: Service Unavailable"), L"db.fail.service", false},
         {{HRESULT_FROM_WIN32(12007), L"GetLastError 12007: "}, L"db.fail.connection", false},
         {{E_INVALIDARG, L""}, L"db.fail.notFound", false},
+        {http(L"odd words\r\n"), L"db.fail.other", false},
     };
     for (const auto& test : cases) {
         Qorv::Bstr words;
@@ -147,7 +148,7 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
             << ToUtf8(Ui::FailureText(m_host, test.failure));
         EXPECT_EQ(test.is_sign_in, Ui::IsSignInNeeded(test.failure)) << ToUtf8(test.failure.reason);
     }
-    EXPECT_EQ(L"odd words", Ui::FailureText(m_host, http(L"odd words\r\n")));
+    EXPECT_TRUE(Ui::FailureText(m_host, http(L"odd words\r\n")).ends_with(L"\n(odd words)"));
 }
 
 } // namespace

@@ -34,7 +34,7 @@ protected:
         std::vector<TypedName> names;
         for (const wchar_t* const text : i_texts)
             names.push_back({text, nullptr, nullptr});
-        MatchTypedNames(m_file_system, m_items, names);
+        MatchTypedNames(m_file_system, m_items, names, FunctionName("void Caller::Read()"));
         return Ui::DecideTypedNames(i_mode, names, m_rows);
     }
 
@@ -127,6 +127,7 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
         {"files", open_several, {L"a.pdf", L"b.pdf"}, Kind::choose, L""},
         {"a missing file", open_several, {L"a.pdf", L"c.pdf"}, Kind::refuse, L"db.msg.fileNotFound"},
         {"a folder among files", open_several, {L"a.pdf", L"Docs"}, Kind::refuse, L"db.msg.notAFile"},
+        {"a file among folders", choose_folder, {L"a.pdf"}, Kind::refuse, L"db.msg.folderNotFound"},
         {"a missing folder", choose_folder, {L"Nowhere"}, Kind::refuse, L"db.msg.folderNotFound"},
         {"a new file", save, {L"new.pdf"}, Kind::choose, L""},
         {"an existing file", save, {L"A.pdf"}, Kind::ask_to_replace, L""},

@@ -128,7 +128,8 @@ TEST_F(FilesExtensionFilterTest, TypedNamesAreFoundByTitle) {
 
     std::vector<TypedName> names{{L"B.PDF", {}, {}}, {L"b.pdf", {}, {}}, {L"new.pdf", {}, {}}};
     const Tests::LogCapture log;
-    MatchTypedNames(m_file_system, items, names);
+    constexpr FunctionName caller("void Caller::Read()");
+    MatchTypedNames(m_file_system, items, names, caller);
     ASSERT_NE(nullptr, names[0].name);
     EXPECT_EQ(Location(L"/b.pdf"), TextOf(names[0].name));
     EXPECT_EQ(items[names[0].name], names[0].item);

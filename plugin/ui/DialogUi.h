@@ -4,15 +4,16 @@
 
 namespace Ui {
 
-/// The host's own images that the dialogs show. UI thread.
-class DialogImages {
+/// The host's UI service as the dialogs use it, with its own images that they show. UI thread.
+class DialogUi {
 public:
-    /// The images are fetched from the service, which may be null.
-    explicit DialogImages(Qorv::IUIX_Inst* i_ui);
-    DialogImages(const DialogImages&) = delete;
-    DialogImages& operator=(const DialogImages&) = delete;
-    ~DialogImages();
+    /// The service may be null: then no dialog can be shown.
+    explicit DialogUi(Qorv::IUIX_Inst* i_service);
+    DialogUi(const DialogUi&) = delete;
+    DialogUi& operator=(const DialogUi&) = delete;
+    ~DialogUi();
 
+    const Qorv::ComPtr<Qorv::IUIX_Inst> m_service;
     // Null where the host has none: what is shown goes without it.
     Qorv::ComPtr<Qorv::IUIX_Image> m_folder;
     Qorv::ComPtr<Qorv::IUIX_Image> m_file;

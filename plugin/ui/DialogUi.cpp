@@ -1,0 +1,33 @@
+#include "ui/DialogUi.h"
+
+#include "core/Trace.h"
+
+namespace Ui {
+namespace {
+
+Qorv::ComPtr<Qorv::IUIX_Image> ImageOf(Qorv::IUIX_Inst* i_service, Qorv::PCStr i_name) {
+    TRACE_FUNCTION();
+    Qorv::ComPtr<Qorv::IUIX_Image> image;
+    if (i_service == nullptr || FAILED(i_service->GetImage(i_name, &image)))
+        return nullptr;
+    return image;
+}
+
+} // namespace
+
+DialogUi::DialogUi(Qorv::IUIX_Inst* i_service)
+    : m_service(i_service)
+    , m_folder(ImageOf(i_service, L"ico.folder"))
+    , m_file(ImageOf(i_service, L"ico.file"))
+    , m_up(ImageOf(i_service, L"ico.up"))
+    , m_new_folder(ImageOf(i_service, L"ico.folder.new"))
+    , m_delete(ImageOf(i_service, L"ico.delete"))
+    , m_refresh(ImageOf(i_service, L"ico.refresh")) {
+    TRACE_FUNCTION();
+}
+
+DialogUi::~DialogUi() {
+    TRACE_FUNCTION();
+}
+
+} // namespace Ui
