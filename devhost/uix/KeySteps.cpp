@@ -21,6 +21,7 @@ constexpr Key keys[] = {
     {L"Backspace", VK_BACK}, {L"Delete", VK_DELETE}, {L"Up", VK_UP},      {L"Down", VK_DOWN},
     {L"Left", VK_LEFT},      {L"Right", VK_RIGHT},   {L"Home", VK_HOME},  {L"End", VK_END},
     {L"PageUp", VK_PRIOR},   {L"PageDown", VK_NEXT}, {L"F2", VK_F2},      {L"F5", VK_F5},
+    {L"F10", VK_F10},
 };
 
 using KeyboardState = std::array<BYTE, 256>;
@@ -59,12 +60,13 @@ bool PressKey(HWND i_window, const std::wstring& i_name) {
         state[ModifierCode(part)] = is_down;
     const BYTE code = KeyCode(part);
     SetKeyboardState(state.data());
-    // The system sends a key that is pressed with Alt alone as another message, with a bit that says so.
-    const bool is_system_key = state[VK_MENU] == is_down && state[VK_CONTROL] != is_down;
+    // The system sends F10, and what is pressed with Alt alone, as other messages, with a bit that tells of Alt.
+    const bool has_alt = state[VK_MENU] == is_down && state[VK_CONTROL] != is_down;
+    const bool is_system_key = has_alt || code == VK_F10;
     constexpr LPARAM once = 1;
     constexpr LPARAM with_alt = LPARAM{1} << 29;
     constexpr LPARAM was_down_and_goes_up = LPARAM{3} << 30;
-    const LPARAM context = is_system_key ? once | with_alt : once;
+    const LPARAM context = has_alt ? once | with_alt : once;
     const HWND target = TargetIn(i_window);
     PostMessageW(target, is_system_key ? WM_SYSKEYDOWN : WM_KEYDOWN, code, context);
     PostMessageW(target, is_system_key ? WM_SYSKEYUP : WM_KEYUP, code, context | was_down_and_goes_up);

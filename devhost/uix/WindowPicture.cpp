@@ -62,8 +62,10 @@ void SaveWindowPicture(HWND i_window, const std::filesystem::path& i_path) {
     RECT place;
     if (!GetWindowRect(i_window, &place) || IsRectEmpty(&place))
         throw Failure(E_INVALIDARG, L"There is no window to take a picture of");
-    // What is not painted yet would be missing.
+    // What is not painted yet would be missing, or what is painted but kept back until the thread waits.
     RedrawWindow(i_window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    constexpr DWORD a_moment_in_ms = 10;
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, a_moment_in_ms, 0);
     WritePng(CopyFromScreen(place).get(), i_path);
 }
 
