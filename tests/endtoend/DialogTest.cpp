@@ -4,7 +4,9 @@
 
 #include "commands/PluginDialog.h"
 #include "uix/WindowScript.h"
-#include "uix/WindowSteps.h"
+
+#include <future>
+#include <memory>
 
 namespace Tests {
 namespace {
@@ -93,7 +95,7 @@ DialogTest::DialogTest() {
 
 DialogTest::~DialogTest() {
     EXPECT_EQ(0, CountVisibleWindows());
-    EXPECT_EQ(0, m_shell->Finish()) << "objects of the module are left";
+    EXPECT_EQ(0, Close()) << "objects of the module are left";
     m_shell.reset();
     m_browser.reset();
     OleUninitialize();
@@ -101,6 +103,19 @@ DialogTest::~DialogTest() {
 
 std::wstring DialogTest::Open(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
     return Run(Qorv::AFS_Dlg_OpenFiles, i_arguments, i_steps);
+}
+
+std::wstring DialogTest::OpenFromWorker(const std::string& i_steps) {
+    const ScriptChain scripts(m_profile.Path(), i_steps);
+    m_shell->Locations().Find(L"/"); // The shell itself belongs to this thread.
+    const std::unique_ptr<void, decltype(&CloseHandle)> done(CreateEventW(nullptr, TRUE, FALSE, nullptr), &CloseHandle);
+    auto answer = std::async(std::launch::async, [&] {
+        std::wstring text = Ask(Qorv::AFS_Dlg_OpenFiles, {});
+        SetEvent(done.get());
+        return text;
+    });
+    EXPECT_TRUE(m_shell->Plugin().Host().MainThread().WaitAndPump(done.get(), step_time_in_ms));
+    return answer.get();
 }
 
 std::wstring DialogTest::Save(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
@@ -132,6 +147,10 @@ std::wstring DialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments&
     } catch (const DevHost::Failure& failure) {
         return failure.Code() == Qorv::ErrorCanceled ? L"canceled" : failure.Text();
     }
+}
+
+int DialogTest::Close() {
+    return m_shell->Finish(); // A second time it does nothing.
 }
 
 void DialogTest::MakeFile(const std::wstring& i_path) {

@@ -22,10 +22,15 @@ protected:
 
     /// How the dialog ended: the paths that were chosen, divided by blanks, or "canceled", or the failure.
     std::wstring Open(const DevHost::Arguments& i_arguments, const std::string& i_steps);
+    /// The same for a caller on another thread, to the first account's root.
+    std::wstring OpenFromWorker(const std::string& i_steps);
     std::wstring Save(const DevHost::Arguments& i_arguments, const std::string& i_steps);
 
     /// Lets something happen when the steps are done, and goes on with others.
     void Then(std::function<void()> i_happens, const std::string& i_steps);
+
+    /// Ends the host, and returns the exit code of `qorvhost`; 0 the second time.
+    int Close();
 
     /// Makes a file in the account, and the folders that it is in.
     static void MakeFile(const std::wstring& i_path);

@@ -3,8 +3,6 @@
 
 #include "DialogTest.h"
 
-#include "support/Outcome.h"
-
 #include <algorithm>
 
 namespace Tests {
@@ -51,6 +49,10 @@ TEST_F(OpenDialogTest, OpensAFile) {
               {L"--name", L"start.pdf"},
               "text start.pdf \n text Documents \n press btn.ok",
               L"/start.pdf"},
+             {"the selection outlives sorting and reloading",
+              {L"/Documents"},
+              "row b.pdf \n column Size \n column Size \n key F5 \n text a.pdf \n press btn.ok",
+              L"/Documents/b.pdf"},
              {"the caller's folder goes first",
               {L"/", L"--in", L"/Documents/Inner"},
               "open deep.pdf",
@@ -168,6 +170,24 @@ TEST_F(OpenDialogTest, ShowsTheCallersTexts) {
                       press Not now)"),
               canceled);
     EXPECT_EQ(Open({}, "window Open from Dropbox \n text start.pdf \n gone Options \n press Cancel"), canceled);
+}
+
+TEST_F(OpenDialogTest, MakesDoWithOddParameters) {
+    for (const Arguments& arguments :
+         {Arguments{L"--flags", L"-1"}, // The bit for folders is no caller's.
+          {L"--filters", L"|||"},
+          {L"--filters", L"PDF files", L"--filter-index", L"-5"},
+          {L"--filters", L"All|*|Broken", L"--filter-index", L"2147483647"},
+          {L"--name", L"\"", L"--default-ext", L".*/:"},
+          {L"--title", std::wstring(3000, L'\x263a'), L"--action-title", std::wstring(300, L'&')}}) {
+        SCOPED_TRACE(std::string(arguments[1].begin(), arguments[1].begin() + 1));
+        EXPECT_EQ(Open(arguments, "open start.pdf"), L"/start.pdf");
+    }
+}
+
+TEST_F(OpenDialogTest, RunsOnTheMainThreadWhoeverAsks) {
+    EXPECT_EQ(OpenFromWorker("open start.pdf"), L"/start.pdf");
+    EXPECT_EQ(OpenFromWorker("text start.pdf \n close"), canceled);
 }
 
 class SaveDialogTest : public OpenDialogTest {};
@@ -298,6 +318,12 @@ TEST_F(DialogCommandTest, ReloadsWhatOthersChanged) {
 class DialogFailureTest : public OpenDialogTest {
 protected:
     static constexpr char slow_listing[] = R"({"path": "2/files/list_folder", "delay_ms": 4000})";
+    static auto CountRequests(std::string_view i_begin) {
+        return std::ranges::count_if(Service::Requests(), [&](const Service::Request& i_request) {
+            return i_request.line.starts_with(i_begin);
+        });
+    }
+
     static constexpr char failing_listing[] = R"({"path": "2/files/list_folder", "status": 500, "times": 2})";
 };
 
@@ -309,6 +335,49 @@ TEST_F(DialogFailureTest, ClosesAtOnceWhileAFolderLoads) {
         EXPECT_EQ(Open({}, std::string("text Loading... \n ") + way), canceled);
         EXPECT_LT(GetTickCount64() - begin, 2000u);
     }
+}
+
+TEST_F(DialogFailureTest, ClosesAtOnceWhileACommandRuns) {
+    Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 3000})");
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(Open({}, "row start.pdf \n key Delete \n press Delete \n text Deleting... \n key Esc"), canceled);
+    EXPECT_LT(GetTickCount64() - begin, 2000u);
+    EXPECT_EQ(0, Close()) << "what still runs is waited for";
+    EXPECT_FALSE(Exists(L"/start.pdf"));
+}
+
+TEST_F(DialogFailureTest, DoesOneThingAtATime) {
+    Service::AddFault(R"({"path": "2/files/list_folder", "delay_ms": 1000})");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  text Loading...
+                  key F5 Alt+Up Backspace Delete F5
+                  open a.pdf)"),
+              L"/Documents/a.pdf");
+    EXPECT_EQ(1, CountRequests("POST /2/files/list_folder "));
+}
+
+TEST_F(DialogFailureTest, SaysWhyACommandFailed) {
+    Service::AddFault(R"({"path": "2/files/delete", "skip": 1, "status": 503})");
+    Service::AddFault(R"({"path": "2/files/create_folder", "status": 429})");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  add b.pdf
+                  add c.txt
+                  key Delete
+                  press Delete
+                  text Not everything was deleted
+                  text Dropbox has a problem at the moment
+                  press OK
+                  gone a.pdf
+                  press New folder
+                  key Enter
+                  text The folder was not made
+                  text There were too many requests
+                  press OK
+                  open b.pdf)"),
+              L"/Documents/b.pdf");
+    EXPECT_TRUE(Exists(L"/Documents/c.txt")) << "nothing follows the first failure";
+    EXPECT_FALSE(Exists(L"/Documents/New folder"));
 }
 
 TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
