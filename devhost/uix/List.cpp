@@ -10,6 +10,8 @@ constexpr DWORD multi_select_style = 0x400; // Of a layout.
 // Layout units.
 constexpr int empty_text_margin = 24;
 
+constexpr UINT_PTR edit_subclass_id = 1;
+
 /// Beyond all that the control has.
 UINT PaintMessage() {
     static const UINT message = RegisterWindowMessageW(L"QorvHostListPaint");
@@ -101,10 +103,15 @@ int List::FindRow(const NMLVFINDITEMW& i_request) {
     return SUCCEEDED(m_source->FindRow(i_request.lvfi.psz, first_row, &row)) ? static_cast<int>(row) : -1;
 }
 
-void List::OnEdited(const LVITEMW& i_row) {
+/// A text that was not changed may come as none, like one that was given up.
+void List::OnEdited(LVITEMW i_row) {
     m_edited_text.reset();
-    if (i_row.pszText != nullptr)
+    if (!m_is_edit_given_up) {
+        i_row.mask = LVIF_TEXT;
+        if (i_row.pszText == nullptr)
+            FillCell(i_row);
         m_edited_text = i_row.pszText;
+    }
     Post(Qorv::UIX_ItemEvent_RowEdited, i_row.iItem);
 }
 
@@ -370,14 +377,28 @@ HRESULT List::BeginEdit(LONG i_row) {
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
         SetFocus(); // The control edits only while it has it.
         m_is_edit_wanted = true;
-        if (Send(LVM_EDITLABELW, static_cast<WPARAM>(i_row)) != 0)
-            return S_OK;
+        m_is_edit_given_up = false;
+        const auto edit = reinterpret_cast<HWND>(Send(LVM_EDITLABELW, static_cast<WPARAM>(i_row)));
         m_is_edit_wanted = false;
-        return E_FAIL;
+        return edit != nullptr &&
+                       SetWindowSubclass(edit, &EditProcedure, edit_subclass_id, reinterpret_cast<DWORD_PTR>(this))
+                   ? S_OK
+                   : E_FAIL;
     });
 }
 
-void List::CancelEdit() const {
+/// The edit goes before the list's own window, and that before its object.
+LRESULT CALLBACK List::EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
+                                     UINT_PTR i_subclass_id, DWORD_PTR i_list) {
+    if (i_message == WM_KEYDOWN && i_wparam == VK_ESCAPE)
+        reinterpret_cast<List*>(i_list)->m_is_edit_given_up = true;
+    if (i_message == WM_NCDESTROY)
+        RemoveWindowSubclass(i_edit, &EditProcedure, i_subclass_id);
+    return DefSubclassProc(i_edit, i_message, i_wparam, i_lparam);
+}
+
+void List::CancelEdit() {
+    m_is_edit_given_up = true;
     if (Send(LVM_GETEDITCONTROL) != 0)
         Send(LVM_CANCELEDITLABEL);
 }

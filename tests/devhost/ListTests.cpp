@@ -259,6 +259,11 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(TakeEvents(), L"edited lst 4;") << "Esc ends the editing, not the dialog";
         EXPECT_EQ(EditedText(), std::nullopt);
 
+        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        PressKey(L"Enter");
+        EXPECT_EQ(TakeEvents(), L"edited lst 4;");
+        EXPECT_EQ(EditedText(), L"4") << "the text pleased as it was";
+
         // The keyboard goes elsewhere: what was typed counts.
         EXPECT_EQ(m_list->EditRow(5), S_OK);
         DevHost::TypeText(m_sink->Window(), L"y");
