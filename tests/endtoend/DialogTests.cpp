@@ -1,9 +1,7 @@
 // The Open and Save dialogs of the shipped module in real windows, used as a person does, against the folder that the
 // service really holds.
 
-#include "DialogTest.h"
-
-#include <algorithm>
+#include "ShippedDialogTest.h"
 
 namespace Tests {
 namespace {
@@ -11,16 +9,7 @@ namespace {
 namespace fs = std::filesystem;
 using DevHost::Arguments;
 
-constexpr wchar_t canceled[] = L"canceled";
-
-class OpenDialogTest : public DialogTest {
-protected:
-    OpenDialogTest() {
-        for (const wchar_t* file : {L"/start.pdf", L"/Documents/a.pdf", L"/Documents/b.pdf", L"/Documents/c.txt",
-                                    L"/Documents/Inner/deep.pdf"})
-            MakeFile(file);
-    }
-};
+class OpenDialogTest : public ShippedDialogTest {};
 
 struct OpenCase {
     const char* name;
@@ -185,12 +174,34 @@ TEST_F(OpenDialogTest, MakesDoWithOddParameters) {
     }
 }
 
+TEST_F(OpenDialogTest, ChangesTheUser) {
+    const auto bens_file = fs::path(Variable(L"DEVSERVICE_ROOT_2")) / L"ben.pdf";
+    WriteBytes(bens_file, "bytes");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  text a.pdf
+                  press Choose user
+                  window Sign in to Dropbox
+                  close
+                  window Open from Dropbox
+                  text a.pdf
+                  press Choose user
+                  text Email
+                  fill email Ben Example
+                  fill password sample
+                  press Sign in
+                  text Allow
+                  press Allow
+                  open ben.pdf)"),
+              L"/ben.pdf");
+    fs::remove(bens_file);
+}
+
 TEST_F(OpenDialogTest, RunsOnTheMainThreadWhoeverAsks) {
     EXPECT_EQ(OpenFromWorker("open start.pdf"), L"/start.pdf");
     EXPECT_EQ(OpenFromWorker("text start.pdf \n close"), canceled);
 }
 
-class SaveDialogTest : public OpenDialogTest {};
+class SaveDialogTest : public ShippedDialogTest {};
 
 TEST_F(SaveDialogTest, SavesUnderAName) {
     for (const OpenCase& row : {
@@ -237,216 +248,6 @@ TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
               L"/other.pdf");
     EXPECT_EQ(Save({L"--flags", L"1"}, "row start.pdf \n press btn.ok"), L"/start.pdf") << "nobody wants to be asked";
     EXPECT_TRUE(Exists(L"/start.pdf"));
-}
-
-class DialogCommandTest : public OpenDialogTest {};
-
-TEST_F(DialogCommandTest, MakesANamedFolder) {
-    EXPECT_EQ(Open({}, R"(
-                  text start.pdf
-                  press New folder
-                  edit Reports
-                  key Enter
-                  text Reports
-                  focus lst.files
-                  key Enter
-                  text Dropbox/Reports
-                  menu New folder
-                  edit 2026
-                  key Enter
-                  open 2026
-                  text Dropbox/Reports/2026
-                  press btn.cancel)"),
-              canceled);
-    EXPECT_TRUE(fs::is_directory(Service::LocalPath(L"/Reports/2026")));
-}
-
-TEST_F(DialogCommandTest, MakesNoFolderWithoutAGoodName) {
-    EXPECT_EQ(Open({}, R"(
-                  text start.pdf
-                  press New folder
-                  edit Given up
-                  key Esc
-                  gone Given up
-                  press New folder
-                  edit what?
-                  key Enter
-                  text "what?" is no name
-                  press OK
-                  press New folder
-                  edit documents
-                  key Enter
-                  text Something of this name is there already
-                  press OK
-                  open start.pdf)"),
-              L"/start.pdf");
-    EXPECT_EQ(std::distance(fs::directory_iterator(Service::LocalPath(L"/")), fs::directory_iterator()), 2);
-}
-
-TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
-    EXPECT_EQ(Open({L"/Documents"}, R"(
-                  row a.pdf
-                  key Delete
-                  text Do you want to delete the file "a.pdf"?
-                  press Cancel
-                  row a.pdf
-                  add c.txt
-                  press Delete
-                  text these 2 items
-                  text a.pdf
-                  text c.txt
-                  press Delete
-                  gone c.txt
-                  row Inner
-                  menu Delete
-                  text the folder "Inner" and everything in it
-                  press Delete
-                  gone Inner
-                  open b.pdf)"),
-              L"/Documents/b.pdf");
-    EXPECT_FALSE(Exists(L"/Documents/a.pdf"));
-    EXPECT_FALSE(Exists(L"/Documents/c.txt"));
-    EXPECT_FALSE(Exists(L"/Documents/Inner"));
-    EXPECT_TRUE(Exists(L"/Documents/b.pdf"));
-}
-
-TEST_F(DialogCommandTest, ReloadsWhatOthersChanged) {
-    Then([] { MakeFile(L"/Documents/from somebody.pdf"); }, "key F5 \n open from somebody.pdf");
-    EXPECT_EQ(Open({L"/Documents"}, "row a.pdf"), L"/Documents/from somebody.pdf");
-}
-
-class DialogFailureTest : public OpenDialogTest {
-protected:
-    static constexpr char slow_listing[] = R"({"path": "2/files/list_folder", "delay_ms": 4000})";
-    static auto CountRequests(std::string_view i_begin) {
-        return std::ranges::count_if(Service::Requests(), [&](const Service::Request& i_request) {
-            return i_request.line.starts_with(i_begin);
-        });
-    }
-
-    static constexpr char failing_listing[] = R"({"path": "2/files/list_folder", "status": 500, "times": 2})";
-};
-
-TEST_F(DialogFailureTest, ClosesAtOnceWhileAFolderLoads) {
-    for (const char* way : {"key Esc", "press btn.cancel", "close"}) {
-        SCOPED_TRACE(way);
-        Service::AddFault(slow_listing);
-        const ULONGLONG begin = GetTickCount64();
-        EXPECT_EQ(Open({}, std::string("text Loading... \n ") + way), canceled);
-        EXPECT_LT(GetTickCount64() - begin, 2000u);
-    }
-}
-
-TEST_F(DialogFailureTest, ClosesAtOnceWhileACommandRuns) {
-    Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 3000})");
-    const ULONGLONG begin = GetTickCount64();
-    EXPECT_EQ(Open({}, "row start.pdf \n key Delete \n press Delete \n text Deleting... \n key Esc"), canceled);
-    EXPECT_LT(GetTickCount64() - begin, 2000u);
-    EXPECT_EQ(0, Close()) << "what still runs is waited for";
-    EXPECT_FALSE(Exists(L"/start.pdf"));
-}
-
-TEST_F(DialogFailureTest, DoesOneThingAtATime) {
-    Service::AddFault(R"({"path": "2/files/list_folder", "delay_ms": 1000})");
-    EXPECT_EQ(Open({L"/Documents"}, R"(
-                  text Loading...
-                  key F5 Alt+Up Backspace Delete F5
-                  open a.pdf)"),
-              L"/Documents/a.pdf");
-    EXPECT_EQ(1, CountRequests("POST /2/files/list_folder "));
-}
-
-TEST_F(DialogFailureTest, SaysWhyACommandFailed) {
-    Service::AddFault(R"({"path": "2/files/delete", "skip": 1, "status": 503})");
-    Service::AddFault(R"({"path": "2/files/create_folder", "status": 429})");
-    EXPECT_EQ(Open({L"/Documents"}, R"(
-                  row a.pdf
-                  add b.pdf
-                  add c.txt
-                  key Delete
-                  press Delete
-                  text Not everything was deleted
-                  text Dropbox has a problem at the moment
-                  press OK
-                  gone a.pdf
-                  press New folder
-                  key Enter
-                  text The folder was not made
-                  text There were too many requests
-                  press OK
-                  open b.pdf)"),
-              L"/Documents/b.pdf");
-    EXPECT_TRUE(Exists(L"/Documents/c.txt")) << "nothing follows the first failure";
-    EXPECT_FALSE(Exists(L"/Documents/New folder"));
-}
-
-TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
-    Service::AddFault(failing_listing);
-    EXPECT_EQ(Open({}, R"(
-                  text Dropbox has a problem at the moment
-                  press Try again
-                  text Dropbox could not be loaded
-                  press Try again
-                  open start.pdf)"),
-              L"/start.pdf");
-    Service::AddFault(failing_listing);
-    EXPECT_EQ(Open({}, R"(
-                  text Dropbox has a problem at the moment
-                  press Cancel
-                  text Dropbox has a problem at the moment
-                  key F5
-                  press Cancel
-                  key F5
-                  open start.pdf)"),
-              L"/start.pdf");
-}
-
-TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {
-    Then([] { fs::remove_all(Service::LocalPath(L"/Documents")); }, R"(
-        key F5
-        text It is not there, or not any more
-        press Cancel
-        key Alt+Up
-        open start.pdf)");
-    EXPECT_EQ(Open({L"/Documents"}, "text a.pdf"), L"/start.pdf");
-    EXPECT_EQ(Open({L"/No such folder"}, "text It is not there \n press Cancel \n press Cancel"), canceled);
-}
-
-TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpired) {
-    Then([] { Service::RevokeTokens(); }, R"(
-        open Documents
-        text Dropbox does not accept your sign-in any more
-        press Sign in again
-        text Email
-        fill email Ada Example
-        fill password sample
-        press Sign in
-        text Allow
-        press Allow
-        open b.pdf)");
-    EXPECT_EQ(Open({}, "text start.pdf"), L"/Documents/b.pdf");
-}
-
-TEST_F(OpenDialogTest, ChangesTheUser) {
-    const auto bens_file = fs::path(Variable(L"DEVSERVICE_ROOT_2")) / L"ben.pdf";
-    WriteBytes(bens_file, "bytes");
-    EXPECT_EQ(Open({L"/Documents"}, R"(
-                  text a.pdf
-                  press Choose user
-                  window Sign in to Dropbox
-                  close
-                  window Open from Dropbox
-                  text a.pdf
-                  press Choose user
-                  text Email
-                  fill email Ben Example
-                  fill password sample
-                  press Sign in
-                  text Allow
-                  press Allow
-                  open ben.pdf)"),
-              L"/ben.pdf");
-    fs::remove(bens_file);
 }
 
 } // namespace

@@ -11,16 +11,18 @@
 
 namespace Tests {
 
-/// The dialogs of the shipped module as `qorvhost` shows them, used by window scripts, over folders of the service that
-/// a test can look into. The scripts' lines may be indented.
+inline constexpr wchar_t canceled[] = L"canceled";
+
+/// The dialogs of the shipped module as `qorvhost` shows them, used by window scripts, over some files of the
+/// service that a test can look into. The scripts' lines may be indented.
 ///
 /// Afterwards no window is left, and no object of the module.
-class DialogTest : public ServiceTest {
+class ShippedDialogTest : public ServiceTest {
 protected:
-    DialogTest();
-    ~DialogTest() override;
+    ShippedDialogTest();
+    ~ShippedDialogTest() override;
 
-    /// How the dialog ended: the paths that were chosen, divided by blanks, or "canceled", or the failure.
+    /// How the dialog ended: the paths that were chosen, divided by blanks, or `canceled`, or the failure.
     std::wstring Open(const DevHost::Arguments& i_arguments, const std::string& i_steps);
     /// The same for a caller on another thread, to the first account's root.
     std::wstring OpenFromWorker(const std::string& i_steps);

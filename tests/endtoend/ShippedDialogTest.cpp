@@ -1,4 +1,4 @@
-#include "DialogTest.h"
+#include "ShippedDialogTest.h"
 
 #include "ShippedModule.h"
 
@@ -81,7 +81,10 @@ private:
 
 } // namespace
 
-DialogTest::DialogTest() {
+ShippedDialogTest::ShippedDialogTest() {
+    for (const wchar_t* file :
+         {L"/start.pdf", L"/Documents/a.pdf", L"/Documents/b.pdf", L"/Documents/c.txt", L"/Documents/Inner/deep.pdf"})
+        MakeFile(file);
     OleInitialize(nullptr);
     m_browser.emplace();
     DevHost::Options options;
@@ -93,7 +96,7 @@ DialogTest::DialogTest() {
     m_id = m_shell->Accounts().List().front().id;
 }
 
-DialogTest::~DialogTest() {
+ShippedDialogTest::~ShippedDialogTest() {
     EXPECT_EQ(0, CountVisibleWindows());
     EXPECT_EQ(0, Close()) << "objects of the module are left";
     m_shell.reset();
@@ -101,11 +104,11 @@ DialogTest::~DialogTest() {
     OleUninitialize();
 }
 
-std::wstring DialogTest::Open(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
+std::wstring ShippedDialogTest::Open(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
     return Run(Qorv::AFS_Dlg_OpenFiles, i_arguments, i_steps);
 }
 
-std::wstring DialogTest::OpenFromWorker(const std::string& i_steps) {
+std::wstring ShippedDialogTest::OpenFromWorker(const std::string& i_steps) {
     const ScriptChain scripts(m_profile.Path(), i_steps);
     m_shell->Locations().Find(L"/"); // The shell itself belongs to this thread.
     const std::unique_ptr<void, decltype(&CloseHandle)> done(CreateEventW(nullptr, TRUE, FALSE, nullptr), &CloseHandle);
@@ -118,23 +121,23 @@ std::wstring DialogTest::OpenFromWorker(const std::string& i_steps) {
     return answer.get();
 }
 
-std::wstring DialogTest::Save(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
+std::wstring ShippedDialogTest::Save(const DevHost::Arguments& i_arguments, const std::string& i_steps) {
     return Run(Qorv::AFS_Dlg_SaveFile, i_arguments, i_steps);
 }
 
-void DialogTest::Then(std::function<void()> i_happens, const std::string& i_steps) {
+void ShippedDialogTest::Then(std::function<void()> i_happens, const std::string& i_steps) {
     m_sequel = Sequel{std::move(i_happens), i_steps};
 }
 
-std::wstring DialogTest::Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments,
-                             const std::string& i_steps) {
+std::wstring ShippedDialogTest::Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments,
+                                    const std::string& i_steps) {
     ScriptChain scripts(m_profile.Path(), i_steps);
     if (const auto sequel = std::exchange(m_sequel, std::nullopt))
         scripts.Continue(sequel->happens, sequel->steps);
     return Ask(i_type, i_arguments);
 }
 
-std::wstring DialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments) {
+std::wstring ShippedDialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments) {
     const auto options = DevHost::DialogOptions::Parse(i_arguments);
     try {
         const auto answer =
@@ -145,21 +148,21 @@ std::wstring DialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments&
             paths += (paths.empty() ? L"" : L" ") + PathOf(location);
         return paths;
     } catch (const DevHost::Failure& failure) {
-        return failure.Code() == Qorv::ErrorCanceled ? L"canceled" : failure.Text();
+        return failure.Code() == Qorv::ErrorCanceled ? canceled : failure.Text();
     }
 }
 
-int DialogTest::Close() {
+int ShippedDialogTest::Close() {
     return m_shell->Finish(); // A second time it does nothing.
 }
 
-void DialogTest::MakeFile(const std::wstring& i_path) {
+void ShippedDialogTest::MakeFile(const std::wstring& i_path) {
     const auto path = Service::LocalPath(i_path);
     std::filesystem::create_directories(path.parent_path());
     WriteBytes(path, "bytes");
 }
 
-bool DialogTest::Exists(const std::wstring& i_path) {
+bool ShippedDialogTest::Exists(const std::wstring& i_path) {
     return std::filesystem::exists(Service::LocalPath(i_path));
 }
 
