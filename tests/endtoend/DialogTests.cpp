@@ -96,7 +96,7 @@ TEST_F(OpenDialogTest, ChoosesFolders) {
     for (const OpenCase& row : {
              OpenCase{"the one that is shown",
                       {L"--folder", L"/Documents"},
-                      "window Choose a Dropbox folder \n text Inner \n gone a.pdf \n press Choose",
+                      "text Folder: \n text Inner \n gone a.pdf \n press Choose",
                       L"/Documents"},
              {"the root", {L"--folder"}, "text Documents \n press btn.ok", L"/"},
              {"a row", {L"--folder"}, "row Documents \n press btn.ok", L"/Documents"},
