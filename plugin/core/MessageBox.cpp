@@ -20,7 +20,7 @@ std::wstring LocalizedText(Qorv::IQorv_Inst* host_instance, Qorv::PCStr i_id) {
 }
 
 HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-                         std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer) {
+                         std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner) {
     TRACE_FUNCTION();
     std::vector<std::wstring> captions;
     captions.reserve(i_buttons.size());
@@ -35,7 +35,7 @@ HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_
     Qorv::ComPtr<IUIX_Inst> uix_instance;
     CHECK_HRESULT(host_instance->GetExtension(L"UIX", (IUnknown**)&uix_instance));
     const Qorv::UIX_MsgBoxParameters parameters{
-        .owner = Ui::ModalOwner(host_instance),
+        .owner = i_owner != nullptr ? i_owner : Ui::ModalOwner(host_instance),
         .title = title.c_str(),
         .text = i_text.c_str(),
         .icon = i_icon,
@@ -67,11 +67,11 @@ std::wstring Ui::FormatString(Qorv::IQorv_Inst* host_instance, Qorv::PCStr i_id,
 }
 
 HRESULT Ui::ShowMessageBox(Qorv::IQorv_Inst* host_instance, const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-                           std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer) {
+                           std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner) {
     TRACE_FUNCTION();
     HRESULT result = E_UNEXPECTED;
     const HRESULT call_result = CallThreadSafe(
-        host_instance, [&] { result = ShowOnMainThread(host_instance, i_text, i_icon, i_buttons, o_answer); });
+        host_instance, [&] { result = ShowOnMainThread(host_instance, i_text, i_icon, i_buttons, o_answer, i_owner); });
     CHECK_HRESULT(call_result);
     CHECK_HRESULT(result);
     return TRACE_RESULT(S_OK);

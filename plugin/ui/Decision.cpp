@@ -8,6 +8,7 @@
 #include "ui/FileRows.h"
 
 #include <algorithm>
+#include <cwctype>
 
 namespace Ui {
 namespace {
@@ -15,6 +16,9 @@ namespace {
 using Kind = Decision::Kind;
 
 constexpr std::size_t longest_name = 255; // UTF-16 units, the service's own limit.
+/// What the service never takes, because programs make such files for themselves.
+constexpr std::wstring_view refused_names[] = {L"desktop.ini", L"thumbs.db", L".ds_store",
+                                               L"icon\r",      L".dropbox",  L".dropbox.attr"};
 constexpr wchar_t parent_entry[] = L"..";
 constexpr wchar_t parent_title[] = L"../";
 
@@ -25,7 +29,7 @@ Decision Refuse(const wchar_t* i_message_id, std::wstring i_name = {}) {
 
 TypedName NameOf(const FileRow& i_row) {
     TRACE_FUNCTION();
-    return {i_row.title, i_row.name, i_row.item};
+    return {i_row.title, i_row.name, i_row.item, i_row.is_folder};
 }
 
 const FileRow* FolderOfTitle(const FileRows& i_rows, std::wstring_view i_title) {
@@ -44,13 +48,24 @@ std::wstring LocationText(const std::wstring& i_text) {
     return std::wstring(location_prefix) + i_text.substr(location_prefix.size());
 }
 
+/// Lock, temporary and backup files of editors as well.
+bool IsRefusedName(std::wstring_view i_name) {
+    TRACE_FUNCTION();
+    constexpr std::wstring_view temporary = L".tmp";
+    return std::ranges::any_of(refused_names,
+                               [&](std::wstring_view i_refused) { return EqualsNoCase(i_name, i_refused); }) ||
+           i_name.starts_with(L"~$") || i_name.starts_with(L".~") ||
+           (i_name.starts_with(L'~') && i_name.ends_with(temporary));
+}
+
 /// The name of a file to save: an existing one, or a new one that the service takes.
 Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
     TRACE_FUNCTION();
     if (!IsNameForService(i_name.text, true))
         return Refuse(L"db.msg.badName", i_name.text);
-    const bool is_question = i_name.name != nullptr && i_mode.asks_before_replacing;
-    return {.kind = is_question ? Kind::ask_to_replace : Kind::choose, .names = {i_name}};
+    if (i_name.name == nullptr)
+        return {.kind = Kind::save_new, .names = {i_name}};
+    return {.kind = i_mode.asks_before_replacing ? Kind::ask_to_replace : Kind::choose, .names = {i_name}};
 }
 
 } // namespace
@@ -89,14 +104,14 @@ Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileR
     return decision;
 }
 
-Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names, const FileRows& i_rows) {
+Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names) {
     TRACE_FUNCTION();
     if (i_names.empty())
         return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
     if (i_mode.chooses_folder) // A folder's title would be a way to it.
         return Refuse(L"db.msg.folderNotFound", i_names.front().text);
     for (const TypedName& name : i_names) {
-        if (FolderOfTitle(i_rows, name.text) != nullptr)
+        if (name.is_folder)
             return Refuse(L"db.msg.notAFile", name.text);
         if (i_mode.is_open && name.name == nullptr)
             return Refuse(L"db.msg.fileNotFound", name.text);
@@ -111,8 +126,9 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
 bool IsNameForService(std::wstring_view i_name, bool i_is_file) {
     TRACE_FUNCTION();
     const bool is_element = !i_name.empty() && i_name.size() <= longest_name && i_name != L"." && i_name != L".." &&
-                            i_name.find_first_of(L"/\\\"") == std::wstring_view::npos && i_name.back() != L' ';
-    if (!is_element)
+                            i_name.find_first_of(L"/\\\"") == std::wstring_view::npos &&
+                            std::iswspace(i_name.back()) == 0;
+    if (!is_element || IsRefusedName(i_name))
         return false;
     const std::wstring location = std::wstring(location_prefix).append(L"/").append(i_name);
     return Name::IsStringValid(location) && (!i_is_file || Dropbox::SurvivesInHeader(i_name));

@@ -29,8 +29,9 @@ struct Decision {
         enter,          ///< Show the folder of the one name.
         go_to,          ///< Show the location of the text.
         choose_shown,   ///< The dialog ends with the shown folder.
-        choose,         ///< The dialog ends with the names; one that has no object yet is a new file.
+        choose,         ///< The dialog ends with the names.
         ask_to_replace, ///< The same, when the user agrees to replace the one name.
+        save_new,       ///< The same for the one name, which the folder did not hold when it was loaded.
         refuse          ///< Tell the user why not.
     };
 
@@ -48,7 +49,7 @@ Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows);
 Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected);
 
 /// The choice of names that were typed, as they are after the rules for extensions, matched with what the folder holds.
-Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names, const FileRows& i_rows);
+Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names);
 
 /// Whether the service takes a text as the name of a new file or folder. `i_is_file` also asks for what an upload
 /// needs.

@@ -90,6 +90,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnInit() noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
         CHECK_HRESULT(m_pObj->get_Window(&m_window));
+        m_questions = std::make_unique<Ui::DialogQuestions>(m_context.host_instance, m_window);
         CHECK_HRESULT(m_items.Find(m_pObj, m_context.host_instance, m_context.ui));
         CHECK_HRESULT(m_items.PutCaptions(m_pObj, *m_parameters));
         CHECK_HRESULT(InitFilter());
@@ -132,8 +133,8 @@ HRESULT Dialog::InitWindow() {
     CHECK_HRESULT((m_mode.is_open ? m_items.m_list : m_items.m_name)->SetFocus());
     CHECK_HRESULT(m_items.m_name_edit->SelectText(0, -1));
 
-    m_keys = Create<Ui::KeyCommands>(m_window, m_items.m_list,
-                                     [this](Ui::DialogCommand i_command) { RunCommand(i_command); });
+    m_keys = Create<Ui::KeyCommands>(m_window, m_items.m_list, m_items.m_filter,
+                                     [this](Ui::DialogCommand i_command) { Handle([&] { RunCommand(i_command); }); });
     CHECK_RETURN(m_keys != nullptr, E_OUTOFMEMORY);
     CHECK_HRESULT(m_ui->AddEventLoopMonitor(m_keys));
     return TRACE_RESULT(S_OK);
@@ -146,16 +147,15 @@ HRESULT STDMETHODCALLTYPE Dialog::OnSize() noexcept {
 
 HRESULT STDMETHODCALLTYPE Dialog::OnMessage(UINT i_message, WPARAM i_w_param, LPARAM) noexcept {
     TRACE_FUNCTION();
-    COM_BOUNDARY(nullptr) {
-        const ComPtr<Dialog> self(this);
+    CHECK_HRESULT(Handle([&] {
         if (i_message == Ui::folder_loaded_message && m_connection != nullptr) {
             if (const auto result = m_connection->TakeResult(i_w_param))
                 OnFolderLoaded(*result);
         } else if (i_message == Ui::task_done_message && m_task != nullptr && i_w_param == m_task_number) {
             OnTaskDone();
         }
-        return TRACE_RESULT(S_OK);
-    };
+    }));
+    return TRACE_RESULT(S_OK);
 }
 
 HRESULT STDMETHODCALLTYPE Dialog::OnDestroy() noexcept {

@@ -57,6 +57,7 @@ private:
     struct Arrival {
         std::wstring selected_title{}; ///< Of the item to select, such as the folder that one came from.
         ComPtr<IAFS_Name> target{};    ///< A typed location: when it is a file's, the file is what the user means.
+        bool may_be_new = false;       ///< The location may be that of a file that is not there yet.
     };
 
     // Dialog.cpp: the window
@@ -67,6 +68,8 @@ private:
     std::wstring Text(PCStr i_id, std::initializer_list<std::wstring_view> i_arguments = {}) const;
 
     // DialogEvents.cpp: what the user does with the items
+    HRESULT Guard(const std::function<void()>& i_body) noexcept;
+    HRESULT Handle(const std::function<void()>& i_handler) noexcept;
     void OnOk(LONG i_detail);
     void OnCancel(LONG i_detail);
     void OnChooseUser(LONG i_detail);
@@ -94,17 +97,23 @@ private:
     void OnFolderLoaded(HRESULT i_result);
     void OnLoadFailed(const Ui::Failure& i_failure);
     void Arrive();
+    void ArriveAgain();
     ComPtr<IAFS_Name> ParentOfShownFolder() const;
+    ComPtr<IAFS_Name> RootOfLoadingFolder() const;
     std::wstring DisplayPath(IAFS_Name* i_name) const;
+    std::wstring TitleOf(IAFS_Name* i_name) const;
     void ShowPath(IAFS_Name* i_folder);
 
     // DialogChoice.cpp: what OK means
     void Confirm();
     void Carry(const Ui::Decision& i_decision);
     void GoTo(const std::wstring& i_location);
+    void SaveNew(const TypedName& i_name);
     void Choose(const std::vector<TypedName>& i_names);
+    bool CanBeSent(IAFS_Name* i_name) const;
     void End();
     std::wstring NameText() const;
+    void ResetName();
     std::vector<TypedName> GetNamesFromNameEditControl();
     void AddDefaultExtension(std::wstring& io_name, const Ui::DialogParameters& parameters);
 
@@ -132,6 +141,7 @@ private:
     Ui::DialogItems m_items;
     ComPtr<Ui::FileList> m_list;
     std::shared_ptr<FilesExtensionFilter> m_filter;
+    std::unique_ptr<Ui::DialogQuestions> m_questions;
     ComPtr<Ui::KeyCommands> m_keys;
 
     std::unique_ptr<Ui::FolderConnection> m_connection;

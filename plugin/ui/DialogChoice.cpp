@@ -1,6 +1,7 @@
 // What a dialog makes of OK.
 
 #include "core/Check.h"
+#include "dropbox/ApiCalls.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"
 #include "ui/NameExtension.h"
@@ -12,13 +13,19 @@ void Dialog::Confirm() {
     TRACE_FUNCTION();
     if (IsBusy())
         return;
-    if (const auto selection = m_list->GetSelection(); !m_is_name_typed && !selection.empty())
+    const std::wstring text = NameText();
+    const auto selection = m_list->GetSelection();
+    if (!selection.empty() && (!m_is_name_typed || text.empty()))
         return Carry(Ui::DecideSelection(m_mode, selection));
-    const Ui::Decision way = Ui::DecideWay(NameText(), m_list->GetRows());
+    const Ui::Decision way = Ui::DecideWay(text, m_list->GetRows());
+    if (way.kind == Ui::Decision::Kind::enter || way.kind == Ui::Decision::Kind::go_up)
+        ResetName(); // It was a way, and is no name.
     if (way.kind != Ui::Decision::Kind::nothing)
         return Carry(way);
     if (m_shown_folder != nullptr)
-        Carry(Ui::DecideTypedNames(m_mode, GetNamesFromNameEditControl(), m_list->GetRows()));
+        Carry(Ui::DecideTypedNames(m_mode, GetNamesFromNameEditControl()));
+    else
+        m_questions->TellWhyNot(L"db.msg.noFolder", {});
 }
 
 void Dialog::Carry(const Ui::Decision& i_decision) {
@@ -31,53 +38,81 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
         ShowParent();
         break;
     case Ui::Decision::Kind::enter:
-        if (m_is_name_typed && m_mode.is_open)
-            m_items.m_name->put_Text(L""); // It was the folder's title.
         Show(i_decision.names.front().name, {});
         break;
     case Ui::Decision::Kind::go_to:
         GoTo(i_decision.text);
         break;
     case Ui::Decision::Kind::choose_shown:
-        Choose({{DisplayPath(m_shown_folder), m_shown_folder, nullptr}});
+        Choose({{DisplayPath(m_shown_folder), m_shown_folder, nullptr, true}});
         break;
     case Ui::Decision::Kind::choose:
         Choose(i_decision.names);
         break;
     case Ui::Decision::Kind::ask_to_replace:
-        if (Ui::AskToReplace(m_context.host_instance, i_decision.names.front().text))
+        // The question names the file that is there: it need not be what was typed, letter by letter.
+        if (m_questions->AskToReplace(TitleOf(i_decision.names.front().name)) && !IsBusy())
             Choose(i_decision.names);
         break;
+    case Ui::Decision::Kind::save_new:
+        SaveNew(i_decision.names.front());
+        break;
     case Ui::Decision::Kind::refuse:
-        Ui::TellWhyNot(m_context.host_instance, i_decision.message_id, i_decision.text);
+        m_questions->TellWhyNot(i_decision.message_id, i_decision.text);
         break;
     }
 }
 
 void Dialog::GoTo(const std::wstring& i_location) {
     TRACE_FUNCTION();
-    IAFS_Name* const from = m_shown_folder != nullptr ? m_shown_folder : m_good_folder;
+    ComPtr<IAFS_Name> from = m_shown_folder != nullptr ? m_shown_folder : m_good_folder;
+    if (from == nullptr)
+        from = RootOfLoadingFolder(); // Nothing could be shown so far.
     ComPtr<IAFS_Name> target;
     if (from == nullptr || FAILED(m_context.file_system->StringToName(i_location.c_str(), 0, from, &target)))
-        return Ui::TellWhyNot(m_context.host_instance, L"db.msg.badLocation", i_location);
-    Show(target, {.selected_title = {}, .target = target});
+        return m_questions->TellWhyNot(L"db.msg.badLocation", i_location);
+    Show(target, {.selected_title = {}, .target = target, .may_be_new = !m_mode.is_open && i_location.back() != L'/'});
+}
+
+/// Somebody may have made a file of this name since the folder was loaded, and nobody's file may be lost: the service
+/// is asked.
+void Dialog::SaveNew(const TypedName& i_name) {
+    TRACE_FUNCTION();
+    TypedName typed = i_name;
+    if (FAILED(m_context.file_system->StringToName(typed.text.c_str(), 0, m_shown_folder, &typed.name)))
+        return m_questions->TellWhyNot(L"db.msg.badName", typed.text);
+    const auto information = std::make_shared<ComPtr<IAFS_FileInfo>>();
+    const auto look = [file_system = m_context.file_system, name = typed.name,
+                       information](const Ui::WindowTask::IsAbandoned&) {
+        return file_system->GetFileInfo(name, nullptr, nullptr, &*information);
+    };
+    RunTask(L"db.msg.checkingName", look, [this, typed, information](const Ui::Failure& i_failure) {
+        if (i_failure.code == E_INVALIDARG) // Nothing is there.
+            return Choose({typed});
+        if (FAILED(i_failure.code))
+            return m_questions->TellFailure(L"db.msg.checkFailed", i_failure);
+        ULONG attributes = 0;
+        (*information)->get_Attributes(&attributes);
+        if ((attributes & AFS_Attribute_Folder) != 0)
+            m_questions->TellWhyNot(L"db.msg.notAFile", typed.text);
+        else if (!m_mode.asks_before_replacing || m_questions->AskToReplace(typed.text))
+            return Choose({typed});
+        Reload(); // The list did not know of it.
+    });
 }
 
 void Dialog::Choose(const std::vector<TypedName>& i_names) {
     TRACE_FUNCTION();
     if (m_pObj == nullptr)
         return; // The dialog was closed together with a question.
-    std::vector<ComPtr<IAFS_Name>> chosen;
+    ComPtr<NamesCollection> chosen;
+    CHECK_HRESULT_THROW(NamesCollection::Create(chosen));
     for (const TypedName& typed : i_names) {
-        ComPtr<IAFS_Name> name = typed.name;
-        if (name == nullptr)
-            m_context.file_system->StringToName(typed.text.c_str(), 0, m_shown_folder, &name);
-        if (name == nullptr)
-            return Ui::TellWhyNot(m_context.host_instance, L"db.msg.badName", typed.text);
-        chosen.push_back(std::move(name));
+        if (!m_mode.chooses_folder && !Dropbox::SurvivesInHeader(DisplayPath(typed.name)))
+            return m_questions->TellWhyNot(L"db.msg.badPath", DisplayPath(typed.name));
+        CHECK_HRESULT_THROW(chosen->Add(typed.name));
     }
-    for (const auto& name : chosen)
-        CHECK_HRESULT_THROW(m_files_to_open->Add(name));
+    m_files_to_open = chosen;
     End();
 }
 
@@ -96,6 +131,14 @@ std::wstring Dialog::NameText() const {
     return std::wstring(text.View());
 }
 
+/// What a name box shows that nobody has typed in: in Save the name that the caller proposes.
+void Dialog::ResetName() {
+    TRACE_FUNCTION();
+    const BSTR proposed = m_mode.is_open ? nullptr : m_parameters->InitialFileName.m_str;
+    m_items.m_name->put_Text(proposed != nullptr ? proposed : L"");
+    m_is_name_typed = proposed != nullptr;
+}
+
 std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
     TRACE_FUNCTION();
     std::vector<TypedName> names;
@@ -105,13 +148,13 @@ std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
     auto quoted = m_mode.allows_several ? ParseQuotedNames(text) : std::nullopt;
     if (quoted) {
         for (std::wstring& name : *quoted)
-            names.push_back({std::move(name), nullptr, nullptr});
+            names.push_back({.text = std::move(name)});
     } else {
         if ((m_parameters->Flags & Ui::DialogParameters::UseDefaultExtension) != 0)
             AddDefaultExtension(text, *m_parameters);
         else if (!m_mode.chooses_folder)
             m_filter->AddFilterExtension(text, m_parameters->DefaultExt.View());
-        names.push_back({std::move(text), nullptr, nullptr});
+        names.push_back({.text = std::move(text)});
     }
     MatchTypedNames(m_context.file_system, m_connection->GetItems(), names, trace_function.Name());
     return names;

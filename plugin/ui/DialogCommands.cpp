@@ -86,20 +86,20 @@ void Dialog::OnNewFolderNamed(LONG) {
     if (Ui::IsNameForService(*title, false))
         CreateFolder(*title);
     else
-        Ui::TellWhyNot(m_context.host_instance, L"db.msg.badName", *title);
+        m_questions->TellWhyNot(L"db.msg.badName", *title);
 }
 
 void Dialog::CreateFolder(const std::wstring& i_title) {
     TRACE_FUNCTION();
     ComPtr<IAFS_Name> folder;
     if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_shown_folder, &folder)))
-        return Ui::TellWhyNot(m_context.host_instance, L"db.msg.badName", i_title);
+        return m_questions->TellWhyNot(L"db.msg.badName", i_title);
     const auto create = [file_system = m_context.file_system, folder](const Ui::WindowTask::IsAbandoned&) {
         return file_system->CreateFolder(folder, nullptr, nullptr);
     };
     RunTask(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
-            Ui::TellFailure(m_context.host_instance, L"db.msg.createFailed", i_failure);
+            m_questions->TellFailure(L"db.msg.createFailed", i_failure);
         m_arrival.selected_title = i_title;
         Reload();
     });
@@ -112,7 +112,7 @@ void Dialog::Delete() {
     std::vector<ComPtr<IAFS_Name>> names;
     for (const FileRow* const row : rows)
         names.push_back(row->name);
-    if (!Ui::AskToDelete(m_context.host_instance, rows) || m_pObj == nullptr)
+    if (!m_questions->AskToDelete(rows) || m_pObj == nullptr || IsBusy())
         return;
     const auto remove = [file_system = m_context.file_system,
                          names](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
@@ -120,7 +120,7 @@ void Dialog::Delete() {
     };
     RunTask(L"db.msg.deleting", remove, [this](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
-            Ui::TellFailure(m_context.host_instance, L"db.msg.deleteFailed", i_failure);
+            m_questions->TellFailure(L"db.msg.deleteFailed", i_failure);
         Reload(); // The names of what is gone must not be used any more.
     });
 }
@@ -139,7 +139,7 @@ void Dialog::ChooseUser() {
         if (SUCCEEDED(i_failure.code))
             Connect(*folder);
         else if (i_failure.code != ErrorCanceled)
-            Ui::TellFailure(m_context.host_instance, L"db.msg.signInFailed", i_failure);
+            m_questions->TellFailure(L"db.msg.signInFailed", i_failure);
     });
 }
 
@@ -147,6 +147,7 @@ void Dialog::ChooseUser() {
 /// is still there.
 void Dialog::RunTask(PCStr i_status_id, Ui::WindowTask::Work i_work, std::function<void(const Ui::Failure&)> i_done) {
     TRACE_FUNCTION();
+    CHECK_THROW(!IsBusy(), HResultException(E_UNEXPECTED));
     m_task = std::make_shared<Ui::WindowTask>(m_context.host_instance, m_window, Ui::task_done_message, ++m_task_number,
                                               std::move(i_work));
     m_task_done = std::move(i_done);

@@ -29,16 +29,35 @@ const Dialog::ItemEvent Dialog::item_events[] = {
 
 HRESULT STDMETHODCALLTYPE Dialog::OnItemEvent(PCStr i_item_id, ULONG i_kind, LONG i_detail) noexcept {
     TRACE_FUNCTION();
+    CHECK_RETURN(i_item_id != nullptr, E_INVALIDARG);
+    for (const ItemEvent& event : item_events)
+        if (event.kind == i_kind && std::wstring_view(event.item_id) == i_item_id)
+            CHECK_HRESULT(Handle([&] { (this->*event.handle)(i_detail); }));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT Dialog::Guard(const std::function<void()>& i_body) noexcept {
+    TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
-        CHECK_RETURN(i_item_id != nullptr, E_INVALIDARG);
-        const ComPtr<Dialog> self(this); // What follows may end the dialog.
-        for (const ItemEvent& event : item_events)
-            if (event.kind == i_kind && std::wstring_view(event.item_id) == i_item_id) {
-                (this->*event.handle)(i_detail);
-                break;
-            }
+        i_body();
         return TRACE_RESULT(S_OK);
     };
+}
+
+/// Does what an event asks for. What fails beyond all expectation, as for want of memory, is told; the dialog goes on.
+HRESULT Dialog::Handle(const std::function<void()>& i_handler) noexcept {
+    TRACE_FUNCTION();
+    const ComPtr<Dialog> self(this); // The handler may end the dialog.
+    const HRESULT result = Guard(i_handler);
+    if (FAILED(result) && m_pObj != nullptr) {
+        const std::wstring reason = TakeThreadReason();
+        Guard([&] {
+            UpdateItems();
+            m_questions->TellFailure(L"db.msg.failed", {result, reason});
+        });
+    }
+    CHECK_HRESULT(result);
+    return TRACE_RESULT(S_OK);
 }
 
 void Dialog::OnOk(LONG) {
@@ -85,19 +104,20 @@ std::wstring Dialog::SelectedNames() const {
     return count == 1 ? names.substr(1, names.size() - 2) : names;
 }
 
-/// A double click, or Enter: a single folder is always gone into, even where folders are chosen.
+/// A double click, or Enter: a single folder is always gone into, even where folders are chosen. What is selected
+/// counts, and where nothing is, the row.
 void Dialog::OnRowActivated(LONG i_row) {
     TRACE_FUNCTION();
     if (IsBusy())
         return;
-    const auto selection = m_list->GetSelection();
-    if (selection.size() > 1)
-        return Carry(Ui::DecideSelection(m_mode, selection));
-    if (const FileRow* const row = m_list->GetRow(i_row)) {
-        Ui::DialogMode mode = m_mode;
+    auto selection = m_list->GetSelection();
+    if (const FileRow* const row = m_list->GetRow(i_row); row != nullptr && selection.empty())
+        selection = {row};
+    Ui::DialogMode mode = m_mode;
+    if (selection.size() == 1)
         mode.chooses_folder = false;
-        Carry(Ui::DecideSelection(mode, {row}));
-    }
+    if (!selection.empty())
+        Carry(Ui::DecideSelection(mode, selection));
 }
 
 void Dialog::OnColumnClicked(LONG i_column) {

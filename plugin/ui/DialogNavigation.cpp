@@ -6,14 +6,6 @@
 #include "ui/DialogMessages.h"
 
 namespace Qorv {
-namespace {
-
-std::wstring LastElement(const std::wstring& i_path) {
-    TRACE_FUNCTION();
-    return i_path.substr(i_path.rfind(L'/') + 1); // npos + 1 is 0.
-}
-
-} // namespace
 
 void Dialog::Connect(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
@@ -49,7 +41,7 @@ void Dialog::Show(IAFS_Name* i_folder, Arrival i_arrival) {
     else if (result == S_OK)
         OnLoadBegun(false);
     else if (m_shown_folder != nullptr)
-        Arrive();
+        ArriveAgain();
     else
         Reload(); // It could not be loaded the last time.
 }
@@ -57,7 +49,7 @@ void Dialog::Show(IAFS_Name* i_folder, Arrival i_arrival) {
 void Dialog::ShowParent() {
     TRACE_FUNCTION();
     if (const auto parent = ParentOfShownFolder())
-        Show(parent, {.selected_title = LastElement(DisplayPath(m_loading_folder))});
+        Show(parent, {.selected_title = TitleOf(m_loading_folder)});
 }
 
 void Dialog::Reload() {
@@ -97,37 +89,46 @@ void Dialog::OnFolderLoaded(HRESULT i_result) {
     Arrive();
 }
 
+/// Where the dialog is already.
+void Dialog::ArriveAgain() {
+    TRACE_FUNCTION();
+    m_loading_folder = m_shown_folder;
+    ShowPath(m_shown_folder);
+    Arrive();
+}
+
 /// What the user meant by coming here.
 void Dialog::Arrive() {
     TRACE_FUNCTION();
     const Arrival arrival = std::exchange(m_arrival, {});
     if (!arrival.selected_title.empty()) {
         m_list->Select(arrival.selected_title);
+        if (!m_mode.is_open && !NameText().empty())
+            m_is_name_typed = true; // The user has not chosen the row: OK still means the name.
         UpdateItems();
     }
     if (arrival.target == nullptr)
         return;
     VARIANT_BOOL is_folder = VARIANT_FALSE;
     m_context.file_system->NamesAreEqual(arrival.target, m_shown_folder, &is_folder);
-    const std::wstring title = is_folder != VARIANT_FALSE ? std::wstring() : LastElement(DisplayPath(arrival.target));
+    if (is_folder != VARIANT_FALSE)
+        return ResetName(); // What was typed was the way.
+    const std::wstring title = TitleOf(arrival.target);
     m_items.m_name->put_Text(title.c_str());
     m_is_name_typed = true;
-    if (title.empty())
-        return;
     if (!m_mode.is_open)
         return Confirm();
     // The whole name was typed: it gets no other extension.
-    std::vector<TypedName> names{{title, nullptr, nullptr}};
+    std::vector<TypedName> names{{.text = title}};
     MatchTypedNames(m_context.file_system, m_connection->GetItems(), names, trace_function.Name());
-    Carry(Ui::DecideTypedNames(m_mode, names, m_list->GetRows()));
+    Carry(Ui::DecideTypedNames(m_mode, names));
 }
 
 void Dialog::OnLoadFailed(const Ui::Failure& i_failure) {
     TRACE_FUNCTION();
     m_shown_folder.Reset();
     // The location of a file to be saved, that is not there yet: its folder may be.
-    if (!m_mode.is_open && i_failure.code == E_INVALIDARG && m_arrival.target != nullptr &&
-        m_arrival.target == m_loading_folder)
+    if (m_arrival.may_be_new && i_failure.code == E_INVALIDARG)
         if (const auto parent = ParentOfShownFolder())
             return Show(parent, {.selected_title = {}, .target = m_arrival.target});
 
@@ -136,7 +137,7 @@ void Dialog::OnLoadFailed(const Ui::Failure& i_failure) {
     if (std::exchange(m_is_going_back, false))
         return; // The user has read of one failure already.
     const std::wstring folder = Text(L"db.lb.path", {DisplayPath(m_loading_folder)});
-    const Ui::FailureAnswer answer = Ui::AskAfterLoadFailure(m_context.host_instance, folder, i_failure);
+    const Ui::FailureAnswer answer = m_questions->AskAfterLoadFailure(folder, i_failure);
     if (m_pObj == nullptr)
         return; // The dialog was closed together with the question.
     if (answer == Ui::FailureAnswer::try_again)
@@ -160,6 +161,18 @@ ComPtr<IAFS_Name> Dialog::ParentOfShownFolder() const {
     return parent;
 }
 
+ComPtr<IAFS_Name> Dialog::RootOfLoadingFolder() const {
+    TRACE_FUNCTION();
+    ComPtr<IAFS_Name> root;
+    for (ComPtr<IAFS_Name> name = m_loading_folder; name != nullptr;) {
+        root = name;
+        ComPtr<IAFS_Name> parent;
+        m_context.file_system->NameGetParent(name, &parent);
+        name = parent;
+    }
+    return root;
+}
+
 /// The path in the account: empty for its root.
 std::wstring Dialog::DisplayPath(IAFS_Name* i_name) const {
     TRACE_FUNCTION();
@@ -167,6 +180,13 @@ std::wstring Dialog::DisplayPath(IAFS_Name* i_name) const {
     if (FAILED(m_context.file_system->NameToString(i_name, AFS_Name2String_ForDisplay, nullptr, &path)))
         return {};
     return std::wstring(path.View());
+}
+
+/// The last element of the path.
+std::wstring Dialog::TitleOf(IAFS_Name* i_name) const {
+    TRACE_FUNCTION();
+    const std::wstring path = DisplayPath(i_name);
+    return path.substr(path.rfind(L'/') + 1); // npos + 1 is 0.
 }
 
 void Dialog::ShowPath(IAFS_Name* i_folder) {

@@ -118,7 +118,8 @@ HRESULT FileList::ShowRows(const Selection& i_selection) {
     CHECK_HRESULT(m_control->put_RowCount(count));
     const std::unordered_set<std::wstring_view> titles(i_selection.titles.begin(), i_selection.titles.end());
     std::vector<LONG> selected;
-    LONG focused = count > 0 ? 0 : no_row;
+    const bool begins_with_parent = count > 1 && GetRow(0)->is_parent;
+    LONG focused = count > 0 ? LONG{begins_with_parent} : no_row;
     for (LONG row = 0; row < count; ++row) {
         const std::wstring& title = GetRow(row)->title;
         if (titles.contains(title))

@@ -37,8 +37,10 @@ HRESULT FoldersNavigator::Refresh() {
             CHECK_HRESULT(CallThreadSafe(m_host_instance, [this] { m_completion(S_FALSE); }));
             return TRACE_RESULT(S_FALSE);
         }
-        if (!IsRunning())
-            m_load_task.Wait(); // A moment, except for an abandoned one.
+        if (m_is_delivered)
+            m_load_task.Join(); // A moment.
+        else if (!IsRunning())
+            m_load_task.Wait(); // It was abandoned.
         CHECK_RETURN(!m_is_running.exchange(true), E_FAIL);
         Launch();
         return TRACE_RESULT(S_OK);

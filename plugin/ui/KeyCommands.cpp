@@ -5,24 +5,33 @@
 namespace Ui {
 namespace {
 
+enum class Place { everywhere, list, all_but_combo };
+
 struct Key {
     UINT message; ///< Alt makes it a system key.
     WPARAM code;
-    bool is_for_list; ///< In an edit box it is the box's own.
+    Place place; ///< Elsewhere it is the item's own.
     DialogCommand command;
 };
 
 constexpr Key keys[] = {
-    {WM_KEYDOWN, VK_F5, false, DialogCommand::refresh},
-    {WM_SYSKEYDOWN, VK_UP, false, DialogCommand::up},
-    {WM_KEYDOWN, VK_BACK, true, DialogCommand::up},
-    {WM_KEYDOWN, VK_DELETE, true, DialogCommand::delete_items},
+    {WM_KEYDOWN, VK_F5, Place::everywhere, DialogCommand::refresh},
+    {WM_SYSKEYDOWN, VK_UP, Place::all_but_combo, DialogCommand::up},
+    {WM_KEYDOWN, VK_BACK, Place::list, DialogCommand::up},
+    {WM_KEYDOWN, VK_DELETE, Place::list, DialogCommand::delete_items},
 };
+
+bool HasFocus(Qorv::IUIX_Item* i_item) noexcept {
+    TRACE_FUNCTION();
+    VARIANT_BOOL has_focus = VARIANT_FALSE;
+    return i_item != nullptr && SUCCEEDED(i_item->get_HasFocus(&has_focus)) && has_focus != VARIANT_FALSE;
+}
 
 } // namespace
 
-KeyCommands::KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, std::function<void(DialogCommand)> i_run)
-    : m_dialog_window(i_dialog_window), m_list(i_list), m_run(std::move(i_run)) {
+KeyCommands::KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,
+                         std::function<void(DialogCommand)> i_run)
+    : m_dialog_window(i_dialog_window), m_list(i_list), m_combo(i_combo), m_run(std::move(i_run)) {
     TRACE_FUNCTION();
 }
 
@@ -34,6 +43,7 @@ void KeyCommands::Close() noexcept {
     TRACE_FUNCTION();
     m_dialog_window = nullptr;
     m_list.Reset();
+    m_combo.Reset();
     m_run = nullptr;
 }
 
@@ -50,21 +60,17 @@ HRESULT STDMETHODCALLTYPE KeyCommands::OnEventLoopMonitor(Qorv::IUIX_LoopEvent* 
         if (m_dialog_window == nullptr || !IsChild(m_dialog_window, message.hwnd))
             return TRACE_RESULT(S_OK);
         for (const Key& key : keys) {
-            if (message.message != key.message || message.wParam != key.code || (key.is_for_list && !IsListInUse()))
+            if (message.message != key.message || message.wParam != key.code ||
+                (key.place == Place::list && !HasFocus(m_list)) ||
+                (key.place == Place::all_but_combo && HasFocus(m_combo)))
                 continue;
             CHECK_HRESULT(io_event->put_Handled(VARIANT_TRUE));
-            const Qorv::ComPtr<KeyCommands> self(this); // The command may close the dialog.
-            m_run(key.command);
+            const auto run = m_run; // The command may close the dialog.
+            run(key.command);
             break;
         }
         return TRACE_RESULT(S_OK);
     };
-}
-
-bool KeyCommands::IsListInUse() const noexcept {
-    TRACE_FUNCTION();
-    VARIANT_BOOL has_focus = VARIANT_FALSE;
-    return m_list != nullptr && SUCCEEDED(m_list->get_HasFocus(&has_focus)) && has_focus != VARIANT_FALSE;
 }
 
 } // namespace Ui

@@ -8,11 +8,12 @@
 
 namespace Ui {
 
-/// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog, Backspace
-/// and Delete in its list. UI thread.
+/// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog (but in its
+/// combo Alt+Up is the combo's), Backspace and Delete in its list. UI thread.
 class KeyCommands final : public Qorv::CoClass<KeyCommands, Qorv::IUIX_EventLoopMonitor> {
 public:
-    KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, std::function<void(DialogCommand)> i_run);
+    KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,
+                std::function<void(DialogCommand)> i_run);
     ~KeyCommands();
 
     /// Hears no keys any more.
@@ -21,10 +22,9 @@ public:
     HRESULT STDMETHODCALLTYPE OnEventLoopMonitor(Qorv::IUIX_LoopEvent* io_event) noexcept override;
 
 private:
-    bool IsListInUse() const noexcept;
-
     HWND m_dialog_window;
     Qorv::ComPtr<Qorv::IUIX_Item> m_list;
+    Qorv::ComPtr<Qorv::IUIX_Item> m_combo;
     std::function<void(DialogCommand)> m_run;
 };
 

@@ -6,14 +6,45 @@
 #include "qorv/Values.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace {
 
-HRESULT TitleOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name, Qorv::Bstr& o_title) {
+/// An item of the folder that may be what somebody typed.
+struct Candidate {
+    std::wstring title;
+    bool is_folder = false;
+    FolderItems::const_iterator item{};
+    bool is_taken = false;
+};
+
+/// By the keys of their titles: a folder and a list of names may both be long.
+using Candidates = std::unordered_map<std::string, std::vector<Candidate>>;
+
+/// Texts that the platform compares as equal, case ignored, have equal keys: that is what its sort keys are.
+std::string ComparisonKey(std::wstring_view i_text) {
+    TRACE_FUNCTION();
+    constexpr DWORD flags = LCMAP_SORTKEY | NORM_IGNORECASE;
+    const int length = static_cast<int>(i_text.size());
+    const auto map = [&](char* o_key, int i_size) {
+        return LCMapStringEx(LOCALE_NAME_INVARIANT, flags, i_text.data(), length, reinterpret_cast<wchar_t*>(o_key),
+                             i_size, nullptr, nullptr, 0);
+    };
+    std::string key(static_cast<std::size_t>(length > 0 ? map(nullptr, 0) : 0), '\0');
+    if (!key.empty())
+        map(key.data(), static_cast<int>(key.size()));
+    return key;
+}
+
+HRESULT ReadItem(Qorv::IAFS_FileSys* i_file_system, FolderItems::const_iterator i_item, Candidate& o_candidate) {
     TRACE_FUNCTION();
     Qorv::ComPtr<Qorv::IAFS_FileInfo> information;
-    CHECK_HRESULT(i_file_system->GetFileInfo(i_name, nullptr, nullptr, &information));
-    CHECK_HRESULT(information->get_Title(&o_title));
+    CHECK_HRESULT(i_file_system->GetFileInfo(i_item->first, nullptr, nullptr, &information));
+    Qorv::Bstr title;
+    CHECK_HRESULT(information->get_Title(&title));
+    ULONG attributes = 0;
+    CHECK_HRESULT(information->get_Attributes(&attributes));
+    o_candidate = {std::wstring(title.View()), (attributes & Qorv::AFS_Attribute_Folder) != 0, i_item};
     return TRACE_RESULT(S_OK);
 }
 
@@ -25,26 +56,56 @@ std::wstring TitleError(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_na
                          static_cast<int>(i_result));
 }
 
+Candidates ReadCandidates(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, const FunctionName& i_caller) {
+    TRACE_FUNCTION();
+    Candidates candidates;
+    for (auto item = i_items.begin(); item != i_items.end(); ++item) {
+        Candidate candidate;
+        if (const HRESULT result = ReadItem(i_file_system, item, candidate); SUCCEEDED(result))
+            candidates[ComparisonKey(candidate.title)].push_back(std::move(candidate));
+        else if (IsLogEnabled())
+            TraceText(i_caller, TitleError(i_file_system, item->first, result));
+    }
+    return candidates;
+}
+
+/// How much a title is the text: the platform takes more for equal than the service does, "straße" and "strasse" too.
+int Likeness(std::wstring_view i_title, std::wstring_view i_text) noexcept {
+    TRACE_FUNCTION();
+    if (i_title == i_text)
+        return 2;
+    const int result = CompareStringOrdinal(i_title.data(), static_cast<int>(i_title.size()), i_text.data(),
+                                            static_cast<int>(i_text.size()), TRUE);
+    return result == CSTR_EQUAL ? 1 : 0;
+}
+
+/// The likest one that stands for no other name yet; null when there is none.
+Candidate* Find(std::vector<Candidate>& io_candidates, std::wstring_view i_text) {
+    TRACE_FUNCTION();
+    Candidate* likest = nullptr;
+    for (Candidate& candidate : io_candidates)
+        if (!candidate.is_taken &&
+            (likest == nullptr || Likeness(candidate.title, i_text) > Likeness(likest->title, i_text)))
+            likest = &candidate;
+    return likest;
+}
+
 } // namespace
 
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller) {
     TRACE_FUNCTION();
-    std::size_t left = io_names.size();
-    for (auto item = i_items.begin(); item != i_items.end() && left > 0; ++item) {
-        Qorv::Bstr title;
-        if (const HRESULT result = TitleOf(i_file_system, item->first, title); FAILED(result)) {
-            if (IsLogEnabled())
-                TraceText(i_caller, TitleError(i_file_system, item->first, result));
+    if (io_names.empty())
+        return;
+    Candidates candidates = ReadCandidates(i_file_system, i_items, i_caller);
+    for (TypedName& typed : io_names) {
+        const auto equal_ones = candidates.find(ComparisonKey(typed.text));
+        Candidate* const match = equal_ones != candidates.end() ? Find(equal_ones->second, typed.text) : nullptr;
+        if (match == nullptr)
             continue;
-        }
-        const auto match = std::ranges::find_if(io_names, [&](const TypedName& i_typed) {
-            return i_typed.name == nullptr && EqualsNoCase(i_typed.text, title.View());
-        });
-        if (match == io_names.end())
-            continue;
-        match->name = item->first;
-        match->item = item->second;
-        --left;
+        match->is_taken = true;
+        typed.name = match->item->first;
+        typed.item = match->item->second;
+        typed.is_folder = match->is_folder;
     }
 }

@@ -14,11 +14,12 @@ using FolderItems = std::map<Qorv::ComPtr<Qorv::IAFS_Name>, Qorv::ComPtr<Qorv::I
 /// yet.
 struct TypedName {
     std::wstring text;
-    Qorv::ComPtr<Qorv::IAFS_Name> name;
-    Qorv::ComPtr<Qorv::IAFS_EnumFolderItem> item;
+    Qorv::ComPtr<Qorv::IAFS_Name> name{};
+    Qorv::ComPtr<Qorv::IAFS_EnumFolderItem> item{};
+    bool is_folder = false;
 };
 
-/// Finds typed names among the items of a folder, by their titles, case ignored. An item whose title cannot be read is
-/// logged, under the caller's name, and left out.
+/// Finds typed names among the items of a folder, by their titles, case ignored; of several equal ones the likest. An
+/// item whose title cannot be read is logged, under the caller's name, and left out.
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller);

@@ -53,6 +53,12 @@ WorkerTask::WorkerTask(std::function<void()> i_work)
     });
 }
 
+void WorkerTask::Join() noexcept {
+    TRACE_FUNCTION();
+    if (m_future.valid())
+        m_future.wait();
+}
+
 bool WorkerTask::IsOver() const noexcept {
     TRACE_FUNCTION();
     return !m_future.valid() || WaitForSingleObject(m_ended.get(), 0) == WAIT_OBJECT_0;

@@ -20,6 +20,8 @@ public:
     /// stays in the queue. Returns at once when there is no work.
     void Wait() noexcept;
 
+    /// Waits for the end of work that needs nothing of this thread any more: no message is dispatched.
+    void Join() noexcept;
     /// Whether nothing is left to wait for, but the thread's last moments.
     bool IsOver() const noexcept;
 

@@ -16,6 +16,9 @@ protected:
         std::filesystem::create_directories(Tests::Service::LocalPath(L"/Here/Docs"));
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/a.pdf"), "a");
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/b.pdf"), "b");
+        // To the platform these two are equal, to the service they are not.
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Strasse.pdf"), "ss");
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Straße.pdf"), "sz");
         const std::atomic<bool> is_running = true;
         FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
         EXPECT_HRESULT(S_OK, load.Run());
@@ -33,9 +36,9 @@ protected:
     Ui::Decision Typed(const Ui::DialogMode& i_mode, std::initializer_list<const wchar_t*> i_texts) const {
         std::vector<TypedName> names;
         for (const wchar_t* const text : i_texts)
-            names.push_back({text, nullptr, nullptr});
+            names.push_back({.text = text});
         MatchTypedNames(m_file_system, m_items, names, FunctionName("void Caller::Read()"));
-        return Ui::DecideTypedNames(i_mode, names, m_rows);
+        return Ui::DecideTypedNames(i_mode, names);
     }
 
     static constexpr std::size_t up = 0, docs = 1, a_pdf = 2, b_pdf = 3;
@@ -129,7 +132,8 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
         {"a folder among files", open_several, {L"a.pdf", L"Docs"}, Kind::refuse, L"db.msg.notAFile"},
         {"a file among folders", choose_folder, {L"a.pdf"}, Kind::refuse, L"db.msg.folderNotFound"},
         {"a missing folder", choose_folder, {L"Nowhere"}, Kind::refuse, L"db.msg.folderNotFound"},
-        {"a new file", save, {L"new.pdf"}, Kind::choose, L""},
+        {"a new file", save, {L"new.pdf"}, Kind::save_new, L""},
+        {"a new file, unasked", save_silently, {L"new.pdf"}, Kind::save_new, L""},
         {"an existing file", save, {L"A.pdf"}, Kind::ask_to_replace, L""},
         {"an existing file, unasked", save_silently, {L"a.pdf"}, Kind::choose, L""},
         {"files to save", save, {L"x.pdf", L"y.pdf"}, Kind::refuse, L"db.msg.oneFile"},
@@ -143,6 +147,19 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
     }
     EXPECT_EQ(nullptr, Typed(save, {L"new.pdf"}).names.front().name) << "not there yet";
     EXPECT_NE(nullptr, Typed(save, {L"A.pdf"}).names.front().name);
+}
+
+TEST_F(DecisionTest, TakesTheLikestOfEqualTitles) {
+    for (const wchar_t* const typed : {L"Strasse.pdf", L"STRASSE.pdf", L"Straße.pdf"}) {
+        const Ui::Decision decision = Typed(save, {typed});
+        ASSERT_EQ(Kind::ask_to_replace, decision.kind) << ToUtf8(typed);
+        EXPECT_TRUE(EqualsNoCase(TextOf(decision.names.front().name), Location(L"/Here/") + typed)) << ToUtf8(typed);
+        const bool is_sharp = TextOf(decision.names.front().name).find(L'ß') != std::wstring::npos;
+        EXPECT_EQ(std::wstring_view(typed).find(L'ß') != std::wstring_view::npos, is_sharp) << ToUtf8(typed);
+    }
+    const Ui::Decision both = Typed(open_several, {L"straße.pdf", L"strasse.pdf"});
+    ASSERT_EQ(2U, both.names.size());
+    EXPECT_NE(both.names[0].name, both.names[1].name);
 }
 
 TEST_F(DecisionTest, KnowsTheNamesThatTheServiceTakes) {
@@ -166,6 +183,10 @@ TEST_F(DecisionTest, KnowsTheNamesThatTheServiceTakes) {
         {L"blank ", false, false},
         {L" blank", true, true},
         {L"line\nbreak", false, false},
+        {L"no-break\u00a0", false, false},
+        {L"Thumbs.db", false, false},
+        {L"~$letter.docx", false, false},
+        {L"~letter.tmp", false, false},
         {L"世界.pdf", true, GetACP() == CP_UTF8},
     };
     for (const auto& test : cases) {
