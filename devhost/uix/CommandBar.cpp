@@ -39,6 +39,13 @@ CommandBar::CommandBar(std::span<const Qorv::UIX_Command> i_commands) {
     }
 }
 
+/// The buttons are there still when not all could be made.
+CommandBar::~CommandBar() {
+    if (Window() != nullptr)
+        for (const Command& command : m_commands)
+            RemoveWindowSubclass(command.button, &ButtonProcedure, subclass_id);
+}
+
 SIZE CommandBar::Size() const noexcept {
     SIZE size{0, ButtonSide()};
     for (const Command& command : m_commands)
@@ -88,10 +95,10 @@ LRESULT CommandBar::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_l
     return DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
 }
 
-/// The buttons go before the bar's own window, and that before its object.
+/// Nothing here tells the dialog's sink at once, which alone could let go of the bar.
 LRESULT CALLBACK CommandBar::ButtonProcedure(HWND i_button, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
                                              UINT_PTR /*i_subclass_id*/, DWORD_PTR i_bar) {
-    const Qorv::ComPtr<CommandBar> bar(reinterpret_cast<CommandBar*>(i_bar));
+    auto* const bar = reinterpret_cast<CommandBar*>(i_bar);
     switch (i_message) {
     case WM_GETDLGCODE: {
         const auto* const message = reinterpret_cast<const MSG*>(i_lparam);
@@ -104,6 +111,7 @@ LRESULT CALLBACK CommandBar::ButtonProcedure(HWND i_button, UINT i_message, WPAR
         break;
     case WM_SETFOCUS:
         bar->KeepTabStop(i_button);
+        bar->TellFocus(i_button);
         break;
     case WM_MOUSEMOVE:
         bar->OnMouse(i_button);

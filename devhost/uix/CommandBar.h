@@ -14,6 +14,8 @@ public:
     /// Throws a `Failure` with E_INVALIDARG for a command without a picture or with a wrong id.
     explicit CommandBar(std::span<const Qorv::UIX_Command> i_commands);
 
+    ~CommandBar();
+
     /// Pixels that the row takes.
     SIZE Size() const noexcept;
 

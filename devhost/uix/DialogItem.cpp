@@ -79,6 +79,8 @@ void DialogItem::EndListening() const {
 
 LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
     const ComPtr<DialogItem> item(reinterpret_cast<DialogItem*>(GetWindowLongPtrW(i_window, GWLP_USERDATA)));
+    if (i_message == WM_SETFOCUS)
+        item->TellFocus(i_window);
     if (i_message != WM_NCDESTROY)
         return item->OnControlMessage(i_message, i_wparam, i_lparam);
     item->EndListening();
@@ -101,6 +103,11 @@ void DialogItem::Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail) {
 void DialogItem::ForgetEvents() {
     if (m_events != nullptr)
         m_events->Forget(*this);
+}
+
+void DialogItem::TellFocus(HWND i_control) const {
+    if (m_events != nullptr)
+        m_events->OnFocus(i_control);
 }
 
 HRESULT STDMETHODCALLTYPE DialogItem::get_Text(BSTR* o_text) noexcept {

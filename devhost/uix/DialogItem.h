@@ -18,6 +18,8 @@ public:
     virtual void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) = 0;
     /// Forgets the item's events that the sink has not heard of yet.
     virtual void Forget(const DialogItem& i_item) = 0;
+    /// The keyboard has come to a control, which is the item's or in it.
+    virtual void OnFocus(HWND i_control) = 0;
 
 protected:
     ~ItemEvents() = default;
@@ -91,6 +93,7 @@ protected:
     /// Reports an event; nothing while `ChangeControl` runs.
     void Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail = 0);
     void ForgetEvents();
+    void TellFocus(HWND i_control) const;
 
     /// Runs the body of a method that needs the control.
     template <typename Body>

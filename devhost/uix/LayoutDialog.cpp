@@ -109,8 +109,9 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::DoModal(ULONG i_mode, LONG* io_result) n
     if (i_mode != Qorv::UIX_ObjModal_AppModal)
         return E_INVALIDARG;
     const ComPtr<LayoutDialog> self(this); // An event may let go of the last reference.
-    m_events.clear();
-    return Answer([&] { return RunModal(*m_monitors, *io_result); });
+    const HRESULT result = Answer([&] { return RunModal(*m_monitors, *io_result); });
+    m_events.clear(); // What has happened since the end is nobody's any more.
+    return result;
 }
 
 HRESULT STDMETHODCALLTYPE LayoutDialog::EndModal(LONG i_result, IUnknown* i_result_object) noexcept {
@@ -217,6 +218,13 @@ void LayoutDialog::Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LON
 
 void LayoutDialog::Forget(const DialogItem& i_item) {
     std::erase_if(m_events, [&](const ItemEvent& i_event) { return i_event.item == &i_item; });
+}
+
+/// What the mouse has clicked can be seen, and must not move away from under it. Items of a hidden window cannot be
+/// scrolled.
+void LayoutDialog::OnFocus(HWND i_control) {
+    if (GetKeyState(VK_LBUTTON) >= 0 && IsWindowVisible(Window()))
+        m_scroller.Reveal(i_control);
 }
 
 void LayoutDialog::TellFirstEvent() {

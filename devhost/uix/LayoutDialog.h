@@ -62,6 +62,7 @@ private:
 
     void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) override;
     void Forget(const DialogItem& i_item) override;
+    void OnFocus(HWND i_control) override;
     void TellFirstEvent();
 
     HRESULT OnInit() override;

@@ -9,6 +9,7 @@ constexpr DWORD multi_select_style = 0x400; // Of a layout.
 
 // Layout units.
 constexpr int empty_text_margin = 24;
+constexpr int cell_padding = 16; // What the control leaves free beside a cell's text.
 
 constexpr UINT_PTR edit_subclass_id = 1;
 
@@ -134,6 +135,13 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
         if (const LONG row = FocusedRow(); row != -1)
             Post(Qorv::UIX_ItemEvent_Activated, row);
         return 0;
+    case WM_NOTIFY:
+        if (const auto& notification = *reinterpret_cast<const NMHEADERW*>(i_lparam);
+            notification.hdr.code == HDN_DIVIDERDBLCLICKW) {
+            FitColumn(notification.iItem);
+            return 0;
+        }
+        break;
     case WM_CONTEXTMENU:
         AskForMenu(reinterpret_cast<HWND>(i_wparam), i_lparam);
         return 0;
@@ -147,6 +155,24 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
         break;
     }
     return DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
+}
+
+/// To the rows that are shown: the control would ask for the texts of all.
+void List::FitColumn(int i_column) {
+    const auto first_row = static_cast<int>(Send(LVM_GETTOPINDEX));
+    const int end_row = std::min(first_row + static_cast<int>(Send(LVM_GETCOUNTPERPAGE)) + 1, int{RowCount()});
+    LRESULT text_width = 0;
+    for (int row = first_row; row < end_row; ++row) {
+        LVITEMW cell{};
+        cell.mask = LVIF_TEXT;
+        cell.iItem = row;
+        cell.iSubItem = i_column;
+        FillCell(cell);
+        text_width = std::max(text_width, SendPointer(LVM_GETSTRINGWIDTHW, 0, cell.pszText));
+    }
+    const int image_width = i_column == 0 ? m_images->Width() : 0;
+    const LRESULT width = text_width + image_width + Scale::OfScreen().Pixels(cell_padding);
+    Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(i_column), width);
 }
 
 void List::AskForMenu(HWND i_for, LPARAM i_place) {

@@ -37,6 +37,7 @@ private:
     void OnEdited(LVITEMW i_row);
     static LRESULT CALLBACK EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
                                           UINT_PTR i_subclass_id, DWORD_PTR i_list);
+    void FitColumn(int i_column);
     void AskForMenu(HWND i_for, LPARAM i_place);
     POINT PlaceForMenu() const;
     void PaintEmptyText() const;

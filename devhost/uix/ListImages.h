@@ -20,6 +20,9 @@ public:
     /// `I_IMAGENONE` for null, and for an image that has no picture. Throws a `Failure`.
     int IndexOf(Qorv::IUIX_Image* i_image);
 
+    /// Pixels that each takes in a row, with the gap behind it.
+    int Width() const noexcept { return static_cast<int>(m_cell.cx); }
+
     HIMAGELIST Handle() const noexcept { return m_list.get(); }
 
 private:

@@ -30,10 +30,16 @@ void Scroller::Reveal(HWND i_child) noexcept {
     RECT rect;
     GetWindowRect(i_child, &rect);
     MapWindowPoints(nullptr, m_window, reinterpret_cast<POINT*>(&rect), 2);
-    if (rect.bottom > m_vertical.page)
-        ScrollTo(m_vertical, m_vertical.offset + static_cast<int>(rect.bottom) - m_vertical.page + Line());
-    else if (rect.top < 0)
-        ScrollTo(m_vertical, m_vertical.offset + static_cast<int>(rect.top) - Line());
+    Reveal(m_vertical, static_cast<int>(rect.top), static_cast<int>(rect.bottom));
+    Reveal(m_horizontal, static_cast<int>(rect.left), static_cast<int>(rect.right));
+}
+
+/// Of what is longer than the page its begin is shown.
+void Scroller::Reveal(Axis& io_axis, int i_begin, int i_end) noexcept {
+    if (i_begin < 0 || i_end - i_begin > io_axis.page)
+        ScrollTo(io_axis, io_axis.offset + i_begin - Line());
+    else if (i_end > io_axis.page)
+        ScrollTo(io_axis, io_axis.offset + i_end - io_axis.page + Line());
 }
 
 bool Scroller::Handle(UINT i_message, WPARAM i_wparam) noexcept {

@@ -34,6 +34,7 @@ private:
     };
 
     void Update() noexcept;
+    void Reveal(Axis& io_axis, int i_begin, int i_end) noexcept;
     void ScrollTo(Axis& io_axis, int i_offset) noexcept;
     void ScrollByRequest(Axis& io_axis, WORD i_request) noexcept;
 

@@ -116,7 +116,7 @@ struct IUIX_List : IUnknown {
 struct UIX_Command {
     LONG id = 0;                            ///< From 1 on; 0 is a separator, which has nothing else.
     PCStr text = nullptr;                   ///< In a menu; in a command bar the tool tip.
-    IUIX_Image* image = nullptr;            ///< Null for none, in menus.
+    IUIX_Image* image = nullptr;            ///< In a command bar; a menu has texts only.
     VARIANT_BOOL is_enabled = VARIANT_TRUE; ///< At first.
 };
 
