@@ -13,6 +13,9 @@ class DialogTest : public LiveObjectsTest {
 protected:
     static constexpr LONG closed = 2; ///< The result of a dialog that is closed.
 
+    DialogTest() { OleInitialize(nullptr); } // Pictures are decoded by an object of the system's.
+    ~DialogTest() { OleUninitialize(); }
+
     void TearDown() override {
         EXPECT_EQ(CountDialogWindows(), 0);
         m_ui.Reset();

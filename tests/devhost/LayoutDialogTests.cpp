@@ -175,11 +175,18 @@ TEST_F(LayoutDialogTest, FollowsItsSizeAndScrollsOnASmallScreen) {
         EXPECT_EQ(m_sink->dialog->get_ClientRect(&client), S_OK);
         EXPECT_LT(client.bottom, 8000);
         EXPECT_GE(client.right, 300) << "the scroll bar took the items' room";
+        const auto is_seen = [&] {
+            RECT place{};
+            GetWindowRect(DevHost::FindControl(i_window, L"btn.ok"), &place);
+            MapWindowPoints(nullptr, i_window, reinterpret_cast<POINT*>(&place), 2);
+            return place.top > 0 && place.bottom <= client.bottom;
+        };
         SendMessageW(i_window, WM_VSCROLL, SB_BOTTOM, 0);
-        RECT place{};
-        GetWindowRect(DevHost::FindControl(i_window, L"btn.ok"), &place);
-        MapWindowPoints(nullptr, i_window, reinterpret_cast<POINT*>(&place), 2);
-        EXPECT_TRUE(place.top > 0 && place.bottom <= client.bottom) << place.top << " in " << client.bottom;
+        EXPECT_TRUE(is_seen());
+        SendMessageW(i_window, WM_VSCROLL, SB_TOP, 0);
+        EXPECT_FALSE(is_seen());
+        PressAndPump(VK_TAB);
+        EXPECT_TRUE(is_seen()) << "where the keyboard is can be seen";
         return DevHost::CloseByBox(i_window, {});
     });
     EXPECT_EQ(Run(), closed);

@@ -111,6 +111,7 @@ protected:
 TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
     constexpr LONG many = 100'000;
     constexpr LONG some = 1'000; // A few times the cells that there is room for.
+    EXPECT_EQ(m_ui->GetImage(L"ico.folder", &m_rows->image), S_OK);
     Fill(many);
     Use([&] {
         Pump();
@@ -128,6 +129,17 @@ TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
         Fill(many);
         Pump();
         EXPECT_LT(m_rows->asked_cells, 3 * some);
+        // A column is fitted to what is shown of it.
+        const auto header = reinterpret_cast<HWND>(SendMessageW(Control(L"lst"), LVM_GETHEADER, 0, 0));
+        NMHEADERW double_click{};
+        double_click.hdr = {header, 0, static_cast<UINT>(HDN_DIVIDERDBLCLICKW)};
+        SendMessageW(Control(L"lst"), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&double_click));
+        Pump();
+        EXPECT_LT(SendMessageW(Control(L"lst"), LVM_GETCOLUMNWIDTH, 0, 0), 100);
+        EXPECT_LT(m_rows->asked_cells, 4 * some);
+        // One picture for all its rows.
+        const LRESULT images = SendMessageW(Control(L"lst"), LVM_GETIMAGELIST, LVSIL_SMALL, 0);
+        EXPECT_EQ(ImageList_GetImageCount(reinterpret_cast<HIMAGELIST>(images)), 1);
         EXPECT_EQ(TakeEvents(), L"") << "what the plug-in does is no event";
     });
 }
@@ -197,6 +209,9 @@ TEST_F(ListTest, ActivatesByEnterAndDoubleClick) {
     Use([&] {
         PressKey(L"Enter");
         EXPECT_EQ(TakeEvents(), L"click btn.ok;") << "without a row Enter is the default button's";
+        PressKey(L"Down");
+        EXPECT_EQ(TakeEvents(), L"selection lst;") << "the keyboard finds in";
+        EXPECT_EQ(Selected(), L"0;");
         m_list->put_FocusedRow(4);
         PressKey(L"Enter");
         EXPECT_EQ(TakeEvents(), L"activated lst 4;");
