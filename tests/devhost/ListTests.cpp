@@ -279,6 +279,12 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(TakeEvents(), L"edited lst 4;");
         EXPECT_EQ(EditedText(), L"4") << "the text pleased as it was";
 
+        // What pleases as it is counts too.
+        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        PressKey(L"Enter");
+        EXPECT_EQ(TakeEvents(), L"edited lst 4;");
+        EXPECT_EQ(EditedText(), L"4");
+
         // The keyboard goes elsewhere: what was typed counts.
         EXPECT_EQ(m_list->EditRow(5), S_OK);
         DevHost::TypeText(m_sink->Window(), L"y");
