@@ -1,5 +1,7 @@
 #include "uix/List.h"
 
+#include "qorv/Values.h"
+
 #include <algorithm>
 
 namespace DevHost {
@@ -10,8 +12,6 @@ constexpr DWORD multi_select_style = 0x400; // Of a layout.
 // Layout units.
 constexpr int empty_text_margin = 24;
 constexpr int cell_padding = 16; // What the control leaves free beside a cell's text.
-
-constexpr UINT_PTR edit_subclass_id = 1;
 
 /// Beyond all that the control has.
 UINT PaintMessage() {
@@ -32,6 +32,7 @@ void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     if ((i_description.style & multi_select_style) == 0)
         style |= LVS_SINGLESEL;
     CreateControl(i_description, i_place, {WC_LISTVIEWW, style, WS_EX_CLIENTEDGE});
+    m_row_editor.emplace(Window());
     constexpr LPARAM extended_style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended_style, extended_style);
     SendPointer(LVM_SETIMAGELIST, LVSIL_SMALL, m_images->Handle());
@@ -71,7 +72,7 @@ LRESULT List::OnNotify(NMHDR& io_notification) {
         Post(Qorv::UIX_ItemEvent_ColumnClicked, reinterpret_cast<const NMLISTVIEW&>(io_notification).iSubItem);
         return 0;
     case LVN_BEGINLABELEDITW:
-        return std::exchange(m_is_edit_wanted, false) ? FALSE : TRUE; // True refuses.
+        return m_row_editor->IsWanted() ? FALSE : TRUE; // True refuses.
     case LVN_ENDLABELEDITW:
         OnEdited(reinterpret_cast<const NMLVDISPINFOW&>(io_notification).item);
         return FALSE; // The row is the source's to change.
@@ -80,12 +81,16 @@ LRESULT List::OnNotify(NMHDR& io_notification) {
     }
 }
 
+std::wstring List::CellText(int i_row, int i_column) const {
+    Qorv::Bstr text;
+    const bool is_given = m_source != nullptr && SUCCEEDED(m_source->GetCellText(i_row, i_column, &text));
+    return std::wstring(is_given ? text.View() : std::wstring_view());
+}
+
 void List::FillCell(LVITEMW& io_cell) {
     if ((io_cell.mask & LVIF_TEXT) != 0) {
-        if (m_source == nullptr || FAILED(m_source->GetCellText(io_cell.iItem, io_cell.iSubItem, &m_cell_text)))
-            m_cell_text = {};
-        static wchar_t no_text[] = L"";
-        io_cell.pszText = m_cell_text != nullptr ? m_cell_text.m_str : no_text;
+        m_cell_text = CellText(io_cell.iItem, io_cell.iSubItem);
+        io_cell.pszText = m_cell_text.data();
     }
     if ((io_cell.mask & LVIF_IMAGE) != 0) {
         Qorv::ComPtr<Qorv::IUIX_Image> image;
@@ -104,15 +109,8 @@ int List::FindRow(const NMLVFINDITEMW& i_request) {
     return SUCCEEDED(m_source->FindRow(i_request.lvfi.psz, first_row, &row)) ? static_cast<int>(row) : -1;
 }
 
-/// A text that was not changed may come as none, like one that was given up.
-void List::OnEdited(LVITEMW i_row) {
-    m_edited_text.reset();
-    if (!m_is_edit_given_up) {
-        i_row.mask = LVIF_TEXT;
-        if (i_row.pszText == nullptr)
-            FillCell(i_row);
-        m_edited_text = i_row.pszText;
-    }
+void List::OnEdited(const LVITEMW& i_row) {
+    m_row_editor->OnEnd(i_row.pszText, CellText(i_row.iItem, 0));
     Post(Qorv::UIX_ItemEvent_RowEdited, i_row.iItem);
 }
 
@@ -158,17 +156,13 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
 }
 
 /// To the rows that are shown: the control would ask for the texts of all.
-void List::FitColumn(int i_column) {
+void List::FitColumn(int i_column) const {
     const auto first_row = static_cast<int>(Send(LVM_GETTOPINDEX));
     const int end_row = std::min(first_row + static_cast<int>(Send(LVM_GETCOUNTPERPAGE)) + 1, int{RowCount()});
     LRESULT text_width = 0;
     for (int row = first_row; row < end_row; ++row) {
-        LVITEMW cell{};
-        cell.mask = LVIF_TEXT;
-        cell.iItem = row;
-        cell.iSubItem = i_column;
-        FillCell(cell);
-        text_width = std::max(text_width, SendPointer(LVM_GETSTRINGWIDTHW, 0, cell.pszText));
+        const std::wstring text = CellText(row, i_column);
+        text_width = std::max(text_width, SendPointer(LVM_GETSTRINGWIDTHW, 0, text.c_str()));
     }
     const int image_width = i_column == 0 ? m_images->Width() : 0;
     const LRESULT width = text_width + image_width + Scale::OfScreen().Pixels(cell_padding);
@@ -301,7 +295,7 @@ HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
     if (i_count < 0)
         return E_INVALIDARG;
     return ChangeControl([&] {
-        CancelEdit();
+        m_row_editor->GiveUp();
         ForgetEvents();
         HoldPainting();
         if (const LONG focused = FocusedRow(); focused != -1)
@@ -392,7 +386,7 @@ HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
     return WithControl([&] {
         if (!HasRow(i_row))
             return E_INVALIDARG;
-        CancelEdit();
+        m_row_editor->GiveUp(); // Of another row: that is an event.
         return BeginEdit(i_row);
     });
 }
@@ -402,38 +396,18 @@ HRESULT List::BeginEdit(LONG i_row) {
         ReleasePainting();
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
         SetFocus(); // The control edits only while it has it.
-        m_is_edit_wanted = true;
-        m_is_edit_given_up = false;
-        const auto edit = reinterpret_cast<HWND>(Send(LVM_EDITLABELW, static_cast<WPARAM>(i_row)));
-        m_is_edit_wanted = false;
-        return edit != nullptr &&
-                       SetWindowSubclass(edit, &EditProcedure, edit_subclass_id, reinterpret_cast<DWORD_PTR>(this))
-                   ? S_OK
-                   : E_FAIL;
+        return m_row_editor->Begin(static_cast<int>(i_row)) ? S_OK : E_FAIL;
     });
-}
-
-/// The edit goes before the list's own window, and that before its object.
-LRESULT CALLBACK List::EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
-                                     UINT_PTR i_subclass_id, DWORD_PTR i_list) {
-    if (i_message == WM_KEYDOWN && i_wparam == VK_ESCAPE)
-        reinterpret_cast<List*>(i_list)->m_is_edit_given_up = true;
-    if (i_message == WM_NCDESTROY)
-        RemoveWindowSubclass(i_edit, &EditProcedure, i_subclass_id);
-    return DefSubclassProc(i_edit, i_message, i_wparam, i_lparam);
-}
-
-void List::CancelEdit() {
-    m_is_edit_given_up = true;
-    if (Send(LVM_GETEDITCONTROL) != 0)
-        Send(LVM_CANCELEDITLABEL);
 }
 
 HRESULT STDMETHODCALLTYPE List::get_EditedText(BSTR* o_text) noexcept {
     if (o_text == nullptr)
         return E_POINTER;
     *o_text = nullptr;
-    return WithControl([&] { return m_edited_text ? AnswerText(*m_edited_text, o_text) : S_FALSE; });
+    return WithControl([&] {
+        const std::optional<std::wstring>& text = m_row_editor->Text();
+        return text ? AnswerText(*text, o_text) : S_FALSE;
+    });
 }
 
 } // namespace DevHost

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "qorv/Values.h"
 #include "uix/DialogItem.h"
 #include "uix/ListImages.h"
+#include "uix/RowEditor.h"
 
 #include <optional>
 
@@ -32,12 +32,11 @@ private:
     LRESULT OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) override;
     void OnGone() override;
 
+    std::wstring CellText(int i_row, int i_column) const;
     void FillCell(LVITEMW& io_cell);
     int FindRow(const NMLVFINDITEMW& i_request);
-    void OnEdited(LVITEMW i_row);
-    static LRESULT CALLBACK EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
-                                          UINT_PTR i_subclass_id, DWORD_PTR i_list);
-    void FitColumn(int i_column);
+    void OnEdited(const LVITEMW& i_row);
+    void FitColumn(int i_column) const;
     void AskForMenu(HWND i_for, LPARAM i_place);
     POINT PlaceForMenu() const;
     void PaintEmptyText() const;
@@ -53,16 +52,13 @@ private:
     void MarkColumn(int i_column, int i_mark) const;
     void SetRowState(LONG i_row, UINT i_state, UINT i_mask) const;
     HRESULT BeginEdit(LONG i_row);
-    void CancelEdit();
 
     std::optional<ListImages> m_images;
+    std::optional<RowEditor> m_row_editor;
     Qorv::ComPtr<Qorv::IUIX_ListSource> m_source;
-    Qorv::Bstr m_cell_text; ///< What the control was answered last; it reads it after the answer.
+    std::wstring m_cell_text; ///< What the control was answered last; it reads it after the answer.
     std::wstring m_empty_text;
-    bool m_is_edit_wanted = false;
-    bool m_is_edit_given_up = false;
     bool m_is_painting_held = false;
-    std::optional<std::wstring> m_edited_text; ///< Nothing when the user gave up.
 };
 
 } // namespace DevHost

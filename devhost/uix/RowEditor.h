@@ -1,0 +1,38 @@
+#pragma once
+
+#include "qorv/Base.h"
+
+#include <optional>
+#include <string>
+
+namespace DevHost {
+
+/// Lets the user type another text for a row of a list view, in place. It lives as long as the control.
+class RowEditor {
+public:
+    explicit RowEditor(HWND i_list) noexcept : m_list(i_list) {}
+
+    /// Ends the editing of another row. The list must have the focus.
+    bool Begin(int i_row);
+    void GiveUp();
+
+    /// Whether the control may begin what it asks for (LVN_BEGINLABELEDIT): a second click on a row asks too.
+    bool IsWanted() const noexcept { return m_is_wanted; }
+
+    /// The control is done (LVN_ENDLABELEDIT). Its text is null when the user gave up, or left it as it was.
+    void OnEnd(const wchar_t* i_typed_text, const std::wstring& i_old_text);
+
+    /// The last editing's. Nothing when the user gave up.
+    const std::optional<std::wstring>& Text() const noexcept { return m_text; }
+
+private:
+    static LRESULT CALLBACK EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
+                                          UINT_PTR i_subclass_id, DWORD_PTR i_editor);
+
+    HWND m_list;
+    bool m_is_wanted = false;
+    bool m_is_given_up = false;
+    std::optional<std::wstring> m_text;
+};
+
+} // namespace DevHost
