@@ -1,5 +1,5 @@
 #include "auth/AcceleratorMonitor.h"
-#include "auth/LiveObjectsTest.h"
+#include "support/LiveObjectsTest.h"
 #include "support/Outcome.h"
 
 #include <oleidl.h>

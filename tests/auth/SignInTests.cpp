@@ -1,12 +1,9 @@
 #include "WineNetwork.h"
-#include "auth/LiveObjectsTest.h"
-#include "auth/OnceInUse.h"
 #include "auth/SignIn.h"
-#include "core/Resource.h"
-#include "services/MainInstance.h"
+#include "support/HostTest.h"
 #include "support/Log.h"
+#include "support/OnceInUse.h"
 #include "support/Outcome.h"
-#include "support/TemporaryFolder.h"
 #include "uix/WindowSteps.h"
 
 #include <array>
@@ -34,30 +31,17 @@ int WindowsOfThread() {
 }
 
 /// The real dialog with the system's browser, whose pages these tests do not need.
-class SignInTest : public Tests::LiveObjectsTest {
+class SignInTest : public Tests::HostTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
-        m_host = Qorv::Create<DevHost::MainInstance>(m_profile.Path());
-        const Resource strings(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML");
-        ASSERT_EQ(S_OK, m_host->MergeLocalization(strings.OpenStream()));
-    }
     void TearDown() override {
-        m_host->Close();
-        m_host.Reset();
-        OleUninitialize();
         EXPECT_EQ(0, WindowsOfThread());
-        LiveObjectsTest::TearDown();
+        HostTest::TearDown();
     }
 
     HRESULT Run() { return AuthenticateDropboxOAuth2(m_host, L"app-key", header, account_id); }
 
     std::wstring header = L"of an earlier sign-in";
     std::wstring account_id = header;
-
-private:
-    const Tests::TemporaryFolder m_profile;
-    Qorv::ComPtr<DevHost::MainInstance> m_host;
 };
 
 TEST_F(SignInTest, EndsWithoutFailureAndWithEmptyOutputsWhenTheUserClosesTheDialog) {

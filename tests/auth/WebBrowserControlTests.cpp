@@ -1,5 +1,5 @@
-#include "auth/LiveObjectsTest.h"
 #include "auth/WebBrowserControl.h"
+#include "support/LiveObjectsTest.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 

@@ -1,7 +1,7 @@
-#include "auth/LiveObjectsTest.h"
 #include "auth/WebBrowserEvents2.h"
 #include "core/Exceptions.h"
 #include "qorv/Values.h"
+#include "support/LiveObjectsTest.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 

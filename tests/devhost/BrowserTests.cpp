@@ -1,9 +1,9 @@
 // The development host's browser over real connections, and scripts that use windows.
 
 #include "BrowserHost.h"
-#include "auth/LiveObjectsTest.h"
 #include "browser/BrowserRegistration.h"
 #include "services/Failure.h"
+#include "support/LiveObjectsTest.h"
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"
 #include "uix/WindowScript.h"

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "DialogSink.h"
-#include "auth/LiveObjectsTest.h"
-#include "auth/OnceInUse.h"
 #include "services/UiService.h"
+#include "support/LiveObjectsTest.h"
+#include "support/OnceInUse.h"
 #include "uix/ControlName.h"
 
 namespace Tests {

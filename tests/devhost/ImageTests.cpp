@@ -1,8 +1,8 @@
 // Images: the host's own, and the size in which one is drawn.
 
-#include "auth/LiveObjectsTest.h"
 #include "services/Failure.h"
 #include "services/HostImages.h"
+#include "support/LiveObjectsTest.h"
 
 namespace Tests {
 namespace {

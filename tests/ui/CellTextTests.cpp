@@ -1,35 +1,12 @@
 #include "ui/CellText.h"
 
-#include "auth/LiveObjectsTest.h"
-#include "core/Resource.h"
-#include "core/ResourceIds.h"
 #include "core/Text.h"
 #include "dropbox/DateTime.h"
-#include "services/MainInstance.h"
-#include "support/TemporaryFolder.h"
+#include "support/HostTest.h"
 
 namespace {
 
-class CellTextTest : public Tests::LiveObjectsTest {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
-        m_host = Qorv::Create<DevHost::MainInstance>(m_profile.Path());
-        const Resource strings(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML");
-        ASSERT_EQ(S_OK, m_host->MergeLocalization(strings.OpenStream()));
-    }
-    void TearDown() override {
-        m_host->Close();
-        m_host.Reset();
-        OleUninitialize();
-        LiveObjectsTest::TearDown();
-    }
-
-    Qorv::ComPtr<DevHost::MainInstance> m_host;
-
-private:
-    const Tests::TemporaryFolder m_profile;
-};
+using CellTextTest = Tests::HostTest;
 
 FileRow Row(const wchar_t* i_title, const wchar_t* i_extension, bool i_is_folder = false) {
     FileRow row;

@@ -1,9 +1,9 @@
 #include "ui/FileRows.h"
 
-#include "auth/LiveObjectsTest.h"
 #include "core/Text.h"
 #include "devhost/UnusedInterfaces.h"
 #include "qorv/Values.h"
+#include "support/LiveObjectsTest.h"
 #include "support/Log.h"
 
 #include <algorithm>

@@ -1,11 +1,8 @@
 #include "core/MessageBox.h"
 
-#include "auth/LiveObjectsTest.h"
-#include "auth/OnceInUse.h"
-#include "core/Resource.h"
-#include "services/MainInstance.h"
+#include "support/HostTest.h"
+#include "support/OnceInUse.h"
 #include "support/Outcome.h"
-#include "support/TemporaryFolder.h"
 
 #include <shlwapi.h>
 
@@ -13,21 +10,8 @@
 
 namespace {
 
-class MessageBoxTest : public Tests::LiveObjectsTest {
+class MessageBoxTest : public Tests::HostTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
-        m_host = Qorv::Create<DevHost::MainInstance>(m_profile.Path());
-        const Resource strings(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML");
-        ASSERT_EQ(S_OK, m_host->MergeLocalization(strings.OpenStream()));
-    }
-    void TearDown() override {
-        m_host->Close();
-        m_host.Reset();
-        OleUninitialize();
-        LiveObjectsTest::TearDown();
-    }
-
     void Merge(const std::string& i_strings) {
         const std::string table = "<localization language=\"en\" namespace=\"t\">" + i_strings + "</localization>";
         Qorv::ComPtr<IStream> stream;
@@ -39,11 +23,6 @@ protected:
         return Ui::ShowMessageBox(m_host, Ui::FormatString(m_host, L"db.msg.wrongUser"), Qorv::UIX_MsgBox_IconWarning,
                                   {L"db.btn.chooseUser", L"db.btn.cancel"}, o_answer);
     }
-
-    Qorv::ComPtr<DevHost::MainInstance> m_host;
-
-private:
-    const Tests::TemporaryFolder m_profile;
 };
 
 TEST_F(MessageBoxTest, PutsArgumentsIntoALocalizedText) {
