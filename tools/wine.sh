@@ -36,6 +36,7 @@ HiddenDisplay() { printf ':%s\n' "$(cat "$display_file" 2>/dev/null || echo none
 # the wine server is started: its desktop keeps the size of the display that it saw first.
 StartDisplay() {
     [[ -n ${DISPLAY:-} ]] && DisplayAnswers "$DISPLAY" && return
+    # shellcheck disable=SC2034  # for those who open windows
     display_is_hidden=yes
     Locked wine StartHiddenDisplay
     DISPLAY=$(HiddenDisplay)
