@@ -95,7 +95,7 @@ void Dialog::SaveNew(const TypedName& i_name) {
         (*information)->get_Attributes(&attributes);
         if ((attributes & AFS_Attribute_Folder) != 0)
             m_questions->TellWhyNot(L"db.msg.notAFile", typed.text);
-        else if (!m_mode.asks_before_replacing || m_questions->AskToReplace(typed.text))
+        else if (!m_mode.asks_before_replacing || m_questions->AskToReplace(TitleOf(typed.name)))
             return Choose({typed});
         Reload(); // The list did not know of it.
     });
