@@ -95,6 +95,19 @@ protected:
         });
     }
 
+    static int CountUsableDialogs() {
+        int count = 0;
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND i_window, LPARAM i_count) -> BOOL {
+                const bool is_dialog = (GetWindowLongW(i_window, GWL_STYLE) & WS_CAPTION) == WS_CAPTION;
+                *reinterpret_cast<int*>(i_count) += is_dialog && IsWindowVisible(i_window) && IsWindowEnabled(i_window);
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&count));
+        return count;
+    }
+
     static constexpr char failing_listing[] = R"({"path": "2/files/list_folder", "status": 500, "times": 2})";
 };
 
@@ -166,10 +179,18 @@ TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
                   press Cancel
                   text Dropbox has a problem at the moment
                   key F5
+                  text Dropbox could not be loaded
                   press Cancel
                   key F5
                   open start.pdf)"),
               L"/start.pdf");
+}
+
+TEST_F(DialogFailureTest, IsOutOfUseWhileItAsksAlsoBehindAnotherProgram) {
+    Service::AddFault(R"({"path": "2/files/list_folder", "status": 500, "delay_ms": 300})");
+    Then([] { SetForegroundWindow(GetDesktopWindow()); }, "text Dropbox could not be loaded");
+    Then([] { EXPECT_EQ(1, CountUsableDialogs()); }, "press Try again \n open start.pdf");
+    EXPECT_EQ(Open({}, "text Loading..."), L"/start.pdf");
 }
 
 TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {

@@ -31,29 +31,22 @@ int CountVisibleWindows() {
     return count;
 }
 
+} // namespace
+
 /// Goes from one script to the next, with something happening between them.
-class ScriptChain {
+class ShippedDialogTest::ScriptChain {
 public:
-    ScriptChain(const std::filesystem::path& i_folder, const std::string& i_steps) : m_folder(i_folder) {
+    ScriptChain(const std::filesystem::path& i_folder, const std::string& i_steps, std::deque<Sequel> i_sequels)
+        : m_folder(i_folder), m_sequels(std::move(i_sequels)) {
         Begin(i_steps);
+        running = this;
+        m_timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { running->GoOn(); });
     }
     ~ScriptChain() {
-        if (m_timer != 0)
-            KillTimer(nullptr, m_timer);
-        next = nullptr;
+        KillTimer(nullptr, m_timer);
         EXPECT_FALSE(m_script->HasFailed());
         EXPECT_TRUE(m_script->IsDone());
-        EXPECT_FALSE(m_happens) << "the steps before it were never done";
-    }
-
-    void Continue(std::function<void()> i_happens, const std::string& i_steps) {
-        m_happens = std::move(i_happens);
-        m_next_steps = i_steps;
-        next = this;
-        m_timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
-            if (next != nullptr)
-                next->TryNext();
-        });
+        EXPECT_TRUE(m_sequels.empty()) << "the steps before it were never done";
     }
 
 private:
@@ -62,24 +55,22 @@ private:
         m_script.emplace(m_folder / "steps", step_time_in_ms);
     }
 
-    void TryNext() {
-        if (!m_script->IsDone() || m_script->HasFailed())
+    void GoOn() {
+        if (m_sequels.empty() || !m_script->IsDone() || m_script->HasFailed())
             return;
-        next = nullptr;
-        std::exchange(m_happens, nullptr)();
-        Begin(m_next_steps);
+        const Sequel sequel = std::move(m_sequels.front());
+        m_sequels.pop_front();
+        sequel.happens();
+        Begin(sequel.steps);
     }
 
-    static inline ScriptChain* next = nullptr; ///< The one whose timer runs.
+    static inline ScriptChain* running = nullptr;
 
     std::filesystem::path m_folder;
     std::optional<DevHost::WindowScript> m_script;
-    std::function<void()> m_happens;
-    std::string m_next_steps;
+    std::deque<Sequel> m_sequels;
     UINT_PTR m_timer = 0;
 };
-
-} // namespace
 
 ShippedDialogTest::ShippedDialogTest() {
     for (const wchar_t* file :
@@ -92,7 +83,8 @@ ShippedDialogTest::ShippedDialogTest() {
     options.module = ModulePath();
     m_shell.emplace(options, Qorv::Create<DevHost::CancelFlag>());
     const std::string token = Service::IssueToken();
-    EXPECT_EQ(0, m_shell->Execute({L"login", L"--token", std::wstring(token.begin(), token.end())}));
+    if (m_shell->Execute({L"login", L"--token", std::wstring(token.begin(), token.end())}) != 0)
+        throw std::runtime_error("the account cannot be saved");
     m_id = m_shell->Accounts().List().front().id;
 }
 
@@ -109,7 +101,7 @@ std::wstring ShippedDialogTest::Open(const DevHost::Arguments& i_arguments, cons
 }
 
 std::wstring ShippedDialogTest::OpenFromWorker(const std::string& i_steps) {
-    const ScriptChain scripts(m_profile.Path(), i_steps);
+    const ScriptChain scripts(m_profile.Path(), i_steps, {});
     m_shell->Locations().Find(L"/"); // The shell itself belongs to this thread.
     const std::unique_ptr<void, decltype(&CloseHandle)> done(CreateEventW(nullptr, TRUE, FALSE, nullptr), &CloseHandle);
     auto answer = std::async(std::launch::async, [&] {
@@ -126,14 +118,12 @@ std::wstring ShippedDialogTest::Save(const DevHost::Arguments& i_arguments, cons
 }
 
 void ShippedDialogTest::Then(std::function<void()> i_happens, const std::string& i_steps) {
-    m_sequel = Sequel{std::move(i_happens), i_steps};
+    m_sequels.push_back({std::move(i_happens), i_steps});
 }
 
 std::wstring ShippedDialogTest::Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments,
                                     const std::string& i_steps) {
-    ScriptChain scripts(m_profile.Path(), i_steps);
-    if (const auto sequel = std::exchange(m_sequel, std::nullopt))
-        scripts.Continue(sequel->happens, sequel->steps);
+    const ScriptChain scripts(m_profile.Path(), i_steps, std::exchange(m_sequels, {}));
     return Ask(i_type, i_arguments);
 }
 

@@ -5,6 +5,7 @@
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"
 
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,6 +48,7 @@ private:
         std::function<void()> happens;
         std::string steps;
     };
+    class ScriptChain;
 
     std::wstring Run(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments, const std::string& i_steps);
     std::wstring Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments);
@@ -55,7 +57,7 @@ private:
     std::optional<DevHost::BrowserRegistration> m_browser;
     std::optional<DevHost::Shell> m_shell;
     std::wstring m_id;
-    std::optional<Sequel> m_sequel;
+    std::deque<Sequel> m_sequels;
     LONG m_filter_index = -1;
 };
 
