@@ -44,6 +44,8 @@ BYTE ModifierCode(const std::wstring& i_name) {
 }
 
 HWND TargetIn(HWND i_window) {
+    if (GetFocus() == nullptr)
+        SetActiveWindow(i_window); // Another program is in use. The window gives the focus back to where it was.
     const HWND focus = GetFocus();
     return focus != nullptr && (focus == i_window || IsChild(i_window, focus)) ? focus : i_window;
 }
