@@ -4,21 +4,20 @@
 
 namespace {
 
-BOOL CALLBACK FindUsableDialog(HWND i_window, LPARAM o_found) {
+bool IsUsableDialog(HWND i_window) noexcept {
     TRACE_FUNCTION();
     const bool has_title_bar = (GetWindowLongPtrW(i_window, GWL_STYLE) & WS_CAPTION) == WS_CAPTION;
-    if (!has_title_bar || !IsWindowVisible(i_window) || !IsWindowEnabled(i_window))
-        return TRUE;
-    *reinterpret_cast<HWND*>(o_found) = i_window;
-    return FALSE;
+    return has_title_bar && IsWindowVisible(i_window) && IsWindowEnabled(i_window);
 }
 
 /// The thread's foremost window that can be used; null for none.
 HWND UsableDialog() noexcept {
     TRACE_FUNCTION();
-    HWND found = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), FindUsableDialog, reinterpret_cast<LPARAM>(&found));
-    return found;
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, nullptr, nullptr)) != nullptr)
+        if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId() && IsUsableDialog(window))
+            break;
+    return window;
 }
 
 } // namespace
