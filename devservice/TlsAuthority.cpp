@@ -6,6 +6,7 @@
 
 #include <openssl/bio.h>
 #include <openssl/ec.h>
+#include <openssl/ecdsa.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
@@ -62,6 +63,25 @@ void AddExtension(X509& io_certificate, X509& i_issuer, int i_kind, const std::s
     Require(extension && X509_add_ext(&io_certificate, extension.get(), -1) == 1);
 }
 
+bool HasFullSignature(const X509& i_certificate) {
+    const ASN1_BIT_STRING* bits = nullptr;
+    X509_get0_signature(&bits, nullptr, &i_certificate);
+    const unsigned char* bytes = bits->data;
+    const std::unique_ptr<ECDSA_SIG, Deleter<ECDSA_SIG_free>> signature(d2i_ECDSA_SIG(nullptr, &bytes, bits->length));
+    Require(signature != nullptr);
+    constexpr int FullSize = 32; // Of P-256
+    return BN_num_bytes(ECDSA_SIG_get0_r(signature.get())) == FullSize &&
+           BN_num_bytes(ECDSA_SIG_get0_s(signature.get())) == FullSize;
+}
+
+/// Wine reads the two numbers of a signature without their leading zeros, and takes one of 31 bytes for a wrong one:
+/// that would be one certificate in 128. Each signature is another one, so it is made until both numbers are long.
+void Sign(X509& io_certificate, EVP_PKEY& i_key) {
+    do
+        Require(X509_sign(&io_certificate, &i_key, EVP_sha256()) > 0);
+    while (!HasFullSignature(io_certificate));
+}
+
 Certificate NewCertificate(std::string_view i_name, EVP_PKEY& i_key) {
     constexpr long Day = 24 * 60 * 60;
     Certificate certificate(X509_new());
@@ -81,7 +101,7 @@ Certificate NewAuthority(EVP_PKEY& i_key) {
     AddExtension(*authority, *authority, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
     AddExtension(*authority, *authority, NID_key_usage, "critical,keyCertSign,cRLSign");
     AddExtension(*authority, *authority, NID_subject_key_identifier, "hash");
-    Require(X509_sign(authority.get(), &i_key, EVP_sha256()) > 0);
+    Sign(*authority, i_key);
     return authority;
 }
 
@@ -98,7 +118,7 @@ Certificate NewHostCertificate(EVP_PKEY& i_key, X509& i_authority, EVP_PKEY& i_a
     AddExtension(*certificate, i_authority, NID_subject_key_identifier, "hash");
     // All authorities have the same name: the identifier tells a client that still knows an earlier one which it is.
     AddExtension(*certificate, i_authority, NID_authority_key_identifier, "keyid:always");
-    Require(X509_sign(certificate.get(), &i_authority_key, EVP_sha256()) > 0);
+    Sign(*certificate, i_authority_key);
     return certificate;
 }
 
