@@ -47,7 +47,8 @@ const std::array commands{
 const Command& Find(const std::wstring& i_name) {
     const auto found = std::ranges::find(commands, i_name, &Command::name);
     if (found == commands.end())
-        throw UsageError(L"There is no command \"" + i_name + L"\". Try: qorvhost help");
+        throw UsageError((i_name.starts_with(L'-') ? L"There is no option \"" : L"There is no command \"") + i_name +
+                         L"\". Try: qorvhost help");
     return *found;
 }
 

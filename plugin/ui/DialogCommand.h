@@ -10,8 +10,15 @@
 namespace Ui {
 
 /// The commands of a dialog's command bar, its list's menu and its keys. The values are the host's ids of them.
-enum class DialogCommand : LONG { up = 1, new_folder = 2, delete_items = 3, refresh = 4 };
+enum class DialogCommand : LONG {
+    up = 1,
+    new_folder = 2,
+    delete_items = 3,
+    refresh = 4,
+    select_all = 5, ///< By its key only.
+};
 
+/// Those that bar and menu have.
 inline constexpr DialogCommand dialog_commands[] = {DialogCommand::up, DialogCommand::new_folder,
                                                     DialogCommand::delete_items, DialogCommand::refresh};
 

@@ -50,6 +50,10 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
     case Ui::DialogCommand::refresh:
         Reload();
         break;
+    case Ui::DialogCommand::select_all:
+        m_list->SelectAll();
+        OnSelectionChanged(0);
+        break;
     }
 }
 
@@ -66,6 +70,8 @@ bool Dialog::CanRun(Ui::DialogCommand i_command) const {
         return m_shown_folder != nullptr && m_list->IsItemSelected();
     case Ui::DialogCommand::refresh:
         return m_loading_folder != nullptr;
+    case Ui::DialogCommand::select_all:
+        return m_shown_folder != nullptr && m_mode.is_open && m_mode.allows_several;
     }
     return false;
 }
@@ -110,6 +116,7 @@ void Dialog::Delete() {
     std::vector<const FileRow*> rows = m_list->GetSelection();
     std::erase_if(rows, [](const FileRow* i_row) { return i_row->is_parent; });
     std::vector<ComPtr<IAFS_Name>> names;
+    names.reserve(rows.size());
     for (const FileRow* const row : rows)
         names.push_back(row->name);
     if (!m_questions->AskToDelete(rows) || m_pObj == nullptr || IsBusy())
@@ -118,9 +125,10 @@ void Dialog::Delete() {
                          names](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
         return DeleteItems(file_system, names, i_is_abandoned);
     };
-    RunTask(L"db.msg.deleting", remove, [this](const Ui::Failure& i_failure) {
+    const PCStr failure_id = names.size() == 1 ? L"db.msg.nothingDeleted" : L"db.msg.deleteFailed";
+    RunTask(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
-            m_questions->TellFailure(L"db.msg.deleteFailed", i_failure);
+            m_questions->TellFailure(failure_id, i_failure);
         Reload(); // The names of what is gone must not be used any more.
     });
 }

@@ -39,7 +39,9 @@ bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) con
     if (i_rows.size() == 1)
         text = Text(i_rows.front()->is_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {i_rows.front()->title});
     else
-        text = Text(L"db.msg.deleteSeveral", {std::to_wstring(i_rows.size())}) + L"\n" + NamesOf(i_rows);
+        text = Text(std::ranges::any_of(i_rows, &FileRow::is_folder) ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles",
+                    {std::to_wstring(i_rows.size())}) +
+               L"\n" + NamesOf(i_rows);
     return Ask(text, Qorv::UIX_MsgBox_IconQuestion, {L"db.btn.delete", L"db.btn.cancel"}) == 0;
 }
 

@@ -14,18 +14,19 @@ constexpr std::wstring_view unauthorized = L"HTTP 401";
 struct Kind {
     std::wstring_view words; ///< Of the reason: a status, or a part of what the service calls the failure.
     Qorv::PCStr text_id;
+    bool is_clear = false; ///< The text says it all: the service's own words would only confuse.
 };
 
 constexpr Kind kinds[] = {
-    {unauthorized, L"db.fail.signIn"},
+    {unauthorized, L"db.fail.signIn", true},
     {L"HTTP 429", L"db.fail.tooMany"},
     {L"HTTP 5", L"db.fail.service"},
-    {L"not_found", L"db.fail.notFound"},
-    {L"conflict", L"db.fail.exists"},
-    {L"insufficient_space", L"db.fail.noSpace"},
-    {L"no_write_permission", L"db.fail.notAllowed"},
-    {L"disallowed_name", L"db.fail.badName"},
-    {L"malformed_path", L"db.fail.badName"},
+    {L"not_found", L"db.fail.notFound", true},
+    {L"conflict", L"db.fail.exists", true},
+    {L"insufficient_space", L"db.fail.noSpace", true},
+    {L"no_write_permission", L"db.fail.notAllowed", true},
+    {L"disallowed_name", L"db.fail.badName", true},
+    {L"malformed_path", L"db.fail.badName", true},
 };
 
 bool IsOfConnection(HRESULT i_code) noexcept {
@@ -34,15 +35,15 @@ bool IsOfConnection(HRESULT i_code) noexcept {
     return HRESULT_FACILITY(i_code) == FACILITY_WIN32 && error >= INTERNET_ERROR_BASE && error <= INTERNET_ERROR_LAST;
 }
 
-Qorv::PCStr TextIdOf(const Failure& i_failure) noexcept {
+Kind KindOf(const Failure& i_failure) noexcept {
     TRACE_FUNCTION();
     for (const Kind& kind : kinds)
         if (i_failure.reason.find(kind.words) != std::wstring::npos)
-            return kind.text_id;
+            return kind;
     if (IsOfConnection(i_failure.code))
-        return L"db.fail.connection";
+        return {{}, L"db.fail.connection"};
     // What the provider answers for a name that stands for nothing.
-    return i_failure.code == E_INVALIDARG ? L"db.fail.notFound" : L"db.fail.other";
+    return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", true} : Kind{{}, L"db.fail.other"};
 }
 
 std::wstring OneParagraph(std::wstring i_text) {
@@ -61,11 +62,12 @@ bool IsSignInNeeded(const Failure& i_failure) noexcept {
 
 std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_failure) {
     TRACE_FUNCTION();
-    const std::wstring detail = OneParagraph(i_failure.reason.empty() ? HResultText(i_failure.code) : i_failure.reason);
-    const Qorv::PCStr text_id = TextIdOf(i_failure);
-    if (i_failure.code == E_INVALIDARG) // The code's own words would only confuse.
-        return FormatString(i_host_instance, text_id);
-    return FormatString(i_host_instance, text_id) + L"\n(" + detail + L")";
+    const Kind kind = KindOf(i_failure);
+    const std::wstring words = FormatString(i_host_instance, kind.text_id);
+    if (kind.is_clear)
+        return words;
+    const std::wstring detail = i_failure.reason.empty() ? HResultText(i_failure.code) : i_failure.reason;
+    return words + L"\n(" + OneParagraph(detail) + L")";
 }
 
 } // namespace Ui

@@ -4,6 +4,7 @@
 #include "core/MessageBox.h"
 #include "qorv/Values.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace Ui {
@@ -103,9 +104,10 @@ FileList::Selection FileList::RememberSelection() const {
     Selection selection;
     for (const FileRow* const row : GetSelection())
         selection.titles.push_back(row->title);
+    m_control->GetNextSelected(no_row, &selection.first_row);
     LONG focused = no_row;
     m_control->get_FocusedRow(&focused);
-    if (const FileRow* const row = GetRow(focused))
+    if (const FileRow* const row = GetRow(focused); row != nullptr && std::ranges::count(selection.titles, row->title))
         selection.focused = row->title;
     return selection;
 }
@@ -127,6 +129,8 @@ HRESULT FileList::ShowRows(const Selection& i_selection) {
         if (!i_selection.focused.empty() && title == i_selection.focused)
             focused = row;
     }
+    if (selected.empty() && i_selection.first_row != no_row)
+        focused = std::min(i_selection.first_row, count - 1); // What was selected is gone: its neighbour.
     if (selected.size() == m_rows.size() && count > 0)
         selected = {no_row}; // All at once: one by one takes long.
     for (const LONG row : selected)
@@ -158,6 +162,14 @@ bool FileList::IsItemSelected() const {
         if (const FileRow* const selected = GetRow(row); selected != nullptr && !selected->is_parent)
             return true;
     return false;
+}
+
+HRESULT FileList::SelectAll() {
+    TRACE_FUNCTION();
+    CHECK_HRESULT(m_control->SelectRow(no_row, VARIANT_TRUE));
+    if (const FileRow* const first = GetRow(0); first != nullptr && first->is_parent)
+        CHECK_HRESULT(m_control->SelectRow(0, VARIANT_FALSE));
+    return TRACE_RESULT(S_OK);
 }
 
 bool FileList::Select(std::wstring_view i_title) {

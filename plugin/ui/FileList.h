@@ -44,6 +44,8 @@ public:
     std::vector<const FileRow*> GetSelection() const;
     /// Whether something else than the "../" row is selected.
     bool IsItemSelected() const;
+    /// Selects every row but "../".
+    HRESULT SelectAll();
     /// Selects the row of a title alone, and scrolls to it. False when there is none.
     bool Select(std::wstring_view i_title);
 
@@ -60,7 +62,8 @@ private:
     /// By titles: rows move and go, names are other objects after a reload.
     struct Selection {
         std::vector<std::wstring> titles;
-        std::wstring focused;
+        std::wstring focused; ///< Of the selected ones, or empty.
+        LONG first_row = -1;  ///< The place of the first one.
     };
 
     Selection RememberSelection() const;

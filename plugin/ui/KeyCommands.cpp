@@ -10,15 +10,17 @@ enum class Place { everywhere, list, all_but_combo };
 struct Key {
     UINT message; ///< Alt makes it a system key.
     WPARAM code;
+    bool is_with_ctrl;
     Place place; ///< Elsewhere it is the item's own.
     DialogCommand command;
 };
 
 constexpr Key keys[] = {
-    {WM_KEYDOWN, VK_F5, Place::everywhere, DialogCommand::refresh},
-    {WM_SYSKEYDOWN, VK_UP, Place::all_but_combo, DialogCommand::up},
-    {WM_KEYDOWN, VK_BACK, Place::list, DialogCommand::up},
-    {WM_KEYDOWN, VK_DELETE, Place::list, DialogCommand::delete_items},
+    {WM_KEYDOWN, VK_F5, false, Place::everywhere, DialogCommand::refresh},
+    {WM_SYSKEYDOWN, VK_UP, false, Place::all_but_combo, DialogCommand::up},
+    {WM_KEYDOWN, VK_BACK, false, Place::list, DialogCommand::up},
+    {WM_KEYDOWN, VK_DELETE, false, Place::list, DialogCommand::delete_items},
+    {WM_KEYDOWN, 'A', true, Place::list, DialogCommand::select_all},
 };
 
 bool HasFocus(Qorv::IUIX_Item* i_item) noexcept {
@@ -61,7 +63,7 @@ HRESULT STDMETHODCALLTYPE KeyCommands::OnEventLoopMonitor(Qorv::IUIX_LoopEvent* 
             return TRACE_RESULT(S_OK);
         for (const Key& key : keys) {
             if (message.message != key.message || message.wParam != key.code ||
-                (key.place == Place::list && !HasFocus(m_list)) ||
+                key.is_with_ctrl != (GetKeyState(VK_CONTROL) < 0) || (key.place == Place::list && !HasFocus(m_list)) ||
                 (key.place == Place::all_but_combo && HasFocus(m_combo)))
                 continue;
             CHECK_HRESULT(io_event->put_Handled(VARIANT_TRUE));

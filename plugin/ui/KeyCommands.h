@@ -9,7 +9,7 @@
 namespace Ui {
 
 /// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog (but in its
-/// combo Alt+Up is the combo's), Backspace and Delete in its list. UI thread.
+/// combo Alt+Up is the combo's), Backspace, Delete and Ctrl+A in its list. UI thread.
 class KeyCommands final : public Qorv::CoClass<KeyCommands, Qorv::IUIX_EventLoopMonitor> {
 public:
     KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,

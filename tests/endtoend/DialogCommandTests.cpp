@@ -63,7 +63,7 @@ TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
                   row a.pdf
                   add c.txt
                   press Delete
-                  text these 2 items
+                  text these 2 files
                   text a.pdf
                   text c.txt
                   press Delete
