@@ -8,19 +8,19 @@ namespace {
 enum class Place { everywhere, list, all_but_combo };
 
 struct Key {
-    UINT message; ///< Alt makes it a system key.
     WPARAM code;
-    bool is_with_ctrl;
-    Place place; ///< Elsewhere it is the item's own.
+    UINT message; ///< Alt makes it a system key.
+    Place place;  ///< Elsewhere it is the item's own.
     DialogCommand command;
+    bool is_with_ctrl = false;
 };
 
 constexpr Key keys[] = {
-    {WM_KEYDOWN, VK_F5, false, Place::everywhere, DialogCommand::refresh},
-    {WM_SYSKEYDOWN, VK_UP, false, Place::all_but_combo, DialogCommand::up},
-    {WM_KEYDOWN, VK_BACK, false, Place::list, DialogCommand::up},
-    {WM_KEYDOWN, VK_DELETE, false, Place::list, DialogCommand::delete_items},
-    {WM_KEYDOWN, 'A', true, Place::list, DialogCommand::select_all},
+    {VK_F5, WM_KEYDOWN, Place::everywhere, DialogCommand::refresh},
+    {VK_UP, WM_SYSKEYDOWN, Place::all_but_combo, DialogCommand::up},
+    {VK_BACK, WM_KEYDOWN, Place::list, DialogCommand::up},
+    {VK_DELETE, WM_KEYDOWN, Place::list, DialogCommand::delete_items},
+    {'A', WM_KEYDOWN, Place::list, DialogCommand::select_all, true},
 };
 
 bool HasFocus(Qorv::IUIX_Item* i_item) noexcept {
