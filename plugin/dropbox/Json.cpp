@@ -87,7 +87,9 @@ void ParseJson(JsonDocument& document, Http::Response& response) {
     JsonDocument& json = document;
     std::string body;
     Http::AppendBody(response, body);
-    json.ParseText(FromUtf8(body));
+    std::wstring text = FromUtf8(body);
+    body = {}; // Listings are long: three copies of one would be too many.
+    json.ParseText(std::move(text));
     // It says line and means the character: kept, because tools that read the log know it so.
     CHECK_THROW(!json.HasParseError(), Exception(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() +
                                                  L"\nJSON line: " + std::to_wstring(json.ErrorOffset())));

@@ -15,15 +15,20 @@ Qorv::ComPtr<Qorv::IUIX_Image> ImageOf(Qorv::IUIX_Inst* i_service, Qorv::PCStr i
 
 } // namespace
 
-DialogUi::DialogUi(Qorv::IUIX_Inst* i_service)
-    : m_service(i_service)
-    , m_folder(ImageOf(i_service, L"ico.folder"))
-    , m_file(ImageOf(i_service, L"ico.file"))
-    , m_up(ImageOf(i_service, L"ico.up"))
-    , m_new_folder(ImageOf(i_service, L"ico.folder.new"))
-    , m_delete(ImageOf(i_service, L"ico.delete"))
-    , m_refresh(ImageOf(i_service, L"ico.refresh")) {
+DialogUi::DialogUi(Qorv::IUIX_Inst* i_service) : m_service(i_service) {
     TRACE_FUNCTION();
+}
+
+void DialogUi::LoadImages() {
+    TRACE_FUNCTION();
+    if (m_folder != nullptr)
+        return;
+    m_folder = ImageOf(m_service, L"ico.folder");
+    m_file = ImageOf(m_service, L"ico.file");
+    m_up = ImageOf(m_service, L"ico.up");
+    m_new_folder = ImageOf(m_service, L"ico.folder.new");
+    m_delete = ImageOf(m_service, L"ico.delete");
+    m_refresh = ImageOf(m_service, L"ico.refresh");
 }
 
 DialogUi::~DialogUi() {

@@ -13,8 +13,11 @@ public:
     DialogUi& operator=(const DialogUi&) = delete;
     ~DialogUi();
 
+    /// Fetches the images, once: decoding them is not for the host's start.
+    void LoadImages();
+
     const Qorv::ComPtr<Qorv::IUIX_Inst> m_service;
-    // Null where the host has none: what is shown goes without it.
+    // Null before `LoadImages`, and where the host has none: what is shown goes without it.
     Qorv::ComPtr<Qorv::IUIX_Image> m_folder;
     Qorv::ComPtr<Qorv::IUIX_Image> m_file;
     Qorv::ComPtr<Qorv::IUIX_Image> m_up;

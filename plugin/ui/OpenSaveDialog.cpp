@@ -60,6 +60,7 @@ HRESULT OpenSaveDialog::ShowDialog(bool is_open, Qorv::IAFS_NamesCollection** o_
 HRESULT OpenSaveDialog::RunDialog(bool is_open, Qorv::IAFS_NamesCollection** o_names, DialogParameters& io_parameters,
                                   Qorv::IAFS_Name* i_default_folder, HWND i_parent_window) {
     TRACE_FUNCTION();
+    m_ui->LoadImages();
     const Qorv::Dialog::Context context{m_qorv_inst, m_plugin, m_file_system, *m_ui, m_reaper};
     const auto dialog = Qorv::Create<Qorv::Dialog>(context, &io_parameters, i_default_folder);
     CHECK_RETURN(dialog != nullptr, E_OUTOFMEMORY);
