@@ -1,10 +1,9 @@
 #pragma once
 
+#include "qorv/Host.h"
 #include "qorv/Uix.h"
 #include "ui/DialogParameters.h"
 #include "ui/DialogUi.h"
-
-#include "qorv/Host.h"
 
 namespace Ui {
 
