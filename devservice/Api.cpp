@@ -108,14 +108,12 @@ void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
     throw BadArguments(text + ".");
 }
 
-/// The JSON in the header, as UTF-8. Clients should escape all but ASCII, and many send UTF-8 as it is. Windows' own
-/// HTTP library however sends header text in the system's code page, which is the Western one on most machines: what is
-/// no UTF-8 is taken for that.
-std::string ReadArgumentHeader(const HttpExchange& i_exchange) {
+/// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else is no JSON.
+std::string_view ReadArgumentHeader(const HttpExchange& i_exchange) {
     const auto value = i_exchange.HeaderValue(ArgumentHeader);
     if (!value)
         throw BadArguments("Must provide HTTP header \"Dropbox-API-Arg\" or URL parameter \"arg\".");
-    return IsUtf8(*value) ? std::string(*value) : FromWindows1252(*value);
+    return *value;
 }
 
 Arguments ReadArguments(HttpExchange& io_exchange, Style i_style) {

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "Refusal.h"
+#include "Text.h"
 
 namespace DevService {
 
@@ -87,6 +88,8 @@ std::string Arguments::Text(std::string_view i_name) {
     const rapidjson::Value& value = RequiredMember(i_name);
     if (!value.IsString())
         RefuseType(i_name, "string", value);
+    if (!IsUtf8(TextOf(value))) // half of a surrogate pair, which the parser lets pass
+        Refuse("could not decode input as JSON");
     return std::string(TextOf(value));
 }
 

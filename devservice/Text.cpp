@@ -79,19 +79,6 @@ bool IsUtf8(std::string_view i_text) {
     return true;
 }
 
-std::string FromWindows1252(std::string_view i_bytes) {
-    static constexpr std::array<char16_t, 32> From80To9F = {
-        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-        0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-    std::string text;
-    for (const char byte : i_bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        AppendUtf8(text, value >= 0x80 && value <= 0x9F ? From80To9F[value - 0x80u] : char16_t{value});
-    }
-    return text;
-}
-
 std::string FromBytes(std::string_view i_bytes) {
     std::string text;
     text.reserve(i_bytes.size());

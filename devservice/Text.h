@@ -10,9 +10,6 @@ namespace DevService {
 /// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates).
 bool IsUtf8(std::string_view i_text);
 
-/// UTF-8 of text in Windows' Western code page; its five undefined bytes map to the control characters of their value.
-std::string FromWindows1252(std::string_view i_bytes);
-
 /// UTF-8 in which each byte of the input is the character U+0000..U+00FF of its value.
 std::string FromBytes(std::string_view i_bytes);
 

@@ -13,7 +13,7 @@ TEST_F(ControlInterface, RecordsRequestsByteForByte) {
                              "x-twice:2\t \r\nDropbox-API-Arg: {\"path\": \"/\xFC.txt\"}\r\ncontent-length:0\r\n\r\n";
     ServiceClient client = Connect(ContentHost);
     client.Send(head);
-    EXPECT_EQ(client.Receive().result_int(), 409u);
+    EXPECT_EQ(client.Receive().result_int(), 400u);
     Upload(R"({"path": "/n.bin"})", std::string("\0\x80\xFF\n", 4));
 
     const rapidjson::Document requests = Requests();
@@ -23,7 +23,7 @@ TEST_F(ControlInterface, RecordsRequestsByteForByte) {
     std::string expected = head;
     expected.replace(expected.find('\xFC'), 1, "\xC3\xBC"); // each byte as the character of its value
     EXPECT_EQ(Member(requests[0], "head"), expected);
-    EXPECT_EQ(Member(requests[0], "status"), "409");
+    EXPECT_EQ(Member(requests[0], "status"), "400");
     EXPECT_EQ(Member(requests[1], "body_size"), "4");
     EXPECT_EQ(Member(requests[1], "body"), std::string("\0\xC2\x80\xC3\xBF\n", 6));
     EXPECT_EQ(Member(requests[1], "body_sha256"), "86c4664401a31696fce9f0ca20294f03cf9ce41664c19b5265cb23157ea02468");
