@@ -31,7 +31,8 @@ ServicePath ServicePath::Parse(std::string_view i_text, std::string_view i_membe
     constexpr std::string_view Blanks = " \t\r\n";
     if (i_text.front() != '/' || Blanks.find(i_text.back()) != Blanks.npos)
         throw malformed;
-    for (std::string_view rest = i_text; !rest.empty();) {
+    const std::string text = Composed(i_text);
+    for (std::string_view rest = text; !rest.empty();) {
         rest.remove_prefix(1);
         const std::string_view name = rest.substr(0, rest.find('/'));
         if (!IsGoodName(name) || path.names.size() == MaxNameCount)

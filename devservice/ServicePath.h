@@ -6,7 +6,7 @@
 
 namespace DevService {
 
-/// A path in an account: names from the root downward, none for the root itself.
+/// A path in an account: names from the root downward, none for the root itself. They are in the composed form (NFC).
 struct ServicePath {
     std::vector<std::string> names;
 

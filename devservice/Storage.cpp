@@ -55,7 +55,7 @@ Storage::Place Storage::Find(const ServicePath& i_path) const {
             place.status = {};
         }
         place.real /= stored;
-        place.path.names.push_back(std::move(stored));
+        place.path.names.push_back(Composed(stored));
     }
     return place;
 }
@@ -137,7 +137,7 @@ std::optional<std::string> Storage::StoredName(const fs::path& i_folder, const s
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(i_folder, error)) {
         std::string name = entry.path().filename().string();
-        if (ToLower(name) == wanted && IsShown(name))
+        if (IsShown(name) && ToLower(Composed(name)) == wanted)
             return name;
     }
     return std::nullopt;
@@ -162,7 +162,7 @@ void Storage::ScanInto(std::vector<Entry>& io_entries, const fs::path& i_folder,
         const FileStatus status = FileStatus::Of(position->path());
         if (status.kind != FileStatus::Kind::File && status.kind != FileStatus::Kind::Folder)
             continue;
-        std::string path = i_prefix + name;
+        std::string path = i_prefix + Composed(name);
         if (i_is_recursive && status.kind == FileStatus::Kind::Folder)
             ScanInto(io_entries, position->path(), path + '/', true);
         io_entries.push_back({std::move(path), status});

@@ -14,12 +14,13 @@
 namespace DevService {
 
 /// The folder of this machine that one account shows, for reading. Nothing of it is cached: every call looks at the
-/// real file system. Names are found ignoring case, an exact match first. Safe to use from several threads.
+/// real file system. Names are found ignoring case, an exact match first, and shown in the composed form (NFC) however
+/// they are stored. Safe to use from several threads.
 class Storage {
 public:
     /// Where a path leads on this machine.
     struct Place {
-        ServicePath path;           ///< in the stored spelling as far as it exists
+        ServicePath path;           ///< in the shown spelling as far as it exists
         std::filesystem::path real; ///< in the file system
         FileStatus status;          ///< of the whole path; missing when any part is
         bool has_file_ancestor = false;

@@ -1,81 +1,50 @@
 #include "Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <locale>
-#include <optional>
+#include <cstdlib>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
 #include <openssl/rand.h>
+#include <utf8proc.h>
 
 namespace DevService {
 
 namespace {
 
-/// Decodes the character at `io_position` and steps over it; empty for malformed UTF-8.
-std::optional<char32_t> NextCharacter(std::string_view i_text, std::size_t& io_position) {
-    const auto byte_at = [&](std::size_t i_index) { return static_cast<unsigned char>(i_text[i_index]); };
-    const unsigned char lead = byte_at(io_position);
-    if (lead < 0x80) {
-        ++io_position;
-        return lead;
-    }
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || i_text.size() - io_position < length)
-        return std::nullopt;
-    char32_t character = lead & (0xFFu >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        const unsigned char next = byte_at(io_position + i);
-        if ((next & 0xC0) != 0x80)
-            return std::nullopt;
-        character = (character << 6) | (next & 0x3Fu);
-    }
-    static constexpr std::array<char32_t, 5> Smallest = {0, 0, 0x80, 0x800, 0x10000};
-    if (character < Smallest[length] || character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF))
-        return std::nullopt;
-    io_position += length;
-    return character;
+bool IsAscii(char i_byte) {
+    return static_cast<unsigned char>(i_byte) < 0x80;
 }
 
-void AppendUtf8(std::string& io_text, char32_t i_character) {
-    const auto append = [&](char32_t i_byte) { io_text += static_cast<char>(i_byte); };
-    if (i_character < 0x80) {
-        append(i_character);
-    } else if (i_character < 0x800) {
-        append(0xC0 | (i_character >> 6));
-        append(0x80 | (i_character & 0x3F));
-    } else if (i_character < 0x10000) {
-        append(0xE0 | (i_character >> 12));
-        append(0x80 | ((i_character >> 6) & 0x3F));
-        append(0x80 | (i_character & 0x3F));
-    } else {
-        append(0xF0 | (i_character >> 18));
-        append(0x80 | ((i_character >> 12) & 0x3F));
-        append(0x80 | ((i_character >> 6) & 0x3F));
-        append(0x80 | (i_character & 0x3F));
-    }
+const utf8proc_uint8_t* Bytes(std::string_view i_text) {
+    return reinterpret_cast<const utf8proc_uint8_t*>(i_text.data());
 }
 
-/// The Unicode character types, which every current C library has under this name; else those of ASCII alone.
-const std::locale& UnicodeLocale() {
-    static const std::locale locale = [] {
-        try {
-            return std::locale("C.UTF-8");
-        } catch (const std::runtime_error&) {
-            return std::locale::classic();
-        }
-    }();
-    return locale;
+/// Decodes the character at the beginning. @returns its size in bytes; 0 for malformed UTF-8
+std::size_t FirstCharacter(std::string_view i_text, utf8proc_int32_t& o_character) {
+    const utf8proc_ssize_t size =
+        utf8proc_iterate(Bytes(i_text), static_cast<utf8proc_ssize_t>(i_text.size()), &o_character);
+    return size > 0 ? static_cast<std::size_t>(size) : 0;
+}
+
+void AppendUtf8(std::string& io_text, utf8proc_int32_t i_character) {
+    utf8proc_uint8_t bytes[4];
+    const utf8proc_ssize_t size = utf8proc_encode_char(i_character, bytes);
+    io_text.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
 }
 
 } // namespace
 
 bool IsUtf8(std::string_view i_text) {
-    for (std::size_t position = 0; position < i_text.size();)
-        if (!NextCharacter(i_text, position))
+    while (!i_text.empty()) {
+        utf8proc_int32_t character = 0;
+        const std::size_t size = IsAscii(i_text.front()) ? 1 : FirstCharacter(i_text, character);
+        if (size == 0)
             return false;
+        i_text.remove_prefix(size);
+    }
     return true;
 }
 
@@ -90,19 +59,30 @@ std::string FromBytes(std::string_view i_bytes) {
 std::string ToLower(std::string_view i_text) {
     std::string lower;
     lower.reserve(i_text.size());
-    const auto& types = std::use_facet<std::ctype<wchar_t>>(UnicodeLocale());
-    for (std::size_t position = 0; position < i_text.size();) {
-        const char byte = i_text[position];
-        if (static_cast<unsigned char>(byte) < 0x80) {
+    while (!i_text.empty()) {
+        const char byte = i_text.front();
+        utf8proc_int32_t character = 0;
+        const std::size_t size = IsAscii(byte) ? 0 : FirstCharacter(i_text, character);
+        if (size > 0)
+            AppendUtf8(lower, utf8proc_tolower(character));
+        else
             lower += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
-            ++position;
-        } else if (const auto character = NextCharacter(i_text, position)) {
-            AppendUtf8(lower, static_cast<char32_t>(types.tolower(static_cast<wchar_t>(*character))));
-        } else {
-            lower += i_text[position++];
-        }
+        i_text.remove_prefix(std::max<std::size_t>(size, 1));
     }
     return lower;
+}
+
+std::string Composed(std::string_view i_text) {
+    if (std::ranges::all_of(i_text, IsAscii))
+        return std::string(i_text);
+    constexpr auto Form = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+    utf8proc_uint8_t* composed = nullptr;
+    const utf8proc_ssize_t size =
+        utf8proc_map(Bytes(i_text), static_cast<utf8proc_ssize_t>(i_text.size()), &composed, Form);
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(composed, &std::free);
+    if (size < 0)
+        throw std::runtime_error(utf8proc_errmsg(size));
+    return {reinterpret_cast<const char*>(composed), static_cast<std::size_t>(size)};
 }
 
 std::size_t Utf16Length(std::string_view i_text) {

@@ -16,6 +16,10 @@ std::string FromBytes(std::string_view i_bytes);
 /// Lower-case form of UTF-8 text, character by character, as the service compares names.
 std::string ToLower(std::string_view i_text);
 
+/// The text in Unicode's composed form (NFC), the only one that the service keeps.
+/// @param i_text well-formed UTF-8
+std::string Composed(std::string_view i_text);
+
 /// Number of UTF-16 units of UTF-8 text: what the service's limits on names count.
 std::size_t Utf16Length(std::string_view i_text);
 

@@ -7,7 +7,7 @@ source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 # x11-utils has xprop, which tells whether a display answers.
 run_packages=(
     g++ g++-mingw-w64-x86-64-posix cmake ninja-build
-    libboost-dev libssl-dev rapidjson-dev googletest
+    libboost-dev libssl-dev libutf8proc-dev rapidjson-dev googletest
     wine64 libgnutls30 ca-certificates fonts-wine fonts-liberation xvfb x11-utils
 )
 

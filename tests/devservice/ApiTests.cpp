@@ -141,6 +141,23 @@ TEST_F(Api, ChecksTheToken) {
     EXPECT_EQ(status(Authorization()).result_int(), 200u);
 }
 
+/// "\u00e9" and "e\u0301" are one name; what clients see is the first, whatever the folder holds.
+TEST_F(Api, ShowsAndFindsNamesInTheirComposedForm) {
+    const std::string composed = "Caf\xC3\xA9", decomposed = "Cafe\xCC\x81";
+    WriteFile(decomposed + ".txt", "old");
+    const std::string shown = R"("path_display":"/Caf\u00E9.txt")";
+    EXPECT_NE(Rpc("files/list_folder", R"({"path": ""})").body().find(shown), std::string::npos);
+    for (const std::string name : {R"(Caf\u00e9)", R"(CAFE\u0301)"})
+        EXPECT_NE(Rpc("files/get_metadata", R"({"path": "/)" + name + R"(.txt"})").body().find(shown),
+                  std::string::npos);
+
+    EXPECT_EQ(Upload(R"({"path": "/Cafe\u0301.txt", "mode": "overwrite"})", "new").result_int(), 200u);
+    EXPECT_EQ(ReadFile(decomposed + ".txt"), "new");
+    EXPECT_EQ(Tree(), decomposed + ".txt " + Unchanged); // not a second one beside it
+    Rpc("files/move", R"({"from_path": "/Caf\u00e9.txt", "to_path": "/Cafe\u0301/n\u0303.txt"})");
+    EXPECT_EQ(Tree(), composed + "/ " + composed + "/\xC3\xB1.txt " + Unchanged);
+}
+
 TEST_F(Api, FollowsAnItemByItsIdAndChangesItsRevision) {
     const auto describe = [&](const std::string& i_path) {
         return Json(Rpc("files/get_metadata", R"({"path": ")" + i_path + R"("})"));
