@@ -41,7 +41,7 @@ trap CleanUp EXIT
 mkdir "$folder/account"
 Say "Preparing the account"
 FillAccount "$folder/account"
-StartService "$folder/state" -- --root "$folder/account"
+StartService "$folder/state" -- --root "$folder/account" --max-upload $((256 << 20))
 DEVSERVICE_STATE=$(WindowsPath "$folder/state")
 DEVSERVICE_ROOT=$(WindowsPath "$folder/account")
 export DEVSERVICE_STATE DEVSERVICE_ROOT

@@ -10,12 +10,14 @@ namespace {
 constexpr std::string_view DefaultUser = "Dana Sample";
 constexpr std::string_view DefaultPassword = "sample";
 
-std::uint16_t ParsePort(std::string_view i_text) {
-    std::uint16_t port = 0;
-    const auto [end, error] = std::from_chars(i_text.data(), i_text.data() + i_text.size(), port);
+/// @param i_wanted the option and what it takes, for the message
+template <class Number>
+Number ParseNumber(const std::string& i_text, std::string_view i_wanted) {
+    Number number = 0;
+    const auto [end, error] = std::from_chars(i_text.data(), i_text.data() + i_text.size(), number);
     if (error != std::errc() || end != i_text.data() + i_text.size())
-        throw UsageError("--port wants a number from 0 to 65535, not \"" + std::string(i_text) + "\"");
-    return port;
+        throw UsageError(std::string(i_wanted) + ", not \"" + i_text + "\"");
+    return number;
 }
 
 /// The i-th folder belongs to the i-th name and password.
@@ -58,6 +60,8 @@ this machine only. Reach it as an HTTPS proxy; docs/devservice.md tells more.
   --port N          port on 127.0.0.1 (default: 0, a free one)
   --state DIR       folder for "address", "ca.pem", "token" and "token.1", ...
                     (default: a new folder among the temporary files)
+  --max-upload N    bytes of content in one request (default: 157286400, the
+                    150 MiB of the public service)
   --help            shows this text
 
 SIGINT and SIGTERM end it.
@@ -85,7 +89,9 @@ Options Options::Parse(std::span<const char* const> i_arguments) {
         else if (option == "--password")
             passwords.push_back(value());
         else if (option == "--port")
-            options.port = ParsePort(value());
+            options.port = ParseNumber<std::uint16_t>(value(), "--port wants a number from 0 to 65535");
+        else if (option == "--max-upload")
+            options.max_upload = ParseNumber<std::uint64_t>(value(), "--max-upload wants a number of bytes");
         else if (option == "--state")
             options.state_folder = value();
         else

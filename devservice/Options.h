@@ -25,8 +25,12 @@ struct Options {
         std::filesystem::path root;
     };
 
+    /// What the public service takes in one request: 150 MiB.
+    static constexpr std::uint64_t DefaultMaxUpload = std::uint64_t{150} << 20;
+
     std::vector<User> users;
-    std::uint16_t port = 0; ///< 0: a free one
+    std::uint16_t port = 0;                      ///< 0: a free one
+    std::uint64_t max_upload = DefaultMaxUpload; ///< bytes
     std::optional<std::filesystem::path> state_folder;
     bool is_help_wanted = false;
 

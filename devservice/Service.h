@@ -4,6 +4,7 @@
 
 #include "Accounts.h"
 #include "Faults.h"
+#include "Options.h"
 #include "RequestLog.h"
 #include "SignInSessions.h"
 #include "TlsAuthority.h"
@@ -19,6 +20,7 @@ struct Service {
     TlsAuthority authority;
     std::atomic<std::size_t> page_size = Paging().page_size;
     std::atomic<bool> has_empty_pages = false;
+    std::uint64_t max_upload = Options::DefaultMaxUpload; ///< bytes of content in one request
 
     Paging CurrentPaging() const { return {page_size, has_empty_pages}; }
 };

@@ -11,15 +11,22 @@ namespace DevService::TransferRoutes {
 
 namespace {
 
-void Receive(HttpExchange& io_exchange, IncomingFile& o_file) {
+/// Collects the request's body. @throws RouteError payload_too_large; what is left of the body is read before the reply
+void Receive(Call& io_call, IncomingFile& o_file) {
+    const RouteError too_large({"payload_too_large"});
+    std::uint64_t room = io_call.service.max_upload;
+    if (io_call.exchange.BodySize().value_or(0) > room)
+        throw too_large;
     constexpr std::size_t PieceSize = std::size_t{256} << 10;
     std::vector<char> piece(PieceSize);
-    while (const std::size_t size = io_exchange.ReadBody(piece))
+    while (const std::size_t size = io_call.exchange.ReadBody(piece)) {
+        if (size > room) // of a body that came in chunks
+            throw too_large;
         o_file.Write({piece.data(), size});
+        room -= size;
+    }
 }
 
-/// The public service wants upload sessions above 150 MiB. This one takes any size in one request: the limit would only
-/// keep people from trying big files.
 StorageWriter::Commit ReadCommit(Arguments& io_arguments) {
     using Mode = StorageWriter::Commit::Mode;
     StorageWriter::Commit commit;
@@ -130,7 +137,7 @@ Reply Upload(Call& io_call) {
     StorageWriter& writer = io_call.account.writer;
     try {
         IncomingFile file(writer.FolderForUpload(commit.path));
-        Receive(io_call.exchange, file);
+        Receive(io_call, file);
         return Reply::Json(MetadataJson(writer.Store(file, commit), Tagged::No));
     } catch (RouteError& error) {
         throw error.AsUploadFailure();
@@ -143,7 +150,12 @@ Reply StartSession(Call& io_call) {
     io_call.arguments.Finish();
     const std::string id = io_call.account.sessions.Start();
     const auto session = io_call.account.sessions.Lock(id, 0, {});
-    Receive(io_call.exchange, session.File());
+    try {
+        Receive(io_call, session.File());
+    } catch (...) {
+        io_call.account.sessions.Forget(id); // nobody will ever know it
+        throw;
+    }
     session.Close(is_closed);
     return Reply::Json("{\"session_id\": \"" + id + "\"}");
 }
@@ -155,7 +167,7 @@ Reply AppendToSession(Call& io_call) {
     io_call.arguments.Finish();
     const auto session = io_call.account.sessions.Lock(cursor.session_id, cursor.offset, {});
     session.RequireOpen();
-    Receive(io_call.exchange, session.File());
+    Receive(io_call, session.File());
     session.Close(is_closed);
     return Reply::Json("null");
 }
@@ -168,7 +180,7 @@ Reply FinishSession(Call& io_call) {
     io_call.arguments.Ignore({"content_hash"});
     io_call.arguments.Finish();
     const auto session = io_call.account.sessions.Lock(cursor.session_id, cursor.offset, "lookup_failed");
-    Receive(io_call.exchange, session.File());
+    Receive(io_call, session.File());
     const ItemMetadata metadata = io_call.account.writer.Store(session.File(), commit);
     io_call.account.sessions.Forget(cursor.session_id);
     return Reply::Json(MetadataJson(metadata, Tagged::No));

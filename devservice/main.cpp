@@ -34,6 +34,7 @@ void Publish(const StateFolder& i_state, Service& io_service, const std::string&
 
 int Serve(const Options& i_options) {
     Service service;
+    service.max_upload = i_options.max_upload;
     for (const Options::User& user : i_options.users)
         service.accounts.Add(user.name, user.password, user.root);
     Server server(service, i_options.port);

@@ -28,6 +28,8 @@ TEST(Options, ReadsCommandLines) {
         {{"--root", f, "--root", f, "--user", "A", "--user", "A"}, "every --user needs a name of its own"},
         {{"--root", f, "--port", "65536"}, "--port wants a number"},
         {{"--root", f, "--port", "80x"}, "--port wants a number"},
+        {{"--root", f, "--max-upload", "256M"}, "--max-upload wants a number of bytes, not \"256M\""},
+        {{"--root", f, "--max-upload", "268435456"}, "Dana Sample/sample "},
         {{"--root", f, "--verbose"}, "unknown option \"--verbose\""},
     };
     for (const Row& row : rows) {

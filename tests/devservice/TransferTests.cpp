@@ -69,6 +69,40 @@ TEST_F(Transfer, UploadsInEveryMode) {
     }
 }
 
+/// Whether its size is announced or not, a body that is too big is read to its end, so that clients see the refusal.
+TEST_F(Transfer, RefusesMoreThanOneRequestMayBring) {
+    m_service.max_upload = 1'000'000;
+    const std::string good(1'000'000, 'g'), bad(1'000'001, 'b');
+    const std::string head = Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: ";
+    const std::string chunked = "Transfer-Encoding: chunked\r\n\r\n" + std::string("f4241\r\n") + bad + "\r\n0\r\n\r\n";
+    const auto post = [&](const std::string& i_route, const std::string& i_arguments, const std::string& i_rest) {
+        const std::string request = "POST /2/files/" + i_route + " HTTP/1.1\r\n" + head + i_arguments + "\r\n" + i_rest;
+        ServiceClient client = Connect(ContentHost);
+        client.Send(request);
+        return client.Receive();
+    };
+    const auto counted = [](const std::string& i_body) {
+        return "Content-Length: " + std::to_string(i_body.size()) + "\r\n\r\n" + i_body;
+    };
+    const std::string file = R"({"path": "/b.txt", "mode": "overwrite"})";
+    const auto expect_refusal = [](const Answer& i_answer) {
+        EXPECT_EQ(i_answer.result_int(), 409u);
+        EXPECT_NE(i_answer.body().find(R"("error":{".tag":"payload_too_large"}})"), std::string::npos)
+            << i_answer.body();
+    };
+    expect_refusal(post("upload", file, counted(bad)));
+    expect_refusal(post("upload", file, chunked));
+    EXPECT_EQ(ReadFile("b.txt"), "beta");
+    EXPECT_EQ(post("upload", file, counted(good)).result_int(), 200u);
+
+    expect_refusal(post("upload_session/start", "{}", counted(bad)));
+    EXPECT_EQ(Tree(), Unchanged);
+    const std::string id = Member(Json(post("upload_session/start", "{}", counted(good))), "session_id");
+    const std::string cursor = R"({"cursor": {"session_id": ")" + id + R"(", "offset": 1000000})";
+    expect_refusal(post("upload_session/append_v2", cursor + "}", counted(bad)));
+    EXPECT_EQ(post("upload_session/append_v2", cursor + "}", counted(good)).result_int(), 200u);
+}
+
 TEST_F(Transfer, UpdatesTheRevisionThatIsThere) {
     const std::string revision = Member(Json(Rpc("files/get_metadata", R"({"path": "/b.txt"})")), "rev");
     const std::string update = R"({"path": "/b.txt", "mode": {".tag": "update", "update": ")" + revision + R"("}})";
