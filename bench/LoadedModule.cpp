@@ -2,7 +2,6 @@
 
 #include "Measure.h"
 #include "services/CabNode.h"
-#include "services/Unicode.h"
 #include "support/Service.h"
 
 namespace Bench {
@@ -13,11 +12,6 @@ using DevHost::Check;
 using Qorv::ComPtr;
 
 constexpr double milliseconds = 1000;
-
-std::wstring Token() {
-    const std::string token = Tests::ReadBytes(std::filesystem::path(Tests::Variable(L"DEVSERVICE_STATE")) / "token");
-    return DevHost::FromUtf8(token.substr(0, token.find_first_of("\r\n")));
-}
 
 } // namespace
 
@@ -53,7 +47,7 @@ LoadedModule::~LoadedModule() {
 
 void LoadedModule::BindAccount() {
     const auto dictionary = Qorv::Create<DevHost::CabNode>();
-    dictionary->Member(L"Token")->SetValue(Token());
+    dictionary->Member(L"Token")->SetValue(Tests::Service::Token());
     ComPtr<Qorv::IAFS_AccountData> account;
     Check(m_file_system->CreateAccount(dictionary, nullptr, nullptr, &account), L"CreateAccount");
     Check(m_file_system->BindToObject(account, nullptr, 0, nullptr, nullptr, &m_root), L"BindToObject");

@@ -48,7 +48,7 @@ TEST_F(AccountTest, LocationsBelongToAccounts) {
 }
 
 TEST_F(AccountTest, ASavedAccountComesBack) {
-    const auto account = CreateAccount(Tests::FirstToken());
+    const auto account = CreateAccount(Tests::Service::Token());
     Qorv::Bstr user_name;
     EXPECT_HRESULT(S_OK, account->get_UserName(&user_name));
     EXPECT_EQ(L"Ada Example", user_name.View());
@@ -57,11 +57,11 @@ TEST_F(AccountTest, ASavedAccountComesBack) {
     EXPECT_HRESULT(S_OK, account->SaveTo(cab));
     EXPECT_EQ(m_user_id, ItemText(cab, L"UserId"));
     EXPECT_EQ(L"Ada Example", ItemText(cab, L"UserName"));
-    EXPECT_EQ(std::wstring::npos, ItemText(cab, L"Token").find(Tests::FirstToken())) << "the token is in clear";
+    EXPECT_EQ(std::wstring::npos, ItemText(cab, L"Token").find(Tests::Service::Token())) << "the token is in clear";
 
     Qorv::ComPtr<AccountData> again;
     EXPECT_HRESULT(S_OK, AccountData::Create(m_plugin, cab, again));
-    EXPECT_EQ(Tests::FirstToken(), again->GetToken());
+    EXPECT_EQ(Tests::Service::Token(), again->GetToken());
     EXPECT_EQ(m_user_id, again->GetUserId());
     EXPECT_HRESULT(E_INVALIDARG, account->SaveTo(nullptr));
 }
@@ -81,22 +81,22 @@ TEST_F(AccountTest, ItemsThatAreNoTextStayEmpty) {
 
 TEST_F(AccountTest, TokensWithTheHeadersWordsAreTaken) {
     for (const wchar_t* prefix : {L"", L"Bearer ", L"authorization:bearer "}) {
-        const auto account = Qorv::OwnObject<AccountData>(CreateAccount(prefix + Tests::FirstToken()));
+        const auto account = Qorv::OwnObject<AccountData>(CreateAccount(prefix + Tests::Service::Token()));
         ASSERT_NE(nullptr, account) << prefix;
-        EXPECT_EQ(Tests::FirstToken(), account->GetToken());
+        EXPECT_EQ(Tests::Service::Token(), account->GetToken());
         EXPECT_EQ(m_user_id, account->GetUserId());
     }
 }
 
 TEST_F(AccountTest, BindsReadTheAccountOnce) {
-    const auto root = Bind(Tests::FirstToken());
+    const auto root = Bind(Tests::Service::Token());
     EXPECT_EQ(2U, Calls("users/get_current_account")) << "once when the account was made, once when it was bound";
     EXPECT_EQ(2U, Tests::Service::Requests().size());
     EXPECT_EQ(Location(L""), TextOf(root));
 }
 
 TEST_F(AccountTest, BindsToPaths) {
-    EXPECT_HRESULT(S_OK, BindToPath(L"dropbox://somebody/x", CreateAccount(Tests::FirstToken())))
+    EXPECT_HRESULT(S_OK, BindToPath(L"dropbox://somebody/x", CreateAccount(Tests::Service::Token())))
         << "the path is not looked at when there is an account";
     Qorv::ComPtr<Qorv::IAFS_Name> root;
     EXPECT_HRESULT(E_INVALIDARG, m_file_system->BindToPath(L"/", nullptr, 0, m_details, nullptr, &root));
@@ -155,7 +155,7 @@ TEST_F(AccountTest, FixedAnswers) {
 
 TEST_F(AccountTest, UnloadingWhileObjectsAreHeld) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "a");
-    const auto account = CreateAccount(Tests::FirstToken());
+    const auto account = CreateAccount(Tests::Service::Token());
     const auto file = Opened(L"/a", Qorv::AFS_OpenFile_Read | Qorv::AFS_OpenFile_Write);
     Tests::WriteAll(file, "changed");
     Qorv::ComPtr<Qorv::IAFS_EnumFolder> children;

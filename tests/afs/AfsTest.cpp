@@ -7,22 +7,9 @@
 namespace {
 const auto* const log_environment = testing::AddGlobalTestEnvironment(new Tests::LogEnvironment);
 const auto* const service_environment = testing::AddGlobalTestEnvironment(new Tests::ServiceEnvironment);
-
-std::wstring TokenOf(const char* i_file) {
-    const std::string token = Tests::ReadBytes(std::filesystem::path(Tests::Variable(L"DEVSERVICE_STATE")) / i_file);
-    return FromUtf8(token.substr(0, token.find_first_of("\r\n")));
-}
 } // namespace
 
 namespace Tests {
-
-std::wstring FirstToken() {
-    return TokenOf("token");
-}
-
-std::wstring SecondToken() {
-    return TokenOf("token.1");
-}
 
 AfsTest::AfsTest() : m_objects_before(Qorv::g_live_objects) {
     OleInitialize(nullptr);
@@ -39,7 +26,7 @@ AfsTest::AfsTest() : m_objects_before(Qorv::g_live_objects) {
     EXPECT_HRESULT(S_OK, m_plugin->FinalizeRegistering());
     EXPECT_HRESULT(S_OK, m_plugin->Init());
     m_file_system = m_host->FileSystems().Find(L"Dropbox");
-    m_root = Bind(FirstToken());
+    m_root = Bind(Service::Token());
     if (const auto root = Qorv::OwnObject<Name>(m_root); root != nullptr)
         m_user_id = root->GetObject()->GetWeb()->GetUserInformation()._id;
     Service::ClearRequests();

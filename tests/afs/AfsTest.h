@@ -19,10 +19,6 @@
 
 namespace Tests {
 
-/// The bare tokens of the service's first and second account.
-std::wstring FirstToken();
-std::wstring SecondToken();
-
 /// A location of another file system.
 class ForeignName final : public Qorv::CoClass<ForeignName, Qorv::IAFS_Name> {
 public:

@@ -138,7 +138,7 @@ TEST_F(ItemTest, RenameAndDeleteTakeFoldersToo) {
 
 TEST_F(ItemTest, NothingMovesBetweenAccounts) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
-    const auto other_root = Bind(Tests::SecondToken());
+    const auto other_root = Bind(Tests::Service::Token(Tests::Service::Account::Second));
     ComPtr<IAFS_Name> other;
     EXPECT_HRESULT(S_OK, m_file_system->StringToName(L"/a", 0, other_root, &other));
     Tests::Service::ClearRequests();
@@ -175,7 +175,8 @@ TEST_F(ItemTest, DialogsCheckTheirArguments) {
                         "i_dialog_type == Qorv::AFS_Dlg_SelectFolder\""));
     EXPECT_TRUE(log.Has("Expression: \"parameters_initial_folder != nullptr\" caused returning "));
     parameters->Member(L"InitialPathName")->SetValue(ComPtr<IUnknown>(m_root.Get()));
-    EXPECT_HRESULT(E_INVALIDARG, show(Qorv::AFS_Dlg_OpenFiles, Bind(Tests::SecondToken())));
+    EXPECT_HRESULT(E_INVALIDARG,
+                   show(Qorv::AFS_Dlg_OpenFiles, Bind(Tests::Service::Token(Tests::Service::Account::Second))));
     EXPECT_TRUE(log.Has("\"initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id == "
                         "parameters_initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id\""));
     EXPECT_HRESULT(E_POINTER, m_file_system->ShowDlg(0, parameters, nullptr, nullptr, &names, nullptr));

@@ -166,7 +166,8 @@ TEST_F(NameTest, ChildrenExist) {
 // The comparison of the texts alone does not tell such accounts apart.
 TEST_F(NameTest, AUserIdThatBeginsWithAnotherIsNotBelowIt) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "a");
-    const auto session = Qorv::OwnObject<Name>(Bind(Tests::SecondToken()))->GetSession();
+    const auto session =
+        Qorv::OwnObject<Name>(Bind(Tests::Service::Token(Tests::Service::Account::Second)))->GetSession();
     const auto name = Qorv::Create<Name>(session, L"dropbox://" + m_user_id + L"d/a");
     VARIANT_BOOL answer = VARIANT_TRUE;
     EXPECT_HRESULT(S_OK, m_file_system->NameIsChildOf(name, m_root, &answer));
@@ -197,7 +198,7 @@ TEST_F(NameTest, AnotherUsersLocationBindsToNothing) {
 }
 
 TEST_F(NameTest, ObjectsOfAnotherAccountAreRefused) {
-    const auto other_root = Qorv::OwnObject<Name>(Bind(Tests::SecondToken()));
+    const auto other_root = Qorv::OwnObject<Name>(Bind(Tests::Service::Token(Tests::Service::Account::Second)));
     const auto root = Qorv::OwnObject<Name>(m_root);
     EXPECT_HRESULT(E_INVALIDARG, Tests::OutcomeOf([&] { Name::Create(other_root->GetObject(), root); }).code);
     EXPECT_HRESULT(E_INVALIDARG, Tests::OutcomeOf([&] { root->SetObject({}); }).code);

@@ -8,6 +8,7 @@
 #include "qorv/Values.h"
 #include "services/CabNode.h"
 #include "services/ErrorDetails.h"
+#include "services/Unicode.h"
 #include "support/Content.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
@@ -32,12 +33,6 @@ const auto* const wininet_environment = testing::AddGlobalTestEnvironment(new Wi
 
 using Qorv::ComPtr;
 
-/// The token's text as it stands in the service's state folder.
-std::string Token() {
-    std::string token = ReadBytes(std::filesystem::path(Variable(L"DEVSERVICE_STATE")) / "token");
-    return token.substr(0, token.find_first_of("\r\n"));
-}
-
 class MainJobTest : public ServiceTest {
 protected:
     MainJobTest() { OleInitialize(nullptr); }
@@ -53,8 +48,7 @@ protected:
     void Load() {
         m_host.emplace(m_profile.Path(), ModulePath(), [](const std::wstring&) {});
         const auto cab = Qorv::Create<DevHost::CabNode>();
-        const std::string token = Token();
-        cab->Member(L"Token")->SetValue(std::wstring(token.begin(), token.end()));
+        cab->Member(L"Token")->SetValue(Service::Token());
         ComPtr<Qorv::IAFS_AccountData> account;
         ASSERT_HRESULT_SUCCEEDED(m_host->FileSystem().CreateAccount(cab, nullptr, nullptr, &account));
         ASSERT_HRESULT_SUCCEEDED(m_host->FileSystem().BindToObject(account, nullptr, 0, nullptr, nullptr, &m_root));
@@ -134,7 +128,7 @@ TEST_F(MainJobTest, LogHasEveryLineInItsFormAndNoToken) {
     m_host->Unload();
 
     const std::string log = ReadBytes(folder.Path() / "Qorvx-Dropbox.log");
-    EXPECT_EQ(log.find(Token()), std::string::npos);
+    EXPECT_EQ(log.find(DevHost::ToUtf8(Service::Token())), std::string::npos);
     for (const char* text : {"Plugin::Setup--> \n", "Plugin::Setup<-- S_OK\n", "FileSystem::OpenFile--> \n",
                              "\"path/not_found/", "caused returning \"HRESULT 0x80070002: "})
         EXPECT_NE(log.find(text), std::string::npos) << text;

@@ -95,11 +95,6 @@ std::string Bytes(const rapidjson::Value& i_value) {
 std::set<std::string> g_known_tokens;
 std::set<std::string> g_valid_tokens; ///< Of those.
 
-std::string SavedToken() {
-    const std::string token = ReadBytes(std::filesystem::path(Variable(L"DEVSERVICE_STATE")) / "token");
-    return token.substr(0, token.find_first_of("\r\n"));
-}
-
 } // namespace
 
 std::string Request::Field(const std::string& i_name) const {
@@ -158,13 +153,19 @@ void RevokeTokens() {
 
 std::vector<std::string> KnownTokens() {
     std::vector<std::string> tokens(g_known_tokens.begin(), g_known_tokens.end());
-    if (const std::string token = SavedToken(); !token.empty())
+    if (const std::string token = ToUtf8(Token()); !token.empty())
         tokens.push_back(token);
     return tokens;
 }
 
+std::wstring Token(Account i_account) {
+    const auto* const file = i_account == Account::First ? "token" : "token.1";
+    const std::string token = ReadBytes(std::filesystem::path(Variable(L"DEVSERVICE_STATE")) / file);
+    return FromUtf8(token.substr(0, token.find_first_of("\r\n")));
+}
+
 std::wstring AuthorizationHeader() {
-    return L"Authorization:Bearer " + FromUtf8(SavedToken()) + L"\n";
+    return L"Authorization:Bearer " + Token() + L"\n";
 }
 
 std::filesystem::path LocalPath(const std::wstring& i_path) {

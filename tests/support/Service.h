@@ -45,7 +45,11 @@ void RevokeTokens();
 /// Every token that this process has used.
 std::vector<std::string> KnownTokens();
 
-/// "Authorization:Bearer " and the service's token, with the line end.
+/// A token of an account that never expires.
+enum class Account { First, Second };
+std::wstring Token(Account i_account = Account::First);
+
+/// "Authorization:Bearer " and the first account's token, with the line end.
 std::wstring AuthorizationHeader();
 
 /// A path below the first account's folder. `i_path` begins with "/", as the service's paths do.
