@@ -2,16 +2,15 @@
 
 #include "qorv/Base.h"
 
-#include <atomic>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 /// The open log file, in UTF-8.
 ///
 /// Not a wide stream of the standard library: one such stream in the "C" locale dies at the first character that is not
-/// ASCII, and closing it then never returns. Each line takes its place in the file before it is written, so lines of
-/// several threads stay whole without a lock, which a thread that is ended with the process could leave behind locked.
+/// ASCII, and closing it then never returns. The file is opened for appending alone, so that two processes with one log
+/// never write over each other. Threads take turns by a mutex of the system: one that is ended with its process gives
+/// its turn back, which a lock of the runtime would not.
 class LogFile {
 public:
     LogFile() = default;
@@ -28,5 +27,5 @@ public:
 
 private:
     HANDLE m_file = INVALID_HANDLE_VALUE;
-    std::atomic<std::uint64_t> m_size{0}; ///< In bytes.
+    HANDLE m_turn = nullptr;
 };

@@ -1,5 +1,6 @@
 // The log: its switch, where its lines go, and their form.
 
+#include "core/LogFile.h"
 #include "core/Text.h"
 #include "core/Trace.h"
 #include "qorv/Host.h"
@@ -240,6 +241,19 @@ TEST(LogTest, KeepsLinesOfSeveralThreadsWhole) {
     const std::regex whole(line_head + std::string("Thread<-- (a{200}|b{200}|c{200}|d{200})"));
     for (const std::string& line : lines)
         ASSERT_TRUE(std::regex_match(line, whole)) << line;
+}
+
+TEST(LogTest, TwoWritersOfOneFileKeepEachOthersLines) {
+    const TemporaryFolder folder;
+    const std::wstring path = (folder.Path() / "log").wstring();
+    LogFile first, second;
+    ASSERT_TRUE(first.Open(path));
+    first.Write(L"gone\n");
+    ASSERT_TRUE(second.Open(path)) << "each process begins the file anew";
+    first.Write(L"first\n");
+    second.Write(L"second\n");
+    first.Write(L"first again\n");
+    EXPECT_EQ(ReadBytes(path), "first\nsecond\nfirst again\n");
 }
 
 } // namespace
