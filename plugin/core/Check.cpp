@@ -55,8 +55,8 @@ HRESULT ReturnException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_det
 std::wstring Reason(const Exception& i_exception) {
     const auto* http = dynamic_cast<const HttpException*>(&i_exception);
     if (http == nullptr || http->ErrorSummary().empty())
-        return i_exception.Message();
-    return i_exception.Message() + L" (" + http->ErrorSummary() + L")";
+        return i_exception.Words();
+    return i_exception.Words() + L" (" + http->ErrorSummary() + L")";
 }
 
 std::wstring TakeThreadReason() noexcept {

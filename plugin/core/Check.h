@@ -27,7 +27,7 @@
 //       };
 //   }
 
-/// What a person should know of a failure: its message, and the service's own word for it where there is one.
+/// What a person should know of a failure: its words, and the service's own word for it where there is one.
 std::wstring Reason(const Exception& i_exception);
 
 /// The reason, in words, that the thread's last failed COM method left for callers that gave it no details object;

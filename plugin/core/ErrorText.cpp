@@ -8,16 +8,15 @@
 namespace {
 
 constexpr wchar_t no_information[] = L"<no system error information avaliable>"; // Spelled so: tools look for it.
-constexpr DWORD message_language = 1033;
-constexpr DWORD text_capacity = 1024; // Characters.
+constexpr DWORD text_capacity = 1024;                                            // Characters.
 constexpr DWORD first_internet_error = INTERNET_ERROR_BASE + 1;
 
 /// The message of the system, or of a module's own table; empty when there is none.
-std::wstring SystemMessage(DWORD i_code, HMODULE i_module) {
+std::wstring SystemMessage(DWORD i_code, HMODULE i_module, DWORD i_language) {
     const DWORD source = i_module != nullptr ? FORMAT_MESSAGE_FROM_HMODULE : FORMAT_MESSAGE_FROM_SYSTEM;
     wchar_t text[text_capacity];
-    const DWORD length = FormatMessageW(source | FORMAT_MESSAGE_IGNORE_INSERTS, i_module, i_code, message_language,
-                                        text, text_capacity, nullptr);
+    const DWORD length = FormatMessageW(source | FORMAT_MESSAGE_IGNORE_INSERTS, i_module, i_code, i_language, text,
+                                        text_capacity, nullptr);
     return {text, length};
 }
 
@@ -34,12 +33,13 @@ std::wstring LastResponse() {
     return text;
 }
 
-std::wstring WindowsErrorMessage(DWORD i_error) {
+std::wstring WindowsErrorMessage(DWORD i_error, DWORD i_language) {
     if (i_error == ERROR_SUCCESS)
         return {};
     if (i_error == ERROR_INTERNET_EXTENDED_ERROR)
         return LastResponse();
-    return SystemMessage(i_error, i_error >= first_internet_error ? GetModuleHandleW(L"wininet.dll") : nullptr);
+    return SystemMessage(i_error, i_error >= first_internet_error ? GetModuleHandleW(L"wininet.dll") : nullptr,
+                         i_language);
 }
 
 std::wstring OrNoInformation(std::wstring i_message) {
@@ -59,15 +59,16 @@ std::wstring GetRequestText(HINTERNET request_handle) {
 
 } // namespace
 
-std::wstring HResultText(HRESULT hr) {
+std::wstring HResultText(HRESULT hr, DWORD i_language) {
     wchar_t code[32];
     std::swprintf(code, std::size(code), L"HRESULT 0x%.8x: ", static_cast<unsigned>(hr));
-    return code + OrNoInformation(SystemMessage(static_cast<DWORD>(hr), nullptr));
+    return code + OrNoInformation(SystemMessage(static_cast<DWORD>(hr), nullptr, i_language));
 }
 
-std::wstring LastErrorText() {
+std::wstring LastErrorText(DWORD i_language) {
     const DWORD error = GetLastError();
-    std::wstring text = L"GetLastError " + std::to_wstring(error) + L": " + OrNoInformation(WindowsErrorMessage(error));
+    std::wstring text =
+        L"GetLastError " + std::to_wstring(error) + L": " + OrNoInformation(WindowsErrorMessage(error, i_language));
     SetLastError(error); // The caller may want the code as well.
     return text;
 }

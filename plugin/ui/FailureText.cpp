@@ -66,7 +66,8 @@ std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_fai
     const std::wstring words = FormatString(i_host_instance, kind.text_id);
     if (kind.is_clear)
         return words;
-    const std::wstring detail = i_failure.reason.empty() ? HResultText(i_failure.code) : i_failure.reason;
+    const std::wstring detail =
+        i_failure.reason.empty() ? HResultText(i_failure.code, user_language) : i_failure.reason;
     return words + L"\n(" + OneParagraph(detail) + L")";
 }
 

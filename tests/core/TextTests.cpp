@@ -47,6 +47,14 @@ TEST(ErrorTextTest, NamesLastErrors) {
     EXPECT_EQ(LastErrorText(), std::wstring(L"GetLastError 12003: ") + no_information);
 }
 
+TEST(ErrorTextTest, SpeaksTheLanguageItIsAskedFor) {
+    constexpr DWORD german = 1031;
+    EXPECT_NE(HResultText(E_ACCESSDENIED, german), HResultText(E_ACCESSDENIED));
+    EXPECT_NE(HResultText(E_ACCESSDENIED, user_language).find(L": "), std::wstring::npos);
+    SetLastError(ERROR_INTERNET_CANNOT_CONNECT);
+    EXPECT_NE(LastErrorText(german), LastErrorText());
+}
+
 TEST(ExceptionTest, KeepsWordsAndCode) {
     SetLastError(ERROR_ACCESS_DENIED);
     const Outcome api = OutcomeOf([] { throw ApiException(); });
