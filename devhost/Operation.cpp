@@ -19,11 +19,14 @@ struct Hint {
     std::wstring_view advice;
 };
 
+constexpr std::wstring_view too_large = L"The file is larger than Dropbox takes in one piece (150 MB)";
 constexpr Hint hints[] = {
     {L"HTTP 401", L"The service refuses the token: sign in again (qorvhost login)"},
     {L"HTTP 429", L"The service is busy: try again later"},
     {L"/conflict/", L"Something of this name is there already"},
     {L"insufficient_space", L"The account is full"},
+    {L"payload_too_large", too_large},
+    {L"HTTP 413", too_large},
 };
 
 /// Adds what the service's own word means for a person.

@@ -27,6 +27,8 @@ constexpr Kind kinds[] = {
     {L"no_write_permission", L"db.fail.notAllowed", true},
     {L"disallowed_name", L"db.fail.badName", true},
     {L"malformed_path", L"db.fail.badName", true},
+    {L"payload_too_large", L"db.fail.tooLarge", true},
+    {L"HTTP 413", L"db.fail.tooLarge", true},
 };
 
 bool IsOfConnection(HRESULT i_code) noexcept {

@@ -137,6 +137,8 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
         {http(L"HTTP 409: Conflict (path/conflict/folder/..)"), L"db.fail.exists", false},
         {http(L"HTTP 429: Too Many Requests (too_many_requests/)"), L"db.fail.tooMany", false},
         {http(L"HTTP 503: Service Unavailable"), L"db.fail.service", false},
+        {http(L"HTTP 413: Payload Too Large"), L"db.fail.tooLarge", false},
+        {http(L"HTTP 409: Conflict (payload_too_large/..)"), L"db.fail.tooLarge", false},
         {{HRESULT_FROM_WIN32(12007), L"GetLastError 12007: "}, L"db.fail.connection", false},
         {{E_INVALIDARG, L""}, L"db.fail.notFound", false},
         {http(L"odd words\r\n"), L"db.fail.other", false},
