@@ -9,13 +9,17 @@
 
 namespace {
 
+constexpr std::wstring_view plain_text = L"text/plain";
+
 // What goes wrong in here is logged where it happens, and must not hide the status that is being reported.
 
+/// All of it is for the log alone: the service's own word stands at the beginning.
 std::string ReadableBody(Http::Response& io_response) {
     TRACE_FUNCTION();
+    constexpr std::size_t limit_without_log = 64 * 1024;
     std::string body;
     try {
-        Http::AppendBody(io_response, body);
+        Http::AppendBody(io_response, body, IsLogEnabled() ? std::string::npos : limit_without_log);
     } catch (const Exception&) {
         // As far as it came.
     }
@@ -55,6 +59,29 @@ std::wstring ErrorSummary(const std::wstring& i_body) {
     return end == std::wstring::npos ? std::wstring{} : i_body.substr(start + 1, end - start - 1);
 }
 
+/// The first line of a reply that is plain text, which is the service's sentence about a request that it can't make
+/// sense of. Cut to a length that a message can show.
+std::wstring PlainSentence(const Http::Response& i_response, const std::wstring& i_body) {
+    TRACE_FUNCTION();
+    constexpr std::size_t longest_sentence = 300;
+    const auto types = i_response.GetHeaders(L"Content-Type");
+    if (types.empty() || !EqualsNoCase(std::wstring_view(types.front()).substr(0, plain_text.size()), plain_text))
+        return {};
+    return i_body.substr(0, std::min(i_body.find_first_of(L"\r\n"), longest_sentence));
+}
+
+std::wstring ServiceWords(const Http::Response& i_response, const std::wstring& i_body) {
+    TRACE_FUNCTION();
+    std::wstring summary = ErrorSummary(i_body);
+    if (!summary.empty())
+        return summary;
+    try {
+        return PlainSentence(i_response, i_body);
+    } catch (const Exception&) {
+        return {};
+    }
+}
+
 } // namespace
 
 std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_caller) {
@@ -67,5 +94,5 @@ std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_c
     } catch (const Exception&) {
         // The line is lost.
     }
-    return ErrorSummary(body);
+    return ServiceWords(io_response, body);
 }

@@ -2,9 +2,13 @@
 
 #include "core/Trace.h"
 
-void Http::AppendBody(Response& io_response, std::string& io_body) {
+void Http::AppendBody(Response& io_response, std::string& io_body, std::size_t i_limit) {
     TRACE_FUNCTION();
     char piece[1024];
-    while (const std::uint32_t size = io_response.Read(piece, sizeof piece))
+    while (io_body.size() < i_limit) {
+        const std::uint32_t size = io_response.Read(piece, sizeof piece);
+        if (size == 0)
+            break;
         io_body.append(piece, size);
+    }
 }

@@ -2,6 +2,7 @@
 
 #include "http/HttpTest.h"
 
+#include "core/Trace.h"
 #include "support/Content.h"
 
 using namespace Tests;
@@ -89,6 +90,39 @@ TEST_F(ResponseTest, ReportsTheServicesWord) {
         EXPECT_EQ(outcome.message, L"HTTP 409: Conflict");
         EXPECT_EQ(outcome.error_summary, row.summary);
     }
+}
+
+TEST_F(ResponseTest, ReportsTheFirstLineOfPlainText) {
+    struct {
+        const char* type;
+        std::string body; // As it stands in JSON.
+        std::wstring sentence;
+    } const rows[] = {
+        {"text/plain", R"(Error in call to API function)", L"Error in call to API function"},
+        {"Text/Plain; charset=utf-8", R"(First\r\nsecond)", L"First"},
+        {"text/plain", std::string(500, 'w'), std::wstring(300, L'w')},
+        {"text/html", "<html>", L""},
+        {"text/plain", "", L""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.type + row.body);
+        AddFault(R"("status": 400, "headers": [["Content-Type", ")" + std::string(row.type) + R"("]], "body": ")" +
+                 row.body + "\"");
+        EXPECT_EQ(OutcomeOf([&] { Send(); }).error_summary, row.sentence);
+    }
+}
+
+TEST_F(ResponseTest, ReadsNoMoreOfAFailedReplyThanItNeeds) {
+    const auto summary = [&](std::size_t i_padding) {
+        AddFault(R"("status": 409, "body": "{\"x\": \")" + std::string(i_padding, 'x') +
+                 R"(\", \"error_summary\": \"found\"}")");
+        return OutcomeOf([&] { Send(); }).error_summary;
+    };
+    EXPECT_EQ(summary(200'000), L"found") << "the log tells all of it";
+    Detail::g_log_enabled = false;
+    EXPECT_EQ(summary(60'000), L"found");
+    EXPECT_EQ(summary(200'000), L"");
+    Detail::g_log_enabled = true;
 }
 
 TEST_F(ResponseTest, ReportsTheStatusOfABrokenReply) {
