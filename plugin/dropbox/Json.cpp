@@ -54,6 +54,14 @@ const wchar_t* ErrorText(rapidjson::ParseErrorCode i_code, std::wstring_view i_a
     }
 }
 
+/// The reply's bytes are gone before they are parsed: listings are long, and three copies of one would be too many.
+std::wstring ReadText(Http::Response& response) {
+    TRACE_FUNCTION();
+    std::string body;
+    Http::AppendBody(response, body);
+    return FromUtf8(body);
+}
+
 } // namespace
 
 void ThrowJsonAssertion(const wchar_t* i_assertion) {
@@ -85,11 +93,7 @@ void JsonDocument::ParseText(std::wstring i_text) {
 void ParseJson(JsonDocument& document, Http::Response& response) {
     TRACE_FUNCTION();
     JsonDocument& json = document;
-    std::string body;
-    Http::AppendBody(response, body);
-    std::wstring text = FromUtf8(body);
-    body = {}; // Listings are long: three copies of one would be too many.
-    json.ParseText(std::move(text));
+    json.ParseText(ReadText(response));
     // It says line and means the character: kept, because tools that read the log know it so.
     CHECK_THROW(!json.HasParseError(), Exception(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() +
                                                  L"\nJSON line: " + std::to_wstring(json.ErrorOffset())));
