@@ -27,7 +27,6 @@ constexpr KnownCode known_codes[] = {
     {0x80070020, L"another program has the file open"},
     {0x80070050, L"the file exists already"},
     {0x80070070, L"the disk is full"},
-    {0x80070459, L"the name has characters that this machine cannot send"},
     {0x80072EE2, L"the service did not answer in time"},
     {0x80072EE7, L"the service's address is not known: is there a connection to the internet?"},
     {0x80072EFD, L"no connection to the service"},

@@ -17,13 +17,10 @@ inline constexpr wchar_t json_content[] = L"Content-Type: application/json\n";
 /// Deletes, copies and moves end their one header line with nothing.
 inline constexpr wchar_t json_content_without_line_end[] = L"Content-Type: application/json";
 
-/// Whether a header carries a text as it is: WinINet converts headers to the machine's code page, and a control
-/// character would end the line. Files whose paths do not survive can be listed, but neither read nor written.
-bool SurvivesInHeader(std::wstring_view text);
-
-/// The arguments of a call, in JSON, after the paths were put into them as they stand. A path with a quotation mark or
-/// a backslash makes bad JSON of them, which the service rejects. One that makes good JSON of another meaning would
-/// read, replace or delete another item: that is refused here, with an `HResultException`.
+/// The arguments of a call, in JSON, after the paths were put into them as they stand. A path that is not well formed
+/// is refused here, with an `HResultException`. One with a quotation mark or a backslash makes bad JSON of them, which
+/// the service rejects; but one that makes good JSON of another meaning would read, replace or delete another item, and
+/// is refused here as well.
 std::string CheckedArguments(std::string arguments, std::initializer_list<std::wstring_view> paths);
 
 /// The header line that carries the arguments of a download.

@@ -4,7 +4,7 @@
 #include "afs/Name.h"
 #include "core/Text.h"
 #include "core/Trace.h"
-#include "dropbox/ApiCalls.h"
+#include "dropbox/RemotePath.h"
 #include "ui/FileRows.h"
 
 #include <algorithm>
@@ -61,7 +61,7 @@ bool IsRefusedName(std::wstring_view i_name) {
 /// The name of a file to save: an existing one, or a new one that the service takes.
 Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
     TRACE_FUNCTION();
-    if (!IsNameForService(i_name.text, true))
+    if (!IsNameForService(i_name.text))
         return Refuse(L"db.msg.badName", i_name.text);
     if (i_name.name == nullptr)
         return {.kind = Kind::save_new, .names = {i_name}};
@@ -123,7 +123,7 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
     return {.kind = Kind::choose, .names = i_names};
 }
 
-bool IsNameForService(std::wstring_view i_name, bool i_is_file) {
+bool IsNameForService(std::wstring_view i_name) {
     TRACE_FUNCTION();
     const bool is_element = !i_name.empty() && i_name.size() <= longest_name && i_name != L"." && i_name != L".." &&
                             i_name.find_first_of(L"/\\\"") == std::wstring_view::npos &&
@@ -131,7 +131,7 @@ bool IsNameForService(std::wstring_view i_name, bool i_is_file) {
     if (!is_element || IsRefusedName(i_name))
         return false;
     const std::wstring location = std::wstring(location_prefix).append(L"/").append(i_name);
-    return Name::IsStringValid(location) && (!i_is_file || Dropbox::SurvivesInHeader(i_name));
+    return Name::IsStringValid(location) && Dropbox::CanBeSent(i_name);
 }
 
 } // namespace Ui

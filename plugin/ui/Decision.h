@@ -51,8 +51,7 @@ Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileR
 /// The choice of names that were typed, as they are after the rules for extensions, matched with what the folder holds.
 Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names);
 
-/// Whether the service takes a text as the name of a new file or folder. `i_is_file` also asks for what an upload
-/// needs.
-bool IsNameForService(std::wstring_view i_name, bool i_is_file);
+/// Whether the service takes a text as the name of a new file or folder.
+bool IsNameForService(std::wstring_view i_name);
 
 } // namespace Ui

@@ -110,7 +110,6 @@ private:
     void GoTo(const std::wstring& i_location);
     void SaveNew(const TypedName& i_name);
     void Choose(const std::vector<TypedName>& i_names);
-    bool CanBeSent(IAFS_Name* i_name) const;
     void End();
     std::wstring NameText() const;
     void ResetName();

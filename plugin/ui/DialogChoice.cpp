@@ -1,7 +1,7 @@
 // What a dialog makes of OK.
 
 #include "core/Check.h"
-#include "dropbox/ApiCalls.h"
+#include "dropbox/RemotePath.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"
 #include "ui/NameExtension.h"
@@ -108,7 +108,7 @@ void Dialog::Choose(const std::vector<TypedName>& i_names) {
     ComPtr<NamesCollection> chosen;
     CHECK_HRESULT_THROW(NamesCollection::Create(chosen));
     for (const TypedName& typed : i_names) {
-        if (!m_mode.chooses_folder && !Dropbox::SurvivesInHeader(DisplayPath(typed.name)))
+        if (!m_mode.chooses_folder && !Dropbox::CanBeSent(DisplayPath(typed.name)))
             return m_questions->TellWhyNot(L"db.msg.badPath", DisplayPath(typed.name));
         CHECK_HRESULT_THROW(chosen->Add(typed.name));
     }

@@ -89,7 +89,7 @@ void Dialog::OnNewFolderNamed(LONG) {
     const auto title = m_list->EndNewFolder();
     if (!title || title->empty() || !CanRun(Ui::DialogCommand::new_folder))
         return;
-    if (Ui::IsNameForService(*title, false))
+    if (Ui::IsNameForService(*title))
         CreateFolder(*title);
     else
         m_questions->TellWhyNot(L"db.msg.badName", *title);
