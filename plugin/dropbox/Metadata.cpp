@@ -1,8 +1,9 @@
 #include "dropbox/Metadata.h"
 
+#include "core/Check.h"
 #include "core/Text.h"
-#include "core/Trace.h"
 #include "dropbox/DateTime.h"
+#include "dropbox/RemotePath.h"
 
 using Dropbox::Utility::JsonValue;
 using Dropbox::Utility::Member;
@@ -32,5 +33,15 @@ SharePoint::ObjectInformation Dropbox::ReadMetadata(const JsonValue& i_metadata,
     } else if (EqualsNoCase(kind, L"folder")) {
         information._is_unknown = false;
     }
+    return information;
+}
+
+SharePoint::ObjectInformation Dropbox::ReadWrittenFile(const JsonValue& i_metadata, const std::wstring& i_path) {
+    TRACE_FUNCTION();
+    SharePoint::ObjectInformation information = ReadMetadata(i_metadata, L"file");
+    if (information._path.empty()) // The folder is as it was asked for, so the name alone can tell.
+        information._path = i_path.substr(0, i_path.rfind(L'/') + 1) + information._name;
+    CHECK_THROW(IsSamePath(i_path, information._path),
+                Exception(L"The service has written another file than it was asked to: " + information._path));
     return information;
 }

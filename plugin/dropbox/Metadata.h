@@ -10,4 +10,8 @@ namespace Dropbox {
 SharePoint::ObjectInformation ReadMetadata(const Utility::JsonValue& i_metadata,
                                            const wchar_t* i_forced_kind = nullptr);
 
+/// The record of a file that the service has just written at `i_path`. Throws an `Exception` when the metadata is that
+/// of another file.
+SharePoint::ObjectInformation ReadWrittenFile(const Utility::JsonValue& i_metadata, const std::wstring& i_path);
+
 } // namespace Dropbox

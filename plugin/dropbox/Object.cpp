@@ -94,7 +94,7 @@ void Object::FinishWrite(Http::Request& io_request) {
     Http::Response response = io_request.Send();
     Utility::JsonDocument metadata;
     Utility::ParseJson(metadata, response);
-    m_information = ReadMetadata(metadata, L"file");
+    m_information = ReadWrittenFile(metadata, m_information._path);
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Object::GetChildren() {

@@ -120,7 +120,7 @@ std::shared_ptr<SharePoint::Object> Web::CreateFile(const std::wstring& path) {
     const std::wstring headers = UploadArgument(path) + L"Content-Type: application/octet-stream\n";
     const JsonDocument metadata =
         ReadReply(m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr));
-    return NewObject(ReadMetadata(metadata, L"file"));
+    return NewObject(ReadWrittenFile(metadata, path));
 }
 
 std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) {

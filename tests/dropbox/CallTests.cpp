@@ -184,4 +184,42 @@ TEST_F(CallTest, PathsThatNoRequestCanCarryAreRefused) {
     EXPECT_TRUE(Service::Requests().empty());
 }
 
+TEST_F(CallTest, AReplyThatNamesAnotherFileIsAFailure) {
+    struct {
+        const wchar_t* path;
+        const char* answered; // Members of the reply.
+        bool is_good;
+    } const rows[] = {
+        {L"/Café.txt", R"("name": "CAFÉ.TXT", "path_display": "/CAFÉ.TXT")", true},
+        {L"/Cafe\u0301.txt", R"("name": "Café.txt", "path_display": "/Café.txt")", true},
+        {L"/Café.txt", R"("name": "Café.txt")", true},
+        {L"/CafÃ©.txt", R"("name": "Café.txt", "path_display": "/Café.txt")", false},
+        {L"/CafÃ©.txt", R"("name": "Café.txt")", false},
+        {L"/straße.txt", R"("name": "strasse.txt", "path_display": "/strasse.txt")", false},
+        {L"/a\u200d.txt", R"("name": "a.txt", "path_display": "/a.txt")", false},
+        {L"/Documents/a.txt", R"("name": "a.txt", "path_display": "/a.txt")", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(ToUtf8(row.path)) + " " + row.answered);
+        const std::string reply =
+            std::string("{") + row.answered + R"(, "server_modified": "2026-01-02T03:04:05Z", "size": 3})";
+        std::string quoted;
+        for (const char c : reply)
+            quoted += c == '"' ? "\\\"" : std::string(1, c);
+        const std::string fault = R"({"path": "2/files/upload", "times": 2, "body": ")" + quoted + "\"}";
+        Service::AddFault(fault);
+        const auto object = Dropbox::Object::Create({._name = L"n", ._path = row.path, ._is_folder = false}, m_web);
+        const Outcome created = OutcomeOf([&] { m_web->CreateFile(row.path); });
+        const Outcome written = OutcomeOf([&] {
+            auto request = object->OpenWrite(3);
+            request.Write("new", 3);
+            object->FinishWrite(request);
+        });
+        EXPECT_EQ(created.type, row.is_good ? "" : "Exception");
+        EXPECT_EQ(written.type, row.is_good ? "" : "Exception");
+        EXPECT_EQ(object->GetInformation()._size, row.is_good ? 3u : 0u);
+        EXPECT_TRUE(object->GetInformation()._path.starts_with(L'/'));
+    }
+}
+
 } // namespace
