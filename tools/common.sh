@@ -24,7 +24,8 @@ FailWithLog() {
 # it takes longer than a moment.
 RunLogged() {
     local log=$build_folder/$1.log message=$2 failed=0 teller
-    (sleep 1 >/dev/null 2>&1 && Say "$message") &
+    # The sleep outlives the step, which must not keep a lock.
+    (sleep 1 >/dev/null 2>&1 && Say "$message") 9>&- &
     teller=$!
     "${@:3}" >"$log" 2>&1 </dev/null || failed=1
     kill "$teller" 2>/dev/null || true
