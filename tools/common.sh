@@ -1,7 +1,8 @@
 # What every script of this repository uses. Sourced, never run; the caller has set -euo pipefail.
 # shellcheck shell=bash
 
-repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
+# The one true path: a tree that is reached by two has one prefix, one display and one service.
+repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_folder=$repository/build
 user=$(id -u)
 mkdir -p "$build_folder"

@@ -3,7 +3,7 @@
 # prints, and checks the outcome against the folder that the service really holds.
 set -euo pipefail
 # shellcheck source=tools/wine.sh
-source "$(dirname -- "${BASH_SOURCE[0]}")/wine.sh"
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/wine.sh"
 
 demo_folder=$build_folder/demo
 served=$demo_folder/folder # What the service holds.
