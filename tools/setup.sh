@@ -33,7 +33,7 @@ InstallPackages() {
     # Another installation may be running; we wait for it.
     TryLogged apt-install "Installing the packages" \
         AsRoot apt-get -q install -y --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}" ||
-        Fail "the packages cannot be installed: $(WhatAptSaid) (the whole output is in $(LogOf apt-install))"
+        Fail "the packages cannot be installed: $(WhatAptSaid) (is there a network? The whole output is in $(LogOf apt-install))"
 }
 
 # The first of its reasons; without a network that is one package after the other.
