@@ -3,7 +3,7 @@
 # build/bench.json. Sets everything up, with a development service of its own. --quick takes fewer bytes and rounds;
 # NAMEs are topics (transfer, list, memory, load, trace), all by default. docs/performance.md explains the figures.
 set -euo pipefail
-here=$(dirname -- "${BASH_SOURCE[0]}")
+here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
 # shellcheck source=tools/setup.sh
 source "$here/tools/setup.sh"
 # shellcheck source=tools/build.sh

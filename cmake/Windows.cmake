@@ -15,12 +15,16 @@ file(CREATE_LINK "${RAPIDJSON_INCLUDE_DIR}/rapidjson" "${RAPIDJSON_COPY}/rapidjs
 add_library(rapidjson INTERFACE)
 target_include_directories(rapidjson SYSTEM INTERFACE "${RAPIDJSON_COPY}")
 
-# The platform's and the library's headers take four fifths of a compilation: they are compiled once, and every target
-# says `target_precompile_headers(NAME REUSE_FROM platform_headers)`. None of our own are among them, and no file relies
-# on it: the analyser compiles without.
-file(WRITE "${CMAKE_BINARY_DIR}/platform_headers.cpp.new" "")
-file(COPY_FILE "${CMAKE_BINARY_DIR}/platform_headers.cpp.new" "${CMAKE_BINARY_DIR}/platform_headers.cpp" ONLY_IF_DIFFERENT)
-add_library(platform_headers OBJECT "${CMAKE_BINARY_DIR}/platform_headers.cpp")
-target_precompile_headers(platform_headers PRIVATE
-    <windows.h> <objbase.h> <oleauto.h> <wininet.h> <shlwapi.h>
-    <algorithm> <atomic> <cstdint> <functional> <map> <memory> <new> <optional> <string> <string_view> <utility> <vector>)
+# The platform's and the library's headers take four fifths of a compilation: they are compiled once for each set of
+# options, and every target says `target_precompile_headers(NAME REUSE_FROM platform_headers)`. None of our own are among
+# them, and no file relies on it: the analyser compiles without.
+function(add_platform_headers NAME)
+    set(source "${CMAKE_BINARY_DIR}/${NAME}.cpp")
+    file(WRITE "${source}.new" "")
+    file(COPY_FILE "${source}.new" "${source}" ONLY_IF_DIFFERENT)
+    add_library(${NAME} OBJECT "${source}")
+    target_precompile_headers(${NAME} PRIVATE
+        <windows.h> <objbase.h> <oleauto.h> <wininet.h> <shlwapi.h>
+        <algorithm> <atomic> <cstdint> <functional> <map> <memory> <new> <optional> <string> <string_view> <utility> <vector>)
+endfunction()
+add_platform_headers(platform_headers)

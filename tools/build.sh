@@ -9,17 +9,61 @@ BuildPrograms() {
     Locked build BuildPreset windows windows "the plug-in and its host" qorvhost dropbox_module devtrust
 }
 
-# All there is, tests and all.
+# All there is, tests and all, without a warning.
 BuildAll() {
-    Locked build BuildPreset native devservice "the development service and its tests" all
-    Locked build BuildPreset windows windows "the plug-in, its host and the tests" all
+    Locked build BuildStrictly native devservice "the development service and its tests" all
+    Locked build BuildStrictly windows windows "the plug-in, its host and the tests" all
 }
 
-# BuildPreset PRESET FOLDER WHAT TARGET...
+# BuildPreset PRESET FOLDER WHAT TARGET...: a warning, as another compiler may have some, stops nobody who wants to run
+# the programs. What was once built strictly stays so as long as that goes well: to build it otherwise is to build it anew.
 BuildPreset() {
     local folder=$build_folder/$2
+    ForgetForeignBuild "$folder"
     # Later changes of the build's description are noticed by the build itself.
-    [[ -e $folder/build.ninja ]] ||
-        RunLogged "configure-$1" "Configuring $3" cmake -S "$repository" --preset "$1"
-    RunLogged "build-$1" "Building $3" cmake --build "$folder" --target "${@:4}"
+    [[ -e $folder/build.ninja ]] || Configure "$1" "$3" OFF
+    Build "$@" && return
+    StoppedByWarning "$1" || FailBuild "$@"
+    Say "Warnings have stopped the build; it starts anew and lets them pass"
+    Configure "$1" "$3" OFF
+    Build "$@" || FailBuild "$@"
+}
+
+# BuildStrictly PRESET FOLDER WHAT TARGET...: warnings are errors.
+BuildStrictly() {
+    local folder=$build_folder/$2
+    ForgetForeignBuild "$folder"
+    if [[ ! -e $folder/build.ninja ]] || ! IsStrict "$folder"; then
+        Configure "$1" "$3" ON
+    fi
+    Build "$@" || FailBuild "$@"
+}
+
+# Configure PRESET WHAT ON|OFF: whether warnings are errors.
+Configure() {
+    RunLogged "configure-$1" "Configuring $2" \
+        cmake -S "$repository" --preset "$1" -D "CMAKE_COMPILE_WARNING_AS_ERROR=$3"
+}
+
+IsStrict() { grep -q '^CMAKE_COMPILE_WARNING_AS_ERROR:.*=ON$' "$1/CMakeCache.txt"; }
+
+Build() { TryLogged "build-$1" "Building $3" cmake --build "$build_folder/$2" --target "${@:4}"; }
+FailBuild() { FailWithLog "$(LogOf "build-$1")" "this failed: Building $3"; }
+StoppedByWarning() { grep -q 'warnings being treated as errors' "$(LogOf "build-$1")"; }
+
+# A build that was begun in another place would go on with the sources there, and one that was begun with other programs,
+# before an upgrade of the system, cannot go on at all.
+ForgetForeignBuild() {
+    [[ ! -e $1 || -z $(find "$1" -maxdepth 1 ! -writable -print -quit) ]] ||
+        Fail "$1 has files that another user has built; remove it, or use a copy of the repository of your own"
+    cmp -s "$1/.origin" <(BuildOrigin "$1") && return
+    [[ ! -e $1/CMakeCache.txt ]] || Say "${1#"$repository/"} was built in another place or with other compilers: it is built anew"
+    rm -rf "$1"
+    mkdir -p "$1"
+    BuildOrigin "$1" >"$1/.origin"
+}
+
+BuildOrigin() {
+    printf '%s\n' "$1"
+    command -v cmake ninja g++ x86_64-w64-mingw32-g++-posix | xargs stat --dereference --format '%n %s %Y'
 }

@@ -1,10 +1,10 @@
 # What every script of this repository uses. Sourced, never run; the caller has set -euo pipefail.
 # shellcheck shell=bash
 
-repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
+# The one true path: a tree that is reached by two has one prefix, one display and one service.
+repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_folder=$repository/build
 user=$(id -u)
-mkdir -p "$build_folder"
 
 # Progress goes to standard error: standard output belongs to the program that the script runs in the end.
 Say() { printf '%s\n' "$*" >&2; }
@@ -14,6 +14,9 @@ Fail() {
     exit 1
 }
 
+mkdir -p "$build_folder"
+[[ -w $build_folder ]] || Fail "$build_folder belongs to another user; use a copy of the repository of your own"
+
 # FailWithLog FILE MESSAGE...
 FailWithLog() {
     tail -n 40 "$1" >&2
@@ -22,15 +25,21 @@ FailWithLog() {
 
 # RunLogged NAME MESSAGE COMMAND...: runs a step whose output nobody reads unless it fails. MESSAGE says what happens when
 # it takes longer than a moment.
-RunLogged() {
-    local log=$build_folder/$1.log message=$2 failed=0 teller
-    (sleep 1 >/dev/null 2>&1 && Say "$message") &
+RunLogged() { TryLogged "$@" || FailWithLog "$(LogOf "$1")" "this failed: $2"; }
+
+# TryLogged NAME MESSAGE COMMAND...: the same, for a caller who knows what to do when it fails.
+TryLogged() {
+    local message=$2 failed=0 teller
+    # The sleep outlives the step, which must not keep a lock.
+    (sleep 1 >/dev/null 2>&1 && Say "$message") 9>&- &
     teller=$!
-    "${@:3}" >"$log" 2>&1 </dev/null || failed=1
+    "${@:3}" >"$(LogOf "$1")" 2>&1 </dev/null || failed=1
     kill "$teller" 2>/dev/null || true
     wait "$teller" 2>/dev/null || true
-    [[ $failed == 0 ]] || FailWithLog "$log" "this failed: $message"
+    return "$failed"
 }
+
+LogOf() { printf '%s\n' "$build_folder/$1.log"; }
 
 # WaitFor SECONDS COMMAND...: asks every 20 ms until the command succeeds; fails when the time is up.
 WaitFor() {

@@ -3,7 +3,7 @@
 # prints, and checks the outcome against the folder that the service really holds.
 set -euo pipefail
 # shellcheck source=tools/wine.sh
-source "$(dirname -- "${BASH_SOURCE[0]}")/wine.sh"
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/wine.sh"
 
 demo_folder=$build_folder/demo
 served=$demo_folder/folder # What the service holds.
@@ -155,6 +155,6 @@ Expect "the folder that was shown is chosen" test "$(Chosen)" = "/Documents"
 printf '%s\n' '' "== That was the main job. To go on by hand, with an account over a copy of the same documents:" '' \
     '  ./qorvhost ls /' \
     '  ./qorvhost cat "/Notes/Shopping list.txt"' \
-    '  ./qorvhost get "/Getting Started.pdf" start.pdf' \
+    '  ./qorvhost get "/Getting Started.pdf" build/start.pdf' \
     '  ./qorvhost help' \
     '  ./check                      builds and runs all tests'

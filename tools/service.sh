@@ -45,7 +45,7 @@ TrustAuthority() {
 }
 
 DistrustAuthority() {
-    RunDetached "$wine_program" "$trust_program" remove "$(WindowsPath "$1")" || Say "$1 is still trusted in $WINEPREFIX"
+    RunDetached "$(WineProgram)" "$trust_program" remove "$(WindowsPath "$1")" || Say "$1 is still trusted in $WINEPREFIX"
 }
 
 # The process id alone may by now be another program's, which has not this state folder among its arguments.

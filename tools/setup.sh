@@ -27,13 +27,17 @@ InstallPackages() {
     mapfile -t missing < <(MissingPackages "$@")
     [[ ${#missing[@]} -gt 0 ]] || return 0
     Say "Missing Debian packages: ${missing[*]}"
-    [[ $(id -u) == 0 ]] || command -v sudo >/dev/null ||
-        Fail "only root may install them, and there is no sudo. As root: apt-get install ${missing[*]}"
-    RunLogged apt-update "Reading Debian's package lists" AsRoot apt-get -q update
+    CanBecomeRoot || Fail "only root may install them. As root: apt-get install ${missing[*]}"
+    # What stays unknown after this, the next step says.
+    TryLogged apt-update "Reading Debian's package lists" AsRoot apt-get -q update || true
     # Another installation may be running; we wait for it.
-    RunLogged apt-install "Installing the packages" \
-        AsRoot apt-get -q install -y --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}"
+    TryLogged apt-install "Installing the packages" \
+        AsRoot apt-get -q install -y --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}" ||
+        Fail "the packages cannot be installed: $(WhatAptSaid) (is there a network? The whole output is in $(LogOf apt-install))"
 }
+
+# The first of its reasons; without a network that is one package after the other.
+WhatAptSaid() { sed -n 's/^E: //p' "$(LogOf apt-install)" | head -n 1; }
 
 # A later Debian may have a package under another name, which then "provides" this one.
 MissingPackages() {
@@ -43,8 +47,10 @@ MissingPackages() {
     )
 }
 
+CanBecomeRoot() { [[ $user == 0 ]] || { command -v sudo >/dev/null && sudo true; }; }
+
 AsRoot() {
     local sudo=()
-    [[ $(id -u) == 0 ]] || sudo=(sudo)
+    [[ $user == 0 ]] || sudo=(sudo)
     "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive "$@"
 }

@@ -3,12 +3,6 @@
 # shellcheck source=tools/common.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 
-# Where Debian has a "wine64" in the PATH it is a wrapper that prints noise; the program itself is here.
-wine_program=/usr/lib/wine/wine64
-[[ -x $wine_program ]] || wine_program=wine64
-wine_server=/usr/lib/wine/wineserver64
-[[ -x $wine_server ]] || wine_server=wineserver
-
 # Wine refuses a prefix that belongs to another user, hence the user id in its name.
 export WINEPREFIX=$build_folder/wine-$user
 export WINEARCH=win64
@@ -21,8 +15,14 @@ export LC_ALL=C.UTF-8
 prefix_is_complete=$WINEPREFIX/.complete
 display_file=$build_folder/display-$user
 
+# Where Debian has a "wine64" in the PATH it is a wrapper that prints noise; the program itself is beside its libraries.
+# Both are looked for whenever they are used: they may be installed after this file was read.
+WineProgram() { FirstProgram /usr/lib/wine/wine64 wine64 wine; }
+WineServer() { FirstProgram /usr/lib/wine/wineserver64 wineserver; }
+FirstProgram() { command -v "$@" | head -n 1; }
+
 # RunWine PROGRAM ARGUMENTS...
-RunWine() { "$wine_program" "$@" 9>&-; }
+RunWine() { "$(WineProgram)" "$@" 9>&-; }
 
 # What outlives this script must not keep the caller's terminal, pipes or lock open, nor end with the caller's Ctrl-C.
 StartDetached() { setsid "$@" </dev/null >/dev/null 2>&1 9>&- & }
@@ -74,10 +74,10 @@ FillPrefix() {
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     StartWineServer
-    RunDetached "$wine_program" wineboot --init || Fail "Wine could not create its prefix in $WINEPREFIX"
+    RunDetached "$(WineProgram)" wineboot --init || Fail "Wine could not create its prefix in $WINEPREFIX"
     # The services of the run that made the prefix lack the one for OLE, which costs each program 10 s: they start anew.
-    RunDetached "$wine_server" -k || true
-    RunDetached "$wine_server" -w || true
+    RunDetached "$(WineServer)" -k || true
+    RunDetached "$(WineServer)" -w || true
     # Tahoma, and the signs on title bars: Wine does not find its own fonts when it is started without its wrapper.
     cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/" || Say "Wine's fonts are not where they should be"
     DetachFromHome
@@ -101,7 +101,7 @@ KeepWineServer() {
 StartWineServer() {
     # Answers 2 when the server runs already. The first program starts the services, which must not be children
     # of a caller that waits for its pipe to close.
-    ! RunDetached "$wine_server" -p || RunDetached "$wine_program" cmd /c exit
+    ! RunDetached "$(WineServer)" -p || RunDetached "$(WineProgram)" cmd /c exit
 }
 
 # Without a window manager nobody draws title bars, unless Wine does it itself ("Managed" off).
@@ -109,14 +109,14 @@ SetWindowFrames() {
     local managed=Y
     [[ $(xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) == *'window id'* ]] || managed=N
     [[ $(cat "$WINEPREFIX/.managed" 2>/dev/null) != "$managed" ]] || return 0
-    RunDetached "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f ||
+    RunDetached "$(WineProgram)" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f ||
         Fail "Wine's registry could not be written"
     echo "$managed" >"$WINEPREFIX/.managed"
 }
 
 # SetScale PERCENT: how large programs that are started from now on draw; 100 is the usual size.
 SetScale() {
-    RunDetached "$wine_program" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d $(($1 * 96 / 100)) /f ||
+    RunDetached "$(WineProgram)" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d $(($1 * 96 / 100)) /f ||
         Fail "Wine's registry could not be written"
 }
 
@@ -128,4 +128,4 @@ PrepareWine() {
 }
 
 # Ends all programs of this prefix, and of no other.
-StopWine() { [[ ! -d $WINEPREFIX ]] || RunDetached "$wine_server" -k || true; }
+StopWine() { [[ ! -d $WINEPREFIX ]] || RunDetached "$(WineServer)" -k || true; }

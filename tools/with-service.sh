@@ -7,7 +7,7 @@
 # adds and removes the authority); paths are Windows' own.
 set -euo pipefail
 # shellcheck source=tools/service.sh
-source "$(dirname -- "${BASH_SOURCE[0]}")/service.sh"
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/service.sh"
 
 folder=$(mktemp -d)
 # shellcheck disable=SC2317  # called by the trap

@@ -44,11 +44,11 @@ const std::array commands{
     Command{L"help", L"[COMMAND]", L"show this text, or how a command is typed", 0, 1, ShowHelp},
 };
 
-const Command& Find(const std::wstring& i_name) {
+const Command& Find(std::wstring_view i_name) {
     const auto found = std::ranges::find(commands, i_name, &Command::name);
     if (found == commands.end())
-        throw UsageError((i_name.starts_with(L'-') ? L"There is no option \"" : L"There is no command \"") + i_name +
-                         L"\". Try: qorvhost help");
+        throw UsageError((i_name.starts_with(L'-') ? L"There is no option \"" : L"There is no command \"") +
+                         std::wstring(i_name) + L"\". Try: qorvhost help");
     return *found;
 }
 
@@ -71,7 +71,7 @@ void RunCommand(Shell& io_shell, const Arguments& i_command) {
     if (i_command.empty())
         throw UsageError(L"Usage: qorvhost [OPTIONS] COMMAND ... Try: qorvhost help");
     const bool is_help = i_command.front() == L"--help" || i_command.front() == L"-h";
-    const Command& command = Find(is_help ? L"help" : i_command.front());
+    const Command& command = Find(is_help ? std::wstring_view(L"help") : i_command.front());
     const Arguments arguments(i_command.begin() + 1, i_command.end());
     if (arguments.size() < command.least || arguments.size() > command.most)
         throw WrongUsage(command);
