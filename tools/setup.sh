@@ -14,8 +14,12 @@ run_packages=(
 # What ./check needs besides.
 check_packages=(clang-format clang-tidy git)
 
+# What ./package needs (GoogleTest, because the build is configured with its tests).
+package_packages=(g++-mingw-w64-x86-64-posix cmake ninja-build rapidjson-dev googletest zip git)
+
 InstallRunPackages() { InstallPackages "${run_packages[@]}"; }
 InstallCheckPackages() { InstallPackages "${run_packages[@]}" "${check_packages[@]}"; }
+InstallPackagePackages() { InstallPackages "${package_packages[@]}"; }
 
 # InstallPackages NAME...: costs a few hundredths of a second when everything is there.
 InstallPackages() {

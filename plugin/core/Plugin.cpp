@@ -6,12 +6,13 @@
 #include "core/EventsHandler.h"
 #include "core/PluginIcon.h"
 #include "core/Resource.h"
+#include "core/Version.h"
 #include "qorv/Values.h"
 
 namespace {
 
 constexpr GUID plugin_guid = {0xA2EF94E6, 0x73C0, 0x4A9F, {0x8C, 0x82, 0x47, 0xA8, 0xC0, 0x41, 0x22, 0xFE}};
-constexpr ULONG plugin_version = 0x00010001; // 1.1
+constexpr ULONG plugin_version = DROPBOX_VERSION_MAJOR << 16 | DROPBOX_VERSION_MINOR;
 constexpr ULONG vendor_id = 0;
 constexpr ULONG no_optional_features = 0;
 constexpr wchar_t plugin_name[] = L"Dropbox";
