@@ -162,6 +162,8 @@ Reply Api::Answer(HttpExchange& io_exchange, Host i_host) {
                            : Reply::Html("<!DOCTYPE html>\n<title>Error (404)</title>\n<h1>Error (404)</h1>\n"
                                          "<p>We can't find the page you're looking for.</p>\n",
                                          404);
+    // The public service sends the same call's reply with a length at one time and in chunks at another.
+    reply.is_chunked = !reply.file && m_service.json_reply_count++ % 2 == 1;
     const auto time = std::chrono::steady_clock::now() - start;
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
     reply.headers.emplace_back("Cache-Control", "no-cache");

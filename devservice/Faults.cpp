@@ -67,6 +67,7 @@ void Fault::ApplyTo(Reply& io_reply) const {
         io_reply.body = *body;
         io_reply.file.reset();
     }
+    io_reply.is_chunked = is_chunked;
     io_reply.headers.insert(io_reply.headers.end(), headers.begin(), headers.end());
 }
 

@@ -185,6 +185,8 @@ void HttpExchange::RecordLoss() {
 
 void HttpExchange::Send(Reply i_reply) {
     SkipBody();
+    constexpr unsigned Http11 = 11; // older clients know no chunks
+    i_reply.is_chunked &= m_parser.get().version() >= Http11;
     if (m_fault)
         m_fault->ApplyTo(i_reply);
     if (m_fault && m_fault->truncate_at && *m_fault->truncate_at < i_reply.BodySize())
@@ -202,7 +204,7 @@ std::string HttpExchange::ReplyHead(const Reply& i_reply) const {
     };
     for (const auto& [name, value] : i_reply.headers)
         add(name, value);
-    if (m_fault && m_fault->is_chunked)
+    if (i_reply.is_chunked)
         add("Transfer-Encoding", "chunked");
     else if (!HasHeader(i_reply, "Content-Length"))
         add("Content-Length", std::to_string(i_reply.BodySize()));
@@ -215,7 +217,8 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
     const Fault fault = m_fault.value_or(Fault());
     const std::uint64_t size = io_reply.BodySize();
     const std::uint64_t end = std::min(size, fault.truncate_at.value_or(size));
-    const std::size_t piece_size = fault.piece_size > 0 ? fault.piece_size : PieceSize;
+    const std::size_t usual_size = io_reply.is_chunked ? SmallPieceSize : PieceSize;
+    const std::size_t piece_size = fault.piece_size > 0 ? fault.piece_size : usual_size;
     std::vector<char> buffer;
     std::string out = std::move(i_head); // what waits to go out together with the next bytes
     for (std::uint64_t offset = 0; offset < end;) {
@@ -223,7 +226,7 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
         const std::string_view piece = NextPiece(io_reply, offset, wanted, buffer);
         if (piece.empty())
             throw ConnectionLost("the file became shorter while it was sent");
-        if (fault.is_chunked) {
+        if (io_reply.is_chunked) {
             char chunk_size[32];
             out.append(chunk_size,
                        static_cast<std::size_t>(std::snprintf(chunk_size, sizeof chunk_size, "%zx\r\n", piece.size())));
@@ -235,13 +238,13 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
         out.clear();
         if (!is_small)
             Write(piece);
-        if (fault.is_chunked)
+        if (io_reply.is_chunked)
             out = "\r\n";
         offset += piece.size();
         if (fault.pause.count() > 0 && offset < end)
             m_faults->Pause(fault.pause);
     }
-    if (fault.is_chunked && end == size)
+    if (io_reply.is_chunked && end == size)
         out += "0\r\n\r\n";
     Write(out);
 }

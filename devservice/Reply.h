@@ -26,6 +26,7 @@ struct Reply {
     std::vector<Header> headers;
     std::string body;
     std::optional<FileBody> file; ///< When set, sent in place of `body`.
+    bool is_chunked = false;      ///< Sent in chunks, without a Content-Length.
 
     std::uint64_t BodySize() const { return file ? file->size : body.size(); }
     std::string_view Reason() const;

@@ -20,6 +20,7 @@ struct Service {
     TlsAuthority authority;
     std::atomic<std::size_t> page_size = Paging().page_size;
     std::atomic<bool> has_empty_pages = false;
+    std::atomic<unsigned> json_reply_count = 0;
     std::uint64_t max_upload = Options::DefaultMaxUpload; ///< bytes of content in one request
 
     Paging CurrentPaging() const { return {page_size, has_empty_pages}; }

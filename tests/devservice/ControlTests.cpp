@@ -86,6 +86,22 @@ TEST_F(ControlInterface, SpoilsTheTransferOfReplies) {
     EXPECT_EQ(std::string(truncated["Content-Length"]), "4");
 }
 
+TEST_F(ControlInterface, ChunksEverySecondReplyOfTheApi) {
+    for (int i = 0; i < 200; ++i)
+        WriteFile(std::to_string(i) + std::string(100, 'n'), "");
+    std::string forms;
+    for (int i = 0; i < 4; ++i) {
+        const Answer answer = Rpc("files/list_folder", R"({"path": ""})"); // more than one chunk
+        EXPECT_EQ(Json(answer)["entries"].Size(), 202u);
+        forms += answer.chunked() ? "chunked " : answer.count("Content-Length") == 1 ? "length " : "neither ";
+        EXPECT_FALSE(Download("/b.txt").chunked());
+    }
+    EXPECT_EQ(forms, "length chunked length chunked ");
+    Control("POST", "faults", R"({"path": "2/files/delete", "times": 2, "real": true})");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_FALSE(Rpc("files/delete", R"({"path": "/nope"})").chunked());
+}
+
 TEST_F(ControlInterface, DropsUploadsWithTheBeginningOfAReply) {
     Control("POST", "faults", R"({"path": "2/files/upload", "drop_request_after": 100000})");
     ServiceClient client = Connect(ContentHost);
