@@ -1,6 +1,6 @@
 #include "Benchmarks.h"
 #include "Measure.h"
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "support/Log.h"
 #include "support/TemporaryFolder.h"
 

@@ -4,9 +4,9 @@
 #include "afs/LogText.h"
 #include "core/Cab.h"
 #include "core/CabEncryptor.h"
-#include "core/Check.h"
 #include "core/Plugin.h"
 #include "core/ResourceIds.h"
+#include "core/trace/Check.h"
 
 using Qorv::Bstr;
 using Qorv::Variant;

@@ -3,7 +3,7 @@
 #include "afs/CancelFlag.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 #include "afs/CancelFlag.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 bool IsCanceled(Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
     TRACE_FUNCTION();

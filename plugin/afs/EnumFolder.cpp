@@ -2,7 +2,7 @@
 
 #include "afs/CancelFlag.h"
 #include "afs/EnumFolderItem.h"
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 EnumFolder::EnumFolder(Name* i_name) : m_name(i_name) {
     TRACE_FUNCTION();

@@ -1,6 +1,6 @@
 #include "afs/EnumFolderItem.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 EnumFolderItem::EnumFolderItem(Qorv::ComPtr<Name> i_name) : m_name(std::move(i_name)) {
     TRACE_FUNCTION();

@@ -1,6 +1,6 @@
 #include "afs/EnumNames.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "afs/CancelFlag.h"
 #include "afs/Session.h"
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "qorv/Values.h"
 
 #include <limits>

@@ -1,6 +1,6 @@
 #include "afs/FileInfo.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 FileInfo::FileInfo(Name* i_name) : m_name(i_name) {

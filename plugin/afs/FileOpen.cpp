@@ -6,7 +6,7 @@
 #include "afs/LogText.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <bit>
 

@@ -10,7 +10,7 @@
 #include "afs/Name.h"
 #include "afs/Session.h"
 #include "core/Plugin.h"
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 using Qorv::ComPtr;
 using Qorv::IQorv_CancelFlag;

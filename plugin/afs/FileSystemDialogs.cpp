@@ -3,9 +3,9 @@
 #include "afs/FileSystem.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
-#include "core/Check.h"
 #include "core/EventsHandler.h"
 #include "core/Plugin.h"
+#include "core/trace/Check.h"
 #include "ui/OpenSaveDialog.h"
 
 namespace {

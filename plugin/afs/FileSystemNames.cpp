@@ -6,7 +6,7 @@
 #include "afs/Name.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 /// `local_name`, the plug-in's own name behind the host's argument `name`. Null, and another file system's, return

@@ -1,6 +1,6 @@
 #include "afs/Location.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "dropbox/SharePoint.h"
 
 #include <algorithm>

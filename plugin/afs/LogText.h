@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <cwchar>
 #include <string>

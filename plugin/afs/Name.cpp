@@ -5,8 +5,8 @@
 #include "afs/Location.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 
 #include <algorithm>
 

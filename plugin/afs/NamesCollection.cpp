@@ -1,7 +1,7 @@
 #include "afs/NamesCollection.h"
 
 #include "afs/EnumNames.h"
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <algorithm>
 

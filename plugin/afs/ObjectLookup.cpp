@@ -1,7 +1,7 @@
 #include "afs/ObjectLookup.h"
 
-#include "core/Exceptions.h"
-#include "core/Trace.h"
+#include "core/trace/Exceptions.h"
+#include "core/trace/Trace.h"
 
 namespace {
 

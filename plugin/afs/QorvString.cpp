@@ -1,6 +1,6 @@
 #include "afs/QorvString.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 namespace Utility {

@@ -2,11 +2,11 @@
 
 #include "afs/FileSystem.h"
 #include "auth/SignIn.h"
-#include "core/Check.h"
 #include "core/MessageBox.h"
 #include "core/Plugin.h"
-#include "core/Text.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "dropbox/ServiceConfiguration.h"
 #include "dropbox/Web.h"
 

@@ -1,6 +1,6 @@
 #include "auth/AcceleratorMonitor.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <oleidl.h>
 

@@ -2,7 +2,7 @@
 
 #include "auth/SignInNavigation.h"
 #include "auth/WebBrowserDialog.h"
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 HRESULT AuthenticateDropboxOAuth2(Qorv::IQorv_Inst* host_instance, const std::wstring& client_id,
                                   std::wstring& o_header, std::wstring& o_account_id) {

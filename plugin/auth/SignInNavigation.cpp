@@ -1,8 +1,8 @@
 #include "auth/SignInNavigation.h"
 
 #include "auth/ServicePage.h"
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "auth/WebBrowserControl.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #include "auth/WebBrowserControl.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 // What the container answers where it has nothing to do: fixed answers, which the browser counts on.
 

@@ -1,9 +1,9 @@
 #include "auth/WebBrowserDialog.h"
 
 #include "auth/ServicePage.h"
-#include "core/Check.h"
 #include "core/ModalOwner.h"
 #include "core/Resource.h"
+#include "core/trace/Check.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "auth/WebBrowserEvents2.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <exdispid.h>
 

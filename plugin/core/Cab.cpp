@@ -1,7 +1,7 @@
 #include "core/Cab.h"
 
-#include "core/Check.h"
 #include "core/Resource.h"
+#include "core/trace/Check.h"
 
 HRESULT ApplyCabTemplate([[maybe_unused]] Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* o_cab,
                          const wchar_t* i_resource_id, const wchar_t* i_template_name) {

@@ -1,8 +1,8 @@
 #include "core/CabEncryptor.h"
 
 #include "core/Cab.h"
-#include "core/Check.h"
 #include "core/Plugin.h"
+#include "core/trace/Check.h"
 
 using Qorv::Bstr;
 using Qorv::ComPtr;

@@ -1,8 +1,8 @@
 #include "core/EventsHandler.h"
 
 #include "afs/FileSystem.h"
-#include "core/Check.h"
 #include "core/Plugin.h"
+#include "core/trace/Check.h"
 #include "ui/OpenSaveDialog.h"
 
 namespace {

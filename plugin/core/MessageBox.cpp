@@ -1,8 +1,8 @@
 #include "core/MessageBox.h"
 
-#include "core/Check.h"
 #include "core/ModalOwner.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 #include <vector>

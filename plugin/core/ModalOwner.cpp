@@ -1,6 +1,6 @@
 #include "core/ModalOwner.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 namespace {
 

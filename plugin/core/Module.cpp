@@ -1,6 +1,6 @@
-#include "core/Check.h"
 #include "core/Plugin.h"
 #include "core/Resource.h"
+#include "core/trace/Check.h"
 
 extern "C" {
 

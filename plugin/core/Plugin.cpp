@@ -2,11 +2,11 @@
 
 #include "afs/FileSystem.h"
 #include "core/Cab.h"
-#include "core/Check.h"
 #include "core/EventsHandler.h"
 #include "core/PluginIcon.h"
 #include "core/Resource.h"
 #include "core/Version.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "core/PluginIcon.h"
 
 #include "core/Resource.h"
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <iterator>
 

@@ -1,6 +1,6 @@
 #include "core/Resource.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <shlwapi.h>
 

@@ -1,6 +1,6 @@
 #include "core/ThreadSafeCall.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "dropbox/ApiCalls.h"
 
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "dropbox/Json.h"
 #include "dropbox/RemotePath.h"
 

@@ -1,6 +1,6 @@
 #include "dropbox/DateTime.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -1,7 +1,7 @@
 #include "dropbox/Json.h"
 
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "http/ResponseBody.h"
 
 #include <algorithm>

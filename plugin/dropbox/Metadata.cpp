@@ -1,7 +1,7 @@
 #include "dropbox/Metadata.h"
 
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "dropbox/DateTime.h"
 #include "dropbox/RemotePath.h"
 

@@ -1,7 +1,7 @@
 #include "dropbox/Object.h"
 
-#include "core/Text.h"
-#include "core/Trace.h"
+#include "core/trace/Text.h"
+#include "core/trace/Trace.h"
 #include "dropbox/ApiCalls.h"
 #include "dropbox/Metadata.h"
 #include "dropbox/Web.h"

@@ -1,6 +1,6 @@
 #include "dropbox/RemotePath.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "http/FailedReply.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "http/RequestUri.h"
 #include "http/ResponseBody.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FunctionName.h"
+#include "core/trace/FunctionName.h"
 #include "http/Response.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "http/Request.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "http/FailedReply.h"
 
 namespace Http {

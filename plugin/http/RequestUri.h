@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <wininet.h>
 

@@ -1,6 +1,6 @@
 #include "http/Response.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <algorithm>
 #include <cstdlib>

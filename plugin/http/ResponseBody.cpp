@@ -1,6 +1,6 @@
 #include "http/ResponseBody.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 void Http::AppendBody(Response& io_response, std::string& io_body, std::size_t i_limit) {
     TRACE_FUNCTION();

@@ -1,6 +1,6 @@
 #include "http/Session.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "http/FailedReply.h"
 #include "http/RequestUri.h"
 

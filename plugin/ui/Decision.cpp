@@ -2,8 +2,8 @@
 
 #include "afs/Location.h"
 #include "afs/Name.h"
-#include "core/Text.h"
-#include "core/Trace.h"
+#include "core/trace/Text.h"
+#include "core/trace/Trace.h"
 #include "dropbox/RemotePath.h"
 #include "ui/FileRows.h"
 

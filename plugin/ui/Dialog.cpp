@@ -1,8 +1,8 @@
 #include "ui/Dialog.h"
 
-#include "core/Check.h"
 #include "core/MessageBox.h"
 #include "core/Resource.h"
+#include "core/trace/Check.h"
 #include "ui/DialogMessages.h"
 
 namespace Qorv {

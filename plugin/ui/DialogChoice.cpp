@@ -1,6 +1,6 @@
 // What a dialog makes of OK.
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "dropbox/RemotePath.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"

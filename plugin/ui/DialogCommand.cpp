@@ -1,7 +1,7 @@
 #include "ui/DialogCommand.h"
 
 #include "core/MessageBox.h"
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 namespace Ui {
 

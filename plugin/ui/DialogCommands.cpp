@@ -1,6 +1,6 @@
 // The commands of a dialog that change what is in the account, or the account.
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"
 #include "ui/DialogMessages.h"

@@ -1,6 +1,6 @@
 // What the user does with the items of a dialog.
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "ui/Dialog.h"
 #include "ui/QuotedNames.h"
 

@@ -1,6 +1,6 @@
 #include "ui/DialogItems.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "ui/DialogCommand.h"
 
 namespace Ui {

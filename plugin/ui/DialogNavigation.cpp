@@ -1,6 +1,6 @@
 // How a dialog goes through the folders of an account.
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"
 #include "ui/DialogMessages.h"

@@ -1,8 +1,8 @@
 #include "ui/DialogParameters.h"
 
 #include "core/Cab.h"
-#include "core/Check.h"
 #include "core/ResourceIds.h"
+#include "core/trace/Check.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "ui/DialogUi.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 namespace Ui {
 namespace {

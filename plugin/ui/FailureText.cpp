@@ -1,8 +1,8 @@
 #include "ui/FailureText.h"
 
-#include "core/ErrorText.h"
 #include "core/MessageBox.h"
-#include "core/Trace.h"
+#include "core/trace/ErrorText.h"
+#include "core/trace/Trace.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "ui/FileList.h"
 
-#include "core/Check.h"
 #include "core/MessageBox.h"
+#include "core/trace/Check.h"
 #include "qorv/Values.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ui/FilterString.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "ui/FolderConnection.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 namespace Ui {
 

@@ -1,6 +1,6 @@
 #include "ui/FolderLoad.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 FolderLoad::FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
                        Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running)

@@ -1,7 +1,7 @@
 #include "ui/FoldersNavigator.h"
 
-#include "core/Check.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/Check.h"
 
 FoldersNavigator::FoldersNavigator(Qorv::IQorv_Inst* i_host_instance, Qorv::IAFS_FileSys* i_file_system,
                                    std::function<void(HRESULT)> i_completion)

@@ -1,6 +1,6 @@
 #include "ui/KeyCommands.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 namespace Ui {
 namespace {

@@ -1,8 +1,8 @@
 #include "ui/NameExtension.h"
 
 #include "afs/LogText.h"
-#include "core/Text.h"
-#include "core/Trace.h"
+#include "core/trace/Text.h"
+#include "core/trace/Trace.h"
 #include "qorv/Base.h"
 
 #include <shlwapi.h>

@@ -1,6 +1,6 @@
 #include "ui/NaturalOrder.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "qorv/Base.h"
 
 #include <array>

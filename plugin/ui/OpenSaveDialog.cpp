@@ -1,7 +1,7 @@
 #include "ui/OpenSaveDialog.h"
 
-#include "core/Check.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/Check.h"
 #include "ui/Dialog.h"
 
 namespace Ui {

@@ -1,6 +1,6 @@
 #include "ui/QuotedNames.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <algorithm>
 

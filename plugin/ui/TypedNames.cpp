@@ -1,8 +1,8 @@
 #include "ui/TypedNames.h"
 
 #include "afs/LogText.h"
-#include "core/Check.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/Text.h"
 #include "qorv/Values.h"
 
 #include <algorithm>

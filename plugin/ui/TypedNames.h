@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FunctionName.h"
+#include "core/trace/FunctionName.h"
 #include "qorv/Afs.h"
 
 #include <map>

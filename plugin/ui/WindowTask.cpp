@@ -1,7 +1,7 @@
 #include "ui/WindowTask.h"
 
-#include "core/Check.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/Check.h"
 
 #include <atomic>
 

@@ -1,6 +1,6 @@
 #include "ui/WorkerTask.h"
 
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
 #include <optional>
 

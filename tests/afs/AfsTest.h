@@ -2,7 +2,7 @@
 
 #include "afs/Name.h"
 #include "core/Plugin.h"
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "qorv/Values.h"
 #include "services/CancelFlag.h"
 #include "services/ErrorDetails.h"

@@ -1,5 +1,5 @@
 #include "auth/WebBrowserEvents2.h"
-#include "core/Exceptions.h"
+#include "core/trace/Exceptions.h"
 #include "qorv/Values.h"
 #include "support/LiveObjectsTest.h"
 #include "support/Log.h"

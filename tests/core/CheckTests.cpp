@@ -1,8 +1,8 @@
 // The checks, the lines that they write, and the boundary that ends exceptions.
 
-#include "core/Check.h"
-#include "core/ErrorText.h"
-#include "core/Text.h"
+#include "core/trace/Check.h"
+#include "core/trace/ErrorText.h"
+#include "core/trace/Text.h"
 #include "qorv/Values.h"
 #include "services/ErrorDetails.h"
 #include "support/Log.h"

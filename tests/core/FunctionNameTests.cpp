@@ -1,6 +1,6 @@
 // The names that functions have in the log, taken from what the compiler says of them.
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <gtest/gtest.h>
 

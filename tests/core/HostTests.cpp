@@ -3,11 +3,11 @@
 
 #include "core/Cab.h"
 #include "core/CabEncryptor.h"
-#include "core/ErrorText.h"
 #include "core/Plugin.h"
 #include "core/Resource.h"
-#include "core/Text.h"
 #include "core/ThreadSafeCall.h"
+#include "core/trace/ErrorText.h"
+#include "core/trace/Text.h"
 #include "services/MainInstance.h"
 #include "support/Log.h"
 #include "support/Outcome.h"

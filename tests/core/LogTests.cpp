@@ -1,8 +1,8 @@
 // The log: its switch, where its lines go, and their form.
 
-#include "core/LogFile.h"
-#include "core/Text.h"
-#include "core/Trace.h"
+#include "core/trace/LogFile.h"
+#include "core/trace/Text.h"
+#include "core/trace/Trace.h"
 #include "qorv/Host.h"
 #include "qorv/Values.h"
 #include "support/Log.h"

@@ -1,8 +1,8 @@
 // Error texts, exceptions, comparisons, conversions.
 
-#include "core/ErrorText.h"
-#include "core/Exceptions.h"
-#include "core/Text.h"
+#include "core/trace/ErrorText.h"
+#include "core/trace/Exceptions.h"
+#include "core/trace/Text.h"
 #include "support/Outcome.h"
 
 using namespace Tests;

@@ -2,7 +2,7 @@
 
 #include "dropbox/DropboxTest.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 #include <functional>
 #include <regex>

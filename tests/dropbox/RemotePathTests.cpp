@@ -2,7 +2,7 @@
 
 #include "dropbox/RemotePath.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "dropbox/Json.h"
 
 #include <gtest/gtest.h>

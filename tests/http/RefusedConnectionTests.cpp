@@ -2,7 +2,7 @@
 
 #include "http/HttpTest.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 using namespace Tests;
 

@@ -2,7 +2,7 @@
 
 #include "http/HttpTest.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "support/Content.h"
 
 using namespace Tests;

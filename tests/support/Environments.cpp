@@ -1,7 +1,7 @@
 #include "support/Environments.h"
 
 #include "WineNetwork.h"
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "support/Log.h"
 #include "support/Service.h"
 

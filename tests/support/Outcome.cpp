@@ -1,6 +1,6 @@
 #include "support/Outcome.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 #include <iomanip>
 #include <sstream>

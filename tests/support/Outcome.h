@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Exceptions.h"
+#include "core/trace/Exceptions.h"
 
 #include <gtest/gtest.h>
 

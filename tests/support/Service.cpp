@@ -4,7 +4,7 @@
 
 #include "support/Service.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "dropbox/Json.h" // RapidJSON with the one set of assertions that a program can have.
 #include "support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #include "ui/CellText.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "dropbox/DateTime.h"
 #include "support/HostTest.h"
 

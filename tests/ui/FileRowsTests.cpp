@@ -1,6 +1,6 @@
 #include "ui/FileRows.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "devhost/UnusedInterfaces.h"
 #include "qorv/Values.h"
 #include "support/LiveObjectsTest.h"

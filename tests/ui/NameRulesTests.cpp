@@ -1,4 +1,4 @@
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "support/Environments.h"
 #include "support/Log.h"
 #include "ui/FilterString.h"

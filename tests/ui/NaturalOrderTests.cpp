@@ -1,4 +1,4 @@
-#include "core/Text.h"
+#include "core/trace/Text.h"
 #include "ui/NaturalOrder.h"
 
 #include <gtest/gtest.h>

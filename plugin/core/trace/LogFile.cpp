@@ -1,6 +1,6 @@
-#include "core/LogFile.h"
+#include "core/trace/LogFile.h"
 
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
-#include "core/Check.h"
+#include "core/trace/Check.h"
 
-#include "core/ErrorText.h"
+#include "core/trace/ErrorText.h"
 #include "qorv/Values.h"
 
 #include <new>

@@ -1,6 +1,6 @@
-#include "core/ErrorText.h"
+#include "core/trace/ErrorText.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
 #include <cwchar>
 #include <iterator>

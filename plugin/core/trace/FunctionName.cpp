@@ -1,4 +1,4 @@
-#include "core/FunctionName.h"
+#include "core/trace/FunctionName.h"
 
 std::wstring FunctionName::Text() const {
     // What the compilers call the anonymous namespace.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Exceptions.h"
-#include "core/Trace.h"
+#include "core/trace/Exceptions.h"
+#include "core/trace/Trace.h"
 #include "qorv/Host.h"
 
 #include <string>

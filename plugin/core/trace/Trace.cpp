@@ -1,6 +1,6 @@
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 
-#include "core/LogFile.h"
+#include "core/trace/LogFile.h"
 
 #include <cwchar>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "core/Exceptions.h"
+#include "core/trace/Exceptions.h"
 
-#include "core/ErrorText.h"
+#include "core/trace/ErrorText.h"
 
 HResultException::HResultException(HRESULT i_result)
     : HResultException(HResultText(i_result), i_result, HResultText(i_result, user_language)) {}

@@ -1,6 +1,6 @@
-#include "core/Text.h"
+#include "core/trace/Text.h"
 
-#include "core/Trace.h"
+#include "core/trace/Trace.h"
 #include "qorv/Base.h"
 
 #include <algorithm>
