@@ -1,12 +1,12 @@
 #include "afs/AccountData.h"
 
 #include "afs/Location.h"
-#include "afs/LogText.h"
 #include "core/Cab.h"
 #include "core/CabEncryptor.h"
 #include "core/Plugin.h"
 #include "core/ResourceIds.h"
 #include "core/trace/Check.h"
+#include "core/trace/LogText.h"
 
 using Qorv::Bstr;
 using Qorv::Variant;

@@ -3,10 +3,10 @@
 #include "afs/CacheCallback.h"
 #include "afs/CancelFlag.h"
 #include "afs/File.h"
-#include "afs/LogText.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
 #include "core/trace/Check.h"
+#include "core/trace/LogText.h"
 
 #include <bit>
 

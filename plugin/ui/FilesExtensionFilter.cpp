@@ -1,7 +1,7 @@
 #include "ui/FilesExtensionFilter.h"
 
-#include "afs/LogText.h"
 #include "core/trace/Check.h"
+#include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "qorv/Values.h"
 #include "ui/NameExtension.h"

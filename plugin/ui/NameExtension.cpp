@@ -1,6 +1,6 @@
 #include "ui/NameExtension.h"
 
-#include "afs/LogText.h"
+#include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "core/trace/Trace.h"
 #include "qorv/Base.h"
