@@ -1,10 +1,10 @@
 #include "afs/AccountData.h"
 
 #include "afs/Location.h"
-#include "core/Cab.h"
-#include "core/CabEncryptor.h"
 #include "core/Plugin.h"
-#include "core/ResourceIds.h"
+#include "core/host/Cab.h"
+#include "core/host/CabEncryptor.h"
+#include "core/host/ResourceIds.h"
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
 

@@ -1,8 +1,8 @@
 #include "afs/CacheCallback.h"
 
-#include "afs/CancelFlag.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
+#include "core/host/CancelFlag.h"
 #include "core/trace/Check.h"
 
 #include <cstddef>

@@ -1,10 +1,10 @@
 // How a file is opened: the flags, the remote file, and the entry of the host's files cache.
 
 #include "afs/CacheCallback.h"
-#include "afs/CancelFlag.h"
 #include "afs/File.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
+#include "core/host/CancelFlag.h"
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
 

@@ -4,12 +4,12 @@
 #include "afs/FileSystem.h"
 
 #include "afs/AccountData.h"
-#include "afs/CancelFlag.h"
 #include "afs/LocalName.h"
 #include "afs/Location.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
 #include "core/Plugin.h"
+#include "core/host/CancelFlag.h"
 #include "core/trace/Text.h"
 
 using Qorv::ComPtr;

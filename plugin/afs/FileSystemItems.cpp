@@ -1,6 +1,5 @@
 // Files and folders.
 
-#include "afs/CancelFlag.h"
 #include "afs/EnumFolder.h"
 #include "afs/File.h"
 #include "afs/FileInfo.h"
@@ -9,6 +8,7 @@
 #include "afs/Name.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
+#include "core/host/CancelFlag.h"
 
 using Qorv::ComPtr;
 using Qorv::IQorv_CancelFlag;

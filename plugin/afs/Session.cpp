@@ -2,9 +2,9 @@
 
 #include "afs/FileSystem.h"
 #include "auth/SignIn.h"
-#include "core/MessageBox.h"
 #include "core/Plugin.h"
-#include "core/ThreadSafeCall.h"
+#include "core/host/MessageBox.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 #include "core/trace/Text.h"
 #include "dropbox/ServiceConfiguration.h"

@@ -1,8 +1,8 @@
 #include "auth/WebBrowserDialog.h"
 
 #include "auth/ServicePage.h"
-#include "core/ModalOwner.h"
-#include "core/Resource.h"
+#include "core/host/ModalOwner.h"
+#include "core/host/Resource.h"
 #include "core/trace/Check.h"
 
 #include <memory>

@@ -1,5 +1,5 @@
 #include "core/Plugin.h"
-#include "core/Resource.h"
+#include "core/host/Resource.h"
 #include "core/trace/Check.h"
 
 extern "C" {

@@ -1,11 +1,11 @@
 #include "core/Plugin.h"
 
 #include "afs/FileSystem.h"
-#include "core/Cab.h"
 #include "core/EventsHandler.h"
 #include "core/PluginIcon.h"
-#include "core/Resource.h"
 #include "core/Version.h"
+#include "core/host/Cab.h"
+#include "core/host/Resource.h"
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 

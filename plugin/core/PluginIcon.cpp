@@ -1,6 +1,6 @@
 #include "core/PluginIcon.h"
 
-#include "core/Resource.h"
+#include "core/host/Resource.h"
 #include "core/trace/Trace.h"
 
 #include <iterator>

@@ -1,7 +1,7 @@
 #include "ui/Dialog.h"
 
-#include "core/MessageBox.h"
-#include "core/Resource.h"
+#include "core/host/MessageBox.h"
+#include "core/host/Resource.h"
 #include "core/trace/Check.h"
 #include "ui/DialogMessages.h"
 

@@ -1,7 +1,7 @@
 #include "ui/DialogParameters.h"
 
-#include "core/Cab.h"
-#include "core/ResourceIds.h"
+#include "core/host/Cab.h"
+#include "core/host/ResourceIds.h"
 #include "core/trace/Check.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "ui/DialogQuestions.h"
 
-#include "core/MessageBox.h"
+#include "core/host/MessageBox.h"
 #include "core/trace/Trace.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ui/FailureText.h"
 
-#include "core/MessageBox.h"
+#include "core/host/MessageBox.h"
 #include "core/trace/ErrorText.h"
 #include "core/trace/Trace.h"
 

@@ -1,6 +1,6 @@
 #include "ui/FileList.h"
 
-#include "core/MessageBox.h"
+#include "core/host/MessageBox.h"
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 

@@ -1,6 +1,6 @@
 #include "ui/FoldersNavigator.h"
 
-#include "core/ThreadSafeCall.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 
 FoldersNavigator::FoldersNavigator(Qorv::IQorv_Inst* i_host_instance, Qorv::IAFS_FileSys* i_file_system,

@@ -1,6 +1,6 @@
 #include "ui/OpenSaveDialog.h"
 
-#include "core/ThreadSafeCall.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 #include "ui/Dialog.h"
 

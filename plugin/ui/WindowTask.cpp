@@ -1,6 +1,6 @@
 #include "ui/WindowTask.h"
 
-#include "core/ThreadSafeCall.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 
 #include <atomic>

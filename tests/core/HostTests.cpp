@@ -1,11 +1,11 @@
 // What the spine does with the host's services: settings, secrets, the main thread. The services are the development
 // host's own.
 
-#include "core/Cab.h"
-#include "core/CabEncryptor.h"
 #include "core/Plugin.h"
-#include "core/Resource.h"
-#include "core/ThreadSafeCall.h"
+#include "core/host/Cab.h"
+#include "core/host/CabEncryptor.h"
+#include "core/host/Resource.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/ErrorText.h"
 #include "core/trace/Text.h"
 #include "services/MainInstance.h"

@@ -1,4 +1,4 @@
-#include "core/MessageBox.h"
+#include "core/host/MessageBox.h"
 
 #include "support/HostTest.h"
 #include "support/OnceInUse.h"

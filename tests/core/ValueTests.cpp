@@ -2,7 +2,7 @@
 
 #include "core/EventsHandler.h"
 #include "core/Plugin.h"
-#include "core/ThreadSafeCall.h"
+#include "core/host/ThreadSafeCall.h"
 #include "qorv/AuxService.h"
 #include "qorv/Values.h"
 #include "services/HostString.h"

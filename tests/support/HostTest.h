@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Resource.h"
+#include "core/host/Resource.h"
 #include "services/MainInstance.h"
 #include "support/LiveObjectsTest.h"
 #include "support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "core/ThreadSafeCall.h"
+#include "core/host/ThreadSafeCall.h"
 
 #include "core/trace/Check.h"
 

@@ -1,7 +1,7 @@
-#include "core/MessageBox.h"
+#include "core/host/MessageBox.h"
 
-#include "core/ModalOwner.h"
-#include "core/ThreadSafeCall.h"
+#include "core/host/ModalOwner.h"
+#include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ResourceIds.h"
+#include "core/host/ResourceIds.h"
 #include "qorv/Base.h"
 
 #include <cstddef>

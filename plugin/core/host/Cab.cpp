@@ -1,6 +1,6 @@
-#include "core/Cab.h"
+#include "core/host/Cab.h"
 
-#include "core/Resource.h"
+#include "core/host/Resource.h"
 #include "core/trace/Check.h"
 
 HRESULT ApplyCabTemplate([[maybe_unused]] Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* o_cab,

@@ -1,4 +1,4 @@
-#include "core/ModalOwner.h"
+#include "core/host/ModalOwner.h"
 
 #include "core/trace/Trace.h"
 

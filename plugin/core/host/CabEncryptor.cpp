@@ -1,7 +1,7 @@
-#include "core/CabEncryptor.h"
+#include "core/host/CabEncryptor.h"
 
-#include "core/Cab.h"
 #include "core/Plugin.h"
+#include "core/host/Cab.h"
 #include "core/trace/Check.h"
 
 using Qorv::Bstr;

@@ -1,4 +1,4 @@
-#include "afs/CancelFlag.h"
+#include "core/host/CancelFlag.h"
 
 #include "core/trace/Trace.h"
 

@@ -1,4 +1,4 @@
-#include "core/Resource.h"
+#include "core/host/Resource.h"
 
 #include "core/trace/Trace.h"
 
