@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/TypedNames.h"
+#include "ui/FolderItems.h"
 
 #include <atomic>
 #include <string>

@@ -2,13 +2,10 @@
 
 #include "core/trace/FunctionName.h"
 #include "qorv/Afs.h"
+#include "ui/FolderItems.h"
 
-#include <map>
 #include <string>
 #include <vector>
-
-/// What a folder holds, by the names' references: the order is theirs, not the texts'.
-using FolderItems = std::map<Qorv::ComPtr<Qorv::IAFS_Name>, Qorv::ComPtr<Qorv::IAFS_EnumFolderItem>>;
 
 /// One name that the user typed, and what it stands for in the shown folder: nothing for a file that does not exist
 /// yet.

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "qorv/Afs.h"
+
+#include <map>
+
+/// What a folder holds, by the names' references: the order is theirs, not the texts'.
+using FolderItems = std::map<Qorv::ComPtr<Qorv::IAFS_Name>, Qorv::ComPtr<Qorv::IAFS_EnumFolderItem>>;
