@@ -9,9 +9,9 @@
 #include "ui/DialogQuestions.h"
 #include "ui/FileList.h"
 #include "ui/FilesExtensionFilter.h"
-#include "ui/FolderConnection.h"
 #include "ui/KeyCommands.h"
-#include "ui/WindowTask.h"
+#include "ui/folder/FolderConnection.h"
+#include "ui/folder/WindowTask.h"
 
 #include <functional>
 #include <memory>

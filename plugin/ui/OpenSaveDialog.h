@@ -4,7 +4,7 @@
 #include "qorv/Host.h"
 #include "ui/DialogParameters.h"
 #include "ui/DialogUi.h"
-#include "ui/Reaper.h"
+#include "ui/folder/Reaper.h"
 
 #include <memory>
 

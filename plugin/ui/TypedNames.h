@@ -2,7 +2,7 @@
 
 #include "core/trace/FunctionName.h"
 #include "qorv/Afs.h"
-#include "ui/FolderItems.h"
+#include "ui/folder/FolderItems.h"
 
 #include <string>
 #include <vector>

@@ -2,9 +2,9 @@
 
 #include "afs/AfsTest.h"
 #include "ui/FailureText.h"
-#include "ui/FolderConnection.h"
 #include "ui/HeldFileSystem.h"
-#include "ui/WindowTask.h"
+#include "ui/folder/FolderConnection.h"
+#include "ui/folder/WindowTask.h"
 
 #include <future>
 

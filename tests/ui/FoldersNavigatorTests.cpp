@@ -1,6 +1,6 @@
 #include "afs/AfsTest.h"
-#include "ui/FoldersNavigator.h"
 #include "ui/HeldFileSystem.h"
+#include "ui/folder/FoldersNavigator.h"
 
 #include <future>
 #include <set>

@@ -1,4 +1,4 @@
-#include "ui/FoldersNavigator.h"
+#include "ui/folder/FoldersNavigator.h"
 
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/FoldersNavigator.h"
-#include "ui/Reaper.h"
+#include "ui/folder/FoldersNavigator.h"
+#include "ui/folder/Reaper.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "qorv/Host.h"
-#include "ui/WorkerTask.h"
+#include "ui/folder/WorkerTask.h"
 
 #include <functional>
 #include <memory>

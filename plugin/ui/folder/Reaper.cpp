@@ -1,4 +1,4 @@
-#include "ui/Reaper.h"
+#include "ui/folder/Reaper.h"
 
 #include "core/trace/Trace.h"
 

@@ -1,4 +1,4 @@
-#include "ui/WindowTask.h"
+#include "ui/folder/WindowTask.h"
 
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/WorkerTask.h"
+#include "ui/folder/WorkerTask.h"
 
 #include <list>
 #include <memory>

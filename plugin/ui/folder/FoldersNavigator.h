@@ -1,8 +1,8 @@
 #pragma once
 
 #include "qorv/Host.h"
-#include "ui/FolderLoad.h"
-#include "ui/WorkerTask.h"
+#include "ui/folder/FolderLoad.h"
+#include "ui/folder/WorkerTask.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/FolderItems.h"
+#include "ui/folder/FolderItems.h"
 
 #include <atomic>
 #include <string>

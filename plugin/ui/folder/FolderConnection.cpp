@@ -1,4 +1,4 @@
-#include "ui/FolderConnection.h"
+#include "ui/folder/FolderConnection.h"
 
 #include "core/trace/Check.h"
 

@@ -1,4 +1,4 @@
-#include "ui/FolderLoad.h"
+#include "ui/folder/FolderLoad.h"
 
 #include "core/trace/Check.h"
 

@@ -1,4 +1,4 @@
-#include "ui/WorkerTask.h"
+#include "ui/folder/WorkerTask.h"
 
 #include "core/trace/Check.h"
 
