@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/FileRow.h"
-#include "ui/TypedNames.h"
+#include "ui/names/TypedNames.h"
 
 #include <string>
 #include <string_view>

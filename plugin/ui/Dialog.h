@@ -8,10 +8,10 @@
 #include "ui/DialogItems.h"
 #include "ui/DialogQuestions.h"
 #include "ui/FileList.h"
-#include "ui/FilesExtensionFilter.h"
 #include "ui/KeyCommands.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/WindowTask.h"
+#include "ui/names/FilesExtensionFilter.h"
 
 #include <functional>
 #include <memory>

@@ -4,8 +4,8 @@
 #include "dropbox/RemotePath.h"
 #include "qorv/Values.h"
 #include "ui/Dialog.h"
-#include "ui/NameExtension.h"
-#include "ui/QuotedNames.h"
+#include "ui/names/NameExtension.h"
+#include "ui/names/QuotedNames.h"
 
 namespace Qorv {
 

@@ -2,7 +2,7 @@
 
 #include "core/trace/Check.h"
 #include "ui/Dialog.h"
-#include "ui/QuotedNames.h"
+#include "ui/names/QuotedNames.h"
 
 namespace Qorv {
 

@@ -4,8 +4,8 @@
 #include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "qorv/Values.h"
-#include "ui/NameExtension.h"
 #include "ui/NaturalOrder.h"
+#include "ui/names/NameExtension.h"
 
 #include <algorithm>
 #include <map>

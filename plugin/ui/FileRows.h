@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/FileRow.h"
-#include "ui/NamesFilter.h"
-#include "ui/TypedNames.h"
+#include "ui/names/NamesFilter.h"
+#include "ui/names/TypedNames.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "afs/AfsTest.h"
-#include "ui/FilesExtensionFilter.h"
-#include "ui/TypedNames.h"
 #include "ui/WindowlessCombo.h"
+#include "ui/names/FilesExtensionFilter.h"
+#include "ui/names/TypedNames.h"
 
 namespace {
 

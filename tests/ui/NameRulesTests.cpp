@@ -1,9 +1,9 @@
 #include "core/trace/Text.h"
 #include "support/Environments.h"
 #include "support/Log.h"
-#include "ui/FilterString.h"
-#include "ui/NameExtension.h"
-#include "ui/QuotedNames.h"
+#include "ui/names/FilterString.h"
+#include "ui/names/NameExtension.h"
+#include "ui/names/QuotedNames.h"
 
 #include <gtest/gtest.h>
 

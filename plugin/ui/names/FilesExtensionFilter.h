@@ -3,8 +3,8 @@
 #include "core/trace/FunctionName.h"
 #include "qorv/Afs.h"
 #include "qorv/Uix.h"
-#include "ui/FilterString.h"
-#include "ui/NamesFilter.h"
+#include "ui/names/FilterString.h"
+#include "ui/names/NamesFilter.h"
 
 #include <string>
 #include <string_view>

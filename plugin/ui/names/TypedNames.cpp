@@ -1,4 +1,4 @@
-#include "ui/TypedNames.h"
+#include "ui/names/TypedNames.h"
 
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"

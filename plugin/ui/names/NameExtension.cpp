@@ -1,4 +1,4 @@
-#include "ui/NameExtension.h"
+#include "ui/names/NameExtension.h"
 
 #include "core/trace/LogText.h"
 #include "core/trace/Text.h"

@@ -1,10 +1,10 @@
-#include "ui/FilesExtensionFilter.h"
+#include "ui/names/FilesExtensionFilter.h"
 
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "qorv/Values.h"
-#include "ui/NameExtension.h"
+#include "ui/names/NameExtension.h"
 
 #include <algorithm>
 #include <memory>

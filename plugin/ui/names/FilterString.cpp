@@ -1,4 +1,4 @@
-#include "ui/FilterString.h"
+#include "ui/names/FilterString.h"
 
 #include "core/trace/Trace.h"
 

@@ -1,4 +1,4 @@
-#include "ui/QuotedNames.h"
+#include "ui/names/QuotedNames.h"
 
 #include "core/trace/Trace.h"
 
