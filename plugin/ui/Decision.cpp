@@ -5,7 +5,7 @@
 #include "core/trace/Text.h"
 #include "core/trace/Trace.h"
 #include "dropbox/RemotePath.h"
-#include "ui/FileRows.h"
+#include "ui/list/FileRows.h"
 
 #include <algorithm>
 #include <cwctype>

@@ -7,10 +7,10 @@
 #include "ui/Decision.h"
 #include "ui/DialogItems.h"
 #include "ui/DialogQuestions.h"
-#include "ui/FileList.h"
 #include "ui/KeyCommands.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/WindowTask.h"
+#include "ui/list/FileList.h"
 #include "ui/names/FilesExtensionFilter.h"
 
 #include <functional>

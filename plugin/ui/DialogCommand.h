@@ -2,7 +2,7 @@
 
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
-#include "ui/DialogUi.h"
+#include "ui/list/DialogUi.h"
 
 #include <array>
 #include <string>

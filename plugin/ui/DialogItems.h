@@ -3,7 +3,7 @@
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
 #include "ui/DialogParameters.h"
-#include "ui/DialogUi.h"
+#include "ui/list/DialogUi.h"
 
 namespace Ui {
 

@@ -3,7 +3,7 @@
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
 #include "ui/FailureText.h"
-#include "ui/FileRow.h"
+#include "ui/list/FileRow.h"
 
 #include <initializer_list>
 #include <string>

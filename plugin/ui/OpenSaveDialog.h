@@ -3,8 +3,8 @@
 #include "qorv/Afs.h"
 #include "qorv/Host.h"
 #include "ui/DialogParameters.h"
-#include "ui/DialogUi.h"
 #include "ui/folder/Reaper.h"
+#include "ui/list/DialogUi.h"
 
 #include <memory>
 

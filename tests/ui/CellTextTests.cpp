@@ -1,4 +1,4 @@
-#include "ui/CellText.h"
+#include "ui/list/CellText.h"
 
 #include "core/trace/Text.h"
 #include "dropbox/DateTime.h"

@@ -1,7 +1,7 @@
 #include "afs/AfsTest.h"
 #include "ui/Decision.h"
-#include "ui/FileRows.h"
 #include "ui/folder/FolderLoad.h"
+#include "ui/list/FileRows.h"
 
 #include <atomic>
 

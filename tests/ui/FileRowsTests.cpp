@@ -1,4 +1,4 @@
-#include "ui/FileRows.h"
+#include "ui/list/FileRows.h"
 
 #include "core/trace/Text.h"
 #include "devhost/UnusedInterfaces.h"

@@ -1,5 +1,5 @@
 #include "core/trace/Text.h"
-#include "ui/NaturalOrder.h"
+#include "ui/list/NaturalOrder.h"
 
 #include <gtest/gtest.h>
 

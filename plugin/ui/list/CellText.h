@@ -1,7 +1,7 @@
 #pragma once
 
 #include "qorv/Host.h"
-#include "ui/FileRow.h"
+#include "ui/list/FileRow.h"
 
 #include <string>
 

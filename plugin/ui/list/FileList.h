@@ -2,9 +2,9 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Host.h"
-#include "ui/CellText.h"
-#include "ui/DialogUi.h"
-#include "ui/FileRows.h"
+#include "ui/list/CellText.h"
+#include "ui/list/DialogUi.h"
+#include "ui/list/FileRows.h"
 
 #include <optional>
 #include <string>

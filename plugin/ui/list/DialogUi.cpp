@@ -1,4 +1,4 @@
-#include "ui/DialogUi.h"
+#include "ui/list/DialogUi.h"
 
 #include "core/trace/Trace.h"
 

@@ -1,4 +1,4 @@
-#include "ui/CellText.h"
+#include "ui/list/CellText.h"
 
 #include "core/host/MessageBox.h"
 #include "core/trace/Trace.h"

@@ -1,4 +1,4 @@
-#include "ui/FileList.h"
+#include "ui/list/FileList.h"
 
 #include "core/host/MessageBox.h"
 #include "core/trace/Check.h"

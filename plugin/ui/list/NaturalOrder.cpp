@@ -1,4 +1,4 @@
-#include "ui/NaturalOrder.h"
+#include "ui/list/NaturalOrder.h"
 
 #include "core/trace/Trace.h"
 #include "qorv/Base.h"

@@ -1,10 +1,10 @@
-#include "ui/FileRows.h"
+#include "ui/list/FileRows.h"
 
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "qorv/Values.h"
-#include "ui/NaturalOrder.h"
+#include "ui/list/NaturalOrder.h"
 #include "ui/names/NameExtension.h"
 
 #include <algorithm>

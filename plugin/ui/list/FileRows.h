@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/FileRow.h"
+#include "ui/list/FileRow.h"
 #include "ui/names/NamesFilter.h"
 #include "ui/names/TypedNames.h"
 
