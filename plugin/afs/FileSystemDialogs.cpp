@@ -6,7 +6,7 @@
 #include "core/EventsHandler.h"
 #include "core/Plugin.h"
 #include "core/trace/Check.h"
-#include "ui/OpenSaveDialog.h"
+#include "ui/dialog/OpenSaveDialog.h"
 
 namespace {
 

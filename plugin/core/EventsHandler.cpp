@@ -3,7 +3,7 @@
 #include "afs/FileSystem.h"
 #include "core/Plugin.h"
 #include "core/trace/Check.h"
-#include "ui/OpenSaveDialog.h"
+#include "ui/dialog/OpenSaveDialog.h"
 
 namespace {
 

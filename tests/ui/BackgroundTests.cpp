@@ -1,8 +1,8 @@
 // What dialogs do on workers, and how they part from it.
 
 #include "afs/AfsTest.h"
-#include "ui/FailureText.h"
 #include "ui/HeldFileSystem.h"
+#include "ui/dialog/FailureText.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/WindowTask.h"
 

@@ -1,5 +1,5 @@
 #include "afs/AfsTest.h"
-#include "ui/Decision.h"
+#include "ui/dialog/Decision.h"
 #include "ui/folder/FolderLoad.h"
 #include "ui/list/FileRows.h"
 

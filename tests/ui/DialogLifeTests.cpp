@@ -3,8 +3,8 @@
 #include "afs/AfsTest.h"
 #include "services/CabNode.h"
 #include "support/OnceInUse.h"
-#include "ui/DialogParameters.h"
-#include "ui/OpenSaveDialog.h"
+#include "ui/dialog/DialogParameters.h"
+#include "ui/dialog/OpenSaveDialog.h"
 #include "uix/KeySteps.h"
 
 namespace {

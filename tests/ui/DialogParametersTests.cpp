@@ -1,5 +1,5 @@
 #include "afs/AfsTest.h"
-#include "ui/DialogParameters.h"
+#include "ui/dialog/DialogParameters.h"
 
 namespace {
 

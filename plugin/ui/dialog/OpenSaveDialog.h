@@ -2,7 +2,7 @@
 
 #include "qorv/Afs.h"
 #include "qorv/Host.h"
-#include "ui/DialogParameters.h"
+#include "ui/dialog/DialogParameters.h"
 #include "ui/folder/Reaper.h"
 #include "ui/list/DialogUi.h"
 

@@ -1,7 +1,7 @@
-#include "ui/DialogItems.h"
+#include "ui/dialog/DialogItems.h"
 
 #include "core/trace/Check.h"
-#include "ui/DialogCommand.h"
+#include "ui/dialog/DialogCommand.h"
 
 namespace Ui {
 namespace {

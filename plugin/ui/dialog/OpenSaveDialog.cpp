@@ -1,8 +1,8 @@
-#include "ui/OpenSaveDialog.h"
+#include "ui/dialog/OpenSaveDialog.h"
 
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
-#include "ui/Dialog.h"
+#include "ui/dialog/Dialog.h"
 
 namespace Ui {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
-#include "ui/Dialog.h"
-#include "ui/DialogMessages.h"
+#include "ui/dialog/Dialog.h"
+#include "ui/dialog/DialogMessages.h"
 
 namespace Qorv {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/DialogQuestions.h"
+#include "ui/dialog/DialogQuestions.h"
 
 #include "core/host/MessageBox.h"
 #include "core/trace/Trace.h"

@@ -1,7 +1,7 @@
 // What the user does with the items of a dialog.
 
 #include "core/trace/Check.h"
-#include "ui/Dialog.h"
+#include "ui/dialog/Dialog.h"
 #include "ui/names/QuotedNames.h"
 
 namespace Qorv {

@@ -1,4 +1,4 @@
-#include "ui/DialogCommand.h"
+#include "ui/dialog/DialogCommand.h"
 
 #include "core/host/MessageBox.h"
 #include "core/trace/Trace.h"

@@ -1,4 +1,4 @@
-#include "ui/KeyCommands.h"
+#include "ui/dialog/KeyCommands.h"
 
 #include "core/trace/Check.h"
 

@@ -1,4 +1,4 @@
-#include "ui/DialogParameters.h"
+#include "ui/dialog/DialogParameters.h"
 
 #include "core/host/Cab.h"
 #include "core/host/ResourceIds.h"

@@ -2,7 +2,7 @@
 
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
-#include "ui/DialogParameters.h"
+#include "ui/dialog/DialogParameters.h"
 #include "ui/list/DialogUi.h"
 
 namespace Ui {

@@ -3,7 +3,7 @@
 #include "core/trace/Check.h"
 #include "dropbox/RemotePath.h"
 #include "qorv/Values.h"
-#include "ui/Dialog.h"
+#include "ui/dialog/Dialog.h"
 #include "ui/names/NameExtension.h"
 #include "ui/names/QuotedNames.h"
 

@@ -2,7 +2,7 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
-#include "ui/DialogCommand.h"
+#include "ui/dialog/DialogCommand.h"
 
 #include <functional>
 

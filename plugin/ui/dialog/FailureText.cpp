@@ -1,4 +1,4 @@
-#include "ui/FailureText.h"
+#include "ui/dialog/FailureText.h"
 
 #include "core/host/MessageBox.h"
 #include "core/trace/ErrorText.h"

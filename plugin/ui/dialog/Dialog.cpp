@@ -1,9 +1,9 @@
-#include "ui/Dialog.h"
+#include "ui/dialog/Dialog.h"
 
 #include "core/host/MessageBox.h"
 #include "core/host/Resource.h"
 #include "core/trace/Check.h"
-#include "ui/DialogMessages.h"
+#include "ui/dialog/DialogMessages.h"
 
 namespace Qorv {
 namespace {

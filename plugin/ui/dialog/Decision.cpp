@@ -1,4 +1,4 @@
-#include "ui/Decision.h"
+#include "ui/dialog/Decision.h"
 
 #include "afs/Location.h"
 #include "afs/Name.h"

@@ -2,7 +2,7 @@
 
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
-#include "ui/FailureText.h"
+#include "ui/dialog/FailureText.h"
 #include "ui/list/FileRow.h"
 
 #include <initializer_list>
