@@ -1,7 +1,7 @@
 #include "afs/AccountData.h"
 
 #include "afs/Location.h"
-#include "core/Plugin.h"
+#include "core/host/HostServices.h"
 #include "core/host/Cab.h"
 #include "core/host/CabEncryptor.h"
 #include "core/host/ResourceIds.h"
@@ -40,7 +40,7 @@ bool HoldsString(Qorv::IAUX_CabNode* i_item) noexcept {
 
 } // namespace
 
-HRESULT AccountData::Create(Plugin* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account) {
+HRESULT AccountData::Create(HostServices* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account) {
     TRACE_FUNCTION();
     CHECK_HRESULT(ApplyCabTemplate(i_plugin->m_aux_inst, i_cab, MAKEINTRESOURCE(IDR_ACCOUNT_DATA_CAB_XML),
                                    SettingsNames::template_root));
@@ -65,7 +65,7 @@ HRESULT AccountData::LoadFrom(Qorv::IAUX_CabNode* i_cab) {
     return TRACE_RESULT(S_OK);
 }
 
-AccountData::AccountData(Plugin* i_plugin, std::wstring i_path) : m_plugin(i_plugin), m_path(std::move(i_path)) {
+AccountData::AccountData(HostServices* i_plugin, std::wstring i_path) : m_plugin(i_plugin), m_path(std::move(i_path)) {
     TRACE_FUNCTION();
 }
 

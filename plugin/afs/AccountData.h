@@ -5,7 +5,7 @@
 
 #include <string>
 
-class Plugin;
+class HostServices;
 
 /// A saved account: who it belongs to, the access token, and where it starts. The host keeps it in a settings
 /// dictionary and uses it on its main thread; no lock.
@@ -15,10 +15,10 @@ public:
 
     /// Reads an account from a dictionary, to which it applies the template first. What is missing, or no text, stays
     /// empty.
-    static HRESULT Create(Plugin* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account);
+    static HRESULT Create(HostServices* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account);
 
     /// An account without a user.
-    explicit AccountData(Plugin* i_plugin, std::wstring i_path = {});
+    explicit AccountData(HostServices* i_plugin, std::wstring i_path = {});
     ~AccountData();
 
     HRESULT STDMETHODCALLTYPE get_URL(BSTR* o_url) noexcept override;
@@ -37,7 +37,7 @@ public:
 private:
     HRESULT LoadFrom(Qorv::IAUX_CabNode* i_cab);
 
-    Qorv::ComPtr<Plugin> m_plugin;
+    Qorv::ComPtr<HostServices> m_plugin;
     std::wstring m_path;
     std::wstring m_user_id;
     std::wstring m_token;

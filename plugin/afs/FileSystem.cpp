@@ -8,7 +8,7 @@
 #include "afs/Location.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
-#include "core/Plugin.h"
+#include "core/host/HostServices.h"
 #include "core/host/CancelFlag.h"
 #include "core/trace/Text.h"
 
@@ -32,7 +32,7 @@ std::wstring UnknownProperty(const wchar_t* i_prop_name) {
 
 } // namespace
 
-FileSystem::FileSystem(Qorv::IAFS_Inst* i_afs_inst, Plugin* i_plugin) : m_afs_inst(i_afs_inst), m_plugin(i_plugin) {
+FileSystem::FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin) : m_afs_inst(i_afs_inst), m_plugin(i_plugin) {
     TRACE_FUNCTION();
 }
 
@@ -107,7 +107,7 @@ HRESULT FileSystem::GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value) {
 HRESULT FileSystem::GetIconProp(VARIANT* o_prop_value) noexcept {
     TRACE_FUNCTION();
     CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-    Qorv::Variant value(m_plugin->m_icon);
+    Qorv::Variant value(m_plugin->GetIcon());
     VARIANT& variant_value = value.m_value;
     CHECK_HRESULT(VariantCopy(o_prop_value, &variant_value));
     return TRACE_RESULT(S_OK);
@@ -262,6 +262,6 @@ HRESULT STDMETHODCALLTYPE FileSystem::get_Icon(IUnknown** o_icon) noexcept {
     CHECK_RETURN(o_icon != nullptr, E_POINTER);
     *o_icon = nullptr;
     CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-    *o_icon = Qorv::ComPtr(m_plugin->m_icon).Detach();
+    *o_icon = Qorv::ComPtr(m_plugin->GetIcon()).Detach();
     return TRACE_RESULT(S_OK);
 }

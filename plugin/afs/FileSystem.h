@@ -4,14 +4,14 @@
 #include "qorv/CoClass.h"
 
 class AccountData;
+class HostServices;
 class Name;
-class Plugin;
 
 /// The file system "Dropbox": every operation of the host on `dropbox://` locations, each a thin, checked layer over
 /// names and remote objects. It keeps no state of accounts and takes no lock; any thread.
 class FileSystem final : public Qorv::CoClass<FileSystem, Qorv::IAFS_FileSys> {
 public:
-    FileSystem(Qorv::IAFS_Inst* i_afs_inst, Plugin* i_plugin);
+    FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin);
     ~FileSystem();
 
     /// Lets go of the plug-in and the host. What needs them fails from then on; names and files live on.
@@ -108,5 +108,5 @@ private:
     HRESULT GetIconProp(VARIANT* o_prop_value) noexcept;
 
     Qorv::ComPtr<Qorv::IAFS_Inst> m_afs_inst;
-    Qorv::ComPtr<Plugin> m_plugin; ///< Null after `Shutdown`.
+    Qorv::ComPtr<HostServices> m_plugin; ///< Null after `Shutdown`.
 };

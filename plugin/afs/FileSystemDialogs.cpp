@@ -4,7 +4,7 @@
 #include "afs/Name.h"
 #include "afs/Session.h"
 #include "core/EventsHandler.h"
-#include "core/Plugin.h"
+#include "core/host/HostServices.h"
 #include "core/trace/Check.h"
 #include "ui/dialog/OpenSaveDialog.h"
 
@@ -58,8 +58,8 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
             CHECK_RETURN(initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id ==
                              parameters_initial_folder->GetSession()->GetWeb()->GetWeb()->GetUserInformation()._id,
                          E_INVALIDARG);
-        CHECK_RETURN(m_plugin->m_events_handler != nullptr, E_UNEXPECTED);
-        const auto dialog = m_plugin->m_events_handler->GetDialog();
+        CHECK_RETURN(m_plugin->GetEventsHandler() != nullptr, E_UNEXPECTED);
+        const auto dialog = m_plugin->GetEventsHandler()->GetDialog();
         CHECK_RETURN(dialog != nullptr, E_UNEXPECTED);
 
         const Qorv::ComPtr<Qorv::IAUX_Inst> aux_inst = m_plugin->m_aux_inst; // An unload may come meanwhile.

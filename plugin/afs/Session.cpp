@@ -2,7 +2,7 @@
 
 #include "afs/FileSystem.h"
 #include "auth/SignIn.h"
-#include "core/Plugin.h"
+#include "core/host/HostServices.h"
 #include "core/host/MessageBox.h"
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
@@ -91,7 +91,7 @@ bool AskToChooseUser(Qorv::IQorv_Inst* i_host) {
 
 } // namespace
 
-std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token, Plugin* plugin,
+std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token, HostServices* plugin,
                                          Qorv::IAFS_BindContext* context) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
@@ -119,8 +119,8 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
     return session;
 }
 
-Session::Session(Plugin& i_plugin, Qorv::IAFS_BindContext* i_context)
-    : m_file_system(i_plugin.m_file_system), m_context(i_context) {
+Session::Session(HostServices& i_plugin, Qorv::IAFS_BindContext* i_context)
+    : m_file_system(i_plugin.GetFileSystem()), m_context(i_context) {
     TRACE_FUNCTION();
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 
 class FileSystem;
-class Plugin;
+class HostServices;
 
 /// The live connection of one account: its web client and the host's files cache. Names share it; it ends with the last
 /// of them. One call at a time.
@@ -17,7 +17,7 @@ public:
     /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Without a token
     /// the user signs in, on the host's main thread, for which the caller waits; an empty `io_user_id` takes whoever
     /// signs in. Throws the host's code for a cancelled operation when the user does not, or is not the account's.
-    static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token, Plugin* plugin,
+    static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token, HostServices* plugin,
                                            Qorv::IAFS_BindContext* context);
 
     Session(const Session&) = delete;
@@ -36,7 +36,7 @@ public:
     void SetCommunicationKey(std::wstring i_communication_key);
 
 private:
-    Session(Plugin& i_plugin, Qorv::IAFS_BindContext* i_context);
+    Session(HostServices& i_plugin, Qorv::IAFS_BindContext* i_context);
 
     std::wstring ClientId() const;
 

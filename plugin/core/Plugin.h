@@ -1,18 +1,11 @@
 #pragma once
 
-#include "qorv/Afs.h"
-#include "qorv/AuxService.h"
+#include "core/host/HostServices.h"
 #include "qorv/CoClass.h"
-#include "qorv/Host.h"
-#include "qorv/Uix.h"
-
-class EventsHandler;
-class FileSystem;
 
 /// The plug-in: one object for each load of the module. The host drives it through the life cycle that
-/// `Qorv::IQorv_Plugin` describes, on its main thread. The other classes of the plug-in reach the host through the
-/// members.
-class Plugin final : public Qorv::CoClass<Plugin, Qorv::IQorv_Plugin> {
+/// `Qorv::IQorv_Plugin` describes, on its main thread.
+class Plugin final : public Qorv::CoClass<Plugin, HostServices> {
 public:
     Plugin();
     ~Plugin();
@@ -36,11 +29,11 @@ public:
     HRESULT STDMETHODCALLTYPE ExportAdditionalData(IStream* i_destination) noexcept override;
     HRESULT STDMETHODCALLTYPE ResetSettings() noexcept override;
 
-    // Null before `Setup`, or before the step that makes them; all but the icon are null again after `Unload`.
-    Qorv::ComPtr<Qorv::IQorv_Inst> m_qorv_inst;
-    Qorv::ComPtr<Qorv::IAFS_Inst> m_afs_inst;
-    Qorv::ComPtr<Qorv::IAUX_Inst> m_aux_inst;
-    Qorv::ComPtr<Qorv::IUIX_Inst> m_uix_inst;
+    EventsHandler* GetEventsHandler() const noexcept override { return m_events_handler; }
+    FileSystem* GetFileSystem() const noexcept override { return m_file_system; }
+    Qorv::IUIX_Image* GetIcon() const noexcept override { return m_icon; }
+
+    // Null before the step that makes them; all but the icon are null again after `Unload`.
     Qorv::ComPtr<EventsHandler> m_events_handler;
     Qorv::ComPtr<FileSystem> m_file_system;
     Qorv::ComPtr<Qorv::IUIX_Image> m_icon; ///< Null when the icons cannot be loaded.

@@ -1,6 +1,6 @@
 #include "core/host/CabEncryptor.h"
 
-#include "core/Plugin.h"
+#include "core/host/HostServices.h"
 #include "core/host/Cab.h"
 #include "core/trace/Check.h"
 
@@ -9,7 +9,7 @@ using Qorv::ComPtr;
 using Qorv::IAUX_CryptKey;
 using Qorv::IAUX_String;
 
-HRESULT CabEncryptor::SaveEncryptedString(Plugin* i_plugin, Qorv::IAUX_CabNode* cab, const wchar_t* pzsFieldName,
+HRESULT CabEncryptor::SaveEncryptedString(HostServices* i_plugin, Qorv::IAUX_CabNode* cab, const wchar_t* pzsFieldName,
                                           const wchar_t* value) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
@@ -33,7 +33,7 @@ HRESULT CabEncryptor::SaveEncryptedString(Plugin* i_plugin, Qorv::IAUX_CabNode* 
     };
 }
 
-HRESULT CabEncryptor::LoadEncryptedString(Plugin* i_plugin, Qorv::IAUX_CabNode* cab, const wchar_t* pzsFieldName,
+HRESULT CabEncryptor::LoadEncryptedString(HostServices* i_plugin, Qorv::IAUX_CabNode* cab, const wchar_t* pzsFieldName,
                                           Bstr& output) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "qorv/Afs.h"
+#include "qorv/AuxService.h"
+#include "qorv/Host.h"
+#include "qorv/Uix.h"
+
+class EventsHandler;
+class FileSystem;
+
+/// The plug-in object as its other classes see it: the way to the host's services, and to what the plug-in has one of.
+class HostServices : public Qorv::IQorv_Plugin {
+public:
+    // Null before `Setup`, and again after `Unload`.
+    Qorv::ComPtr<Qorv::IQorv_Inst> m_qorv_inst;
+    Qorv::ComPtr<Qorv::IAFS_Inst> m_afs_inst;
+    Qorv::ComPtr<Qorv::IAUX_Inst> m_aux_inst;
+    Qorv::ComPtr<Qorv::IUIX_Inst> m_uix_inst;
+
+    // Null before the step that makes them.
+    virtual EventsHandler* GetEventsHandler() const noexcept = 0;
+    virtual FileSystem* GetFileSystem() const noexcept = 0;
+    /// Null as well when the icons cannot be loaded.
+    virtual Qorv::IUIX_Image* GetIcon() const noexcept = 0;
+
+protected:
+    // Only the plug-in's own `Release` deletes it.
+    HostServices() = default;
+    ~HostServices() = default;
+};
