@@ -3,6 +3,7 @@
 #include "afs/FileSystem.h"
 #include "auth/SignIn.h"
 #include "core/host/HostServices.h"
+#include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"

@@ -1,3 +1,4 @@
+#include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
 
 #include "support/HostTest.h"

@@ -5,14 +5,8 @@
 
 #include <initializer_list>
 #include <string>
-#include <string_view>
 
 namespace Ui {
-
-/// The localized text of an id such as "db.msg.wrongUser", with the arguments in the places of "%1" to "%9"; a place
-/// that has no argument stays as it is. A text that the host does not know reads as its id.
-std::wstring FormatString(Qorv::IQorv_Inst* host_instance, Qorv::PCStr i_id,
-                          std::initializer_list<std::wstring_view> i_arguments = {});
 
 /// Shows a message box of the host's, on the main thread, and waits for its answer: the index of the button pressed,
 /// the last one's when the box was closed otherwise. The buttons are ids of localized texts. Without an owner the box

@@ -1,6 +1,6 @@
 #include "ui/dialog/Dialog.h"
 
-#include "core/host/MessageBox.h"
+#include "core/host/LocalizedText.h"
 #include "core/host/Resource.h"
 #include "core/trace/Check.h"
 #include "ui/dialog/DialogMessages.h"

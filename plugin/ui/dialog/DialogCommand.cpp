@@ -1,6 +1,6 @@
 #include "ui/dialog/DialogCommand.h"
 
-#include "core/host/MessageBox.h"
+#include "core/host/LocalizedText.h"
 #include "core/trace/Trace.h"
 
 namespace Ui {

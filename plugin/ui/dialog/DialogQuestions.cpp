@@ -1,5 +1,6 @@
 #include "ui/dialog/DialogQuestions.h"
 
+#include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
 #include "core/trace/Trace.h"
 

@@ -1,6 +1,6 @@
 #include "ui/dialog/FailureText.h"
 
-#include "core/host/MessageBox.h"
+#include "core/host/LocalizedText.h"
 #include "core/trace/ErrorText.h"
 #include "core/trace/Trace.h"
 

@@ -1,6 +1,6 @@
 #include "ui/list/CellText.h"
 
-#include "core/host/MessageBox.h"
+#include "core/host/LocalizedText.h"
 #include "core/trace/Trace.h"
 
 #include <array>

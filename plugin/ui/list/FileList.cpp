@@ -1,6 +1,6 @@
 #include "ui/list/FileList.h"
 
-#include "core/host/MessageBox.h"
+#include "core/host/LocalizedText.h"
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 
