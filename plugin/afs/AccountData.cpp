@@ -1,9 +1,9 @@
 #include "afs/AccountData.h"
 
 #include "afs/Location.h"
-#include "core/host/HostServices.h"
 #include "core/host/Cab.h"
 #include "core/host/CabEncryptor.h"
+#include "core/host/HostServices.h"
 #include "core/host/ResourceIds.h"
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"

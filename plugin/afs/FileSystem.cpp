@@ -8,8 +8,8 @@
 #include "afs/Location.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
-#include "core/host/HostServices.h"
 #include "core/host/CancelFlag.h"
+#include "core/host/HostServices.h"
 #include "core/trace/Text.h"
 
 using Qorv::ComPtr;
@@ -32,7 +32,8 @@ std::wstring UnknownProperty(const wchar_t* i_prop_name) {
 
 } // namespace
 
-FileSystem::FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin) : m_afs_inst(i_afs_inst), m_plugin(i_plugin) {
+FileSystem::FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin)
+    : m_afs_inst(i_afs_inst), m_plugin(i_plugin) {
     TRACE_FUNCTION();
 }
 

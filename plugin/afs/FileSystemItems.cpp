@@ -20,19 +20,19 @@ namespace {
 void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     TRACE_FUNCTION();
     HRESULT result = S_OK;
-    std::wstring reason;
+    FailureReason reason;
     try {
         const auto web = io_name.GetSession()->GetWeb()->GetWeb();
         io_name.SetObject(FindObject(*web, i_path, SharePoint::Web::BindObjectType::any));
     } catch (const HResultException& e) {
         result = e.m_hresult;
-        reason = Reason(e);
+        reason = e.Reason();
     } catch (const Exception& e) {
         result = E_FAIL;
-        reason = Reason(e);
+        reason = e.Reason();
     }
-    CHECK_THROW(SUCCEEDED(result),
-                HResultException(L"The item was moved, but its new location cannot be read: " + reason, result));
+    reason.words.insert(0, L"The item was moved, but its new location cannot be read: ");
+    CHECK_THROW(SUCCEEDED(result), HResultException(reason.words, result, reason));
 }
 
 } // namespace

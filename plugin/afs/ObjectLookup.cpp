@@ -1,21 +1,7 @@
 #include "afs/ObjectLookup.h"
 
-#include "core/trace/Exceptions.h"
 #include "core/trace/Trace.h"
-
-namespace {
-
-constexpr DWORD status_not_found = 404;
-constexpr DWORD status_endpoint_error = 409; // What went wrong stands in the summary.
-constexpr wchar_t missing_summary[] = L"path/not_found";
-
-bool SaysMissing(const HttpException& i_exception) noexcept {
-    TRACE_FUNCTION();
-    return i_exception.Status() == status_not_found ||
-           (i_exception.Status() == status_endpoint_error && i_exception.ErrorSummary().starts_with(missing_summary));
-}
-
-} // namespace
+#include "dropbox/MissingObject.h"
 
 std::shared_ptr<SharePoint::Object> FindObject(SharePoint::Web& io_web, const std::wstring& i_path,
                                                SharePoint::Web::BindObjectType i_type) {
@@ -23,7 +9,7 @@ std::shared_ptr<SharePoint::Object> FindObject(SharePoint::Web& io_web, const st
     try {
         return io_web.BindObject(i_path, i_type);
     } catch (const HttpException& e) {
-        if (!SaysMissing(e))
+        if (!Dropbox::SaysMissing(e))
             throw;
         return {};
     }
@@ -35,7 +21,7 @@ bool RefreshObject(SharePoint::Object& io_object) {
         io_object.Refresh();
         return true;
     } catch (const HttpException& e) {
-        if (!SaysMissing(e))
+        if (!Dropbox::SaysMissing(e))
             throw;
         return false;
     }

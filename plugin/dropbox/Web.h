@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dropbox/SharePoint.h"
-#include "http/Session.h"
+#include "http/HttpSession.h"
 
 namespace Dropbox {
 

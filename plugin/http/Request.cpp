@@ -2,6 +2,7 @@
 
 #include "core/trace/Check.h"
 #include "http/FailedReply.h"
+#include "http/HttpException.h"
 
 namespace Http {
 

@@ -3,6 +3,7 @@
 #include "core/trace/Check.h"
 #include "core/trace/ErrorText.h"
 #include "core/trace/Text.h"
+#include "http/HttpException.h"
 #include "qorv/Values.h"
 #include "services/ErrorDetails.h"
 #include "support/Log.h"

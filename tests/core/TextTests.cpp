@@ -3,6 +3,7 @@
 #include "core/trace/ErrorText.h"
 #include "core/trace/Exceptions.h"
 #include "core/trace/Text.h"
+#include "http/HttpException.h"
 #include "support/Outcome.h"
 
 using namespace Tests;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "http/Session.h"
+#include "http/HttpSession.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/Service.h"

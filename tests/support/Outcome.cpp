@@ -1,6 +1,7 @@
 #include "support/Outcome.h"
 
 #include "core/trace/Text.h"
+#include "http/HttpException.h"
 
 #include <iomanip>
 #include <sstream>

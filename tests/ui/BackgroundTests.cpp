@@ -105,7 +105,8 @@ TEST_F(BackgroundTest, ATaskIsToldOfWithItsReason) {
     const Ui::WindowTask task(m_host, m_window, message_of_test, 5, remove);
     EXPECT_EQ(5U, NextMessage());
     EXPECT_HRESULT(E_FAIL, task.GetResult());
-    EXPECT_NE(std::wstring::npos, task.GetFailureReason().find(L"HTTP 4")) << ToUtf8(task.GetFailureReason());
+    EXPECT_EQ(400u, task.GetFailureReason().http_status);
+    EXPECT_TRUE(task.GetFailureReason().words.starts_with(L"HTTP 400: ")) << ToUtf8(task.GetFailureReason().words);
 }
 
 TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
@@ -126,31 +127,34 @@ TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
 }
 
 TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
-    const auto http = [](const wchar_t* i_text) { return Ui::Failure{E_FAIL, i_text}; };
+    const auto http = [](DWORD i_status, const wchar_t* i_summary = L"") {
+        return Ui::Failure{E_FAIL, {L"HTTP " + std::to_wstring(i_status), i_status, i_summary}};
+    };
+    const Ui::Failure odd{E_FAIL, {L"odd words that mention HTTP 401 and a conflict\r\n"}};
     const struct {
         Ui::Failure failure;
         const wchar_t* text;
         bool is_sign_in;
     } cases[] = {
-        {http(L"HTTP 401: Unauthorized (expired_access_token/)"), L"db.fail.signIn", true},
-        {http(L"HTTP 409: Conflict (path/not_found/..)"), L"db.fail.notFound", false},
-        {http(L"HTTP 409: Conflict (path/conflict/folder/..)"), L"db.fail.exists", false},
-        {http(L"HTTP 429: Too Many Requests (too_many_requests/)"), L"db.fail.tooMany", false},
-        {http(L"HTTP 503: Service Unavailable"), L"db.fail.service", false},
-        {http(L"HTTP 413: Payload Too Large"), L"db.fail.tooLarge", false},
-        {http(L"HTTP 409: Conflict (payload_too_large/..)"), L"db.fail.tooLarge", false},
-        {{HRESULT_FROM_WIN32(12007), L"GetLastError 12007: "}, L"db.fail.connection", false},
-        {{E_INVALIDARG, L""}, L"db.fail.notFound", false},
-        {http(L"odd words\r\n"), L"db.fail.other", false},
+        {http(401, L"expired_access_token/"), L"db.fail.signIn", true},
+        {http(409, L"path/not_found/.."), L"db.fail.notFound", false},
+        {http(409, L"path/conflict/folder/.."), L"db.fail.exists", false},
+        {http(429, L"too_many_requests/"), L"db.fail.tooMany", false},
+        {http(503), L"db.fail.service", false},
+        {http(413), L"db.fail.tooLarge", false},
+        {http(409, L"payload_too_large/.."), L"db.fail.tooLarge", false},
+        {{HRESULT_FROM_WIN32(12007), {L"GetLastError 12007: "}}, L"db.fail.connection", false},
+        {{E_INVALIDARG}, L"db.fail.notFound", false},
+        {odd, L"db.fail.other", false},
     };
     for (const auto& test : cases) {
         Qorv::Bstr words;
         ASSERT_HRESULT_SUCCEEDED(m_host->GetLocalStr(test.text, &words)) << ToUtf8(test.text);
         EXPECT_TRUE(Ui::FailureText(m_host, test.failure).starts_with(words.View()))
             << ToUtf8(Ui::FailureText(m_host, test.failure));
-        EXPECT_EQ(test.is_sign_in, Ui::IsSignInNeeded(test.failure)) << ToUtf8(test.failure.reason);
+        EXPECT_EQ(test.is_sign_in, Ui::IsSignInNeeded(test.failure)) << ToUtf8(test.failure.reason.words);
     }
-    EXPECT_TRUE(Ui::FailureText(m_host, http(L"odd words\r\n")).ends_with(L"\n(odd words)"));
+    EXPECT_TRUE(Ui::FailureText(m_host, odd).ends_with(L"\n(odd words that mention HTTP 401 and a conflict)"));
 }
 
 } // namespace

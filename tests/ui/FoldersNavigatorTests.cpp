@@ -176,14 +176,16 @@ TEST_F(FoldersNavigatorTest, TellsWhyALoadFailed) {
     std::filesystem::remove_all(Tests::Service::LocalPath(L"/Docs"));
     EXPECT_HRESULT(S_OK, m_navigator->SetFolder(docs));
     EXPECT_HRESULT(E_FAIL, Completed());
-    EXPECT_NE(std::wstring::npos, m_navigator->GetFailureReason().find(L"path/not_found"))
-        << ToUtf8(m_navigator->GetFailureReason());
+    EXPECT_EQ(409u, m_navigator->GetFailureReason().http_status);
+    EXPECT_TRUE(m_navigator->GetFailureReason().summary.starts_with(L"path/not_found/"));
+    EXPECT_NE(std::wstring::npos, m_navigator->GetFailureReason().words.find(L"HTTP 409: "));
     EXPECT_EQ(docs.Get(), m_navigator->GetFolder());
 
     std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs"));
     EXPECT_HRESULT(S_OK, m_navigator->Refresh());
     EXPECT_HRESULT(S_OK, Completed());
-    EXPECT_EQ(L"", m_navigator->GetFailureReason());
+    EXPECT_EQ(L"", m_navigator->GetFailureReason().words);
+    EXPECT_EQ(0u, m_navigator->GetFailureReason().http_status);
 }
 
 TEST_F(FoldersNavigatorTest, StopsAThousandTimesWithTheCompletionHeld) {

@@ -21,55 +21,21 @@ void WriteExit(FunctionTrace& io_trace, Compose&& i_compose) noexcept {
     SetLastError(last_error);
 }
 
-/// Puts the reason where a caller without a details object finds it.
-void SetThreadErrorInfo(const std::wstring& i_text) noexcept {
-    Qorv::ComPtr<ICreateErrorInfo> creator;
-    if (FAILED(CreateErrorInfo(&creator)))
-        return;
-    creator->SetDescription(const_cast<wchar_t*>(i_text.c_str())); // Only read; the declaration is an old one.
-    Qorv::ComPtr<IErrorInfo> info;
-    if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info))))
-        SetErrorInfo(0, info);
-}
-
-void TellCaller(Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code, const std::wstring& i_text) noexcept {
+void TellCaller(Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code, const FailureReason& i_reason) noexcept {
     if (o_details != nullptr)
-        o_details->SetError(i_code, i_text.c_str());
-    SetThreadErrorInfo(i_text);
+        o_details->SetError(i_code, i_reason.words.c_str());
+    SetThreadReason(i_reason);
 }
 
 HRESULT ReturnException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details, HRESULT i_code,
                         const wchar_t* i_expression, const Exception& i_exception) noexcept {
-    try {
-        TellCaller(o_details, i_code, Reason(i_exception));
-    } catch (...) {
-        // No memory for the words: the code alone must do.
-    }
+    TellCaller(o_details, i_code, i_exception.Reason());
     if (FAILED(i_code))
         Detail::ReportReturn(io_trace, i_expression, i_code);
     return i_code;
 }
 
 } // namespace
-
-std::wstring Reason(const Exception& i_exception) {
-    const auto* http = dynamic_cast<const HttpException*>(&i_exception);
-    if (http == nullptr || http->ErrorSummary().empty())
-        return i_exception.Words();
-    return i_exception.Words() + L" (" + http->ErrorSummary() + L")";
-}
-
-std::wstring TakeThreadReason() noexcept {
-    Qorv::ComPtr<IErrorInfo> info;
-    Qorv::Bstr text;
-    try {
-        if (GetErrorInfo(0, &info) == S_OK && SUCCEEDED(info->GetDescription(&text)))
-            return std::wstring(text.View());
-    } catch (...) {
-        // No memory for the words: the code alone must do.
-    }
-    return {};
-}
 
 void Detail::ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept {
     WriteExit(io_trace, [&] {

@@ -4,7 +4,6 @@
 #include "core/trace/Trace.h"
 #include "qorv/Host.h"
 
-#include <string>
 #include <type_traits>
 
 // How a traced function (`TRACE_FUNCTION`) checks what it is given and what it calls. Each check evaluates its
@@ -26,13 +25,6 @@
 //           return TRACE_RESULT(S_OK);
 //       };
 //   }
-
-/// What a person should know of a failure: its words, and the service's own word for it where there is one.
-std::wstring Reason(const Exception& i_exception);
-
-/// The reason, in words, that the thread's last failed COM method left for callers that gave it no details object;
-/// empty when there is none. It is gone after that.
-std::wstring TakeThreadReason() noexcept;
 
 namespace Detail {
 

@@ -1,6 +1,6 @@
 #include "core/trace/ErrorText.h"
 
-#include "core/trace/Trace.h"
+#include <wininet.h>
 
 #include <cwchar>
 #include <iterator>
@@ -46,17 +46,6 @@ std::wstring OrNoInformation(std::wstring i_message) {
     return i_message.empty() ? no_information : std::move(i_message);
 }
 
-/// Traced, unlike the rest of what the log itself is made of: no check's report comes here.
-std::wstring GetRequestText(HINTERNET request_handle) {
-    TRACE_FUNCTION();
-    wchar_t text[text_capacity];
-    DWORD size = sizeof text; // In bytes.
-    if (!HttpQueryInfoW(request_handle, HTTP_QUERY_STATUS_TEXT, text, &size, nullptr))
-        return L"HTTP (failed to get status information): " + LastErrorText();
-    return L"HTTP " + std::to_wstring(HttpStatusCode(request_handle)) + L": " +
-           std::wstring(text, size / sizeof(wchar_t));
-}
-
 } // namespace
 
 std::wstring HResultText(HRESULT hr, DWORD i_language) {
@@ -71,16 +60,4 @@ std::wstring LastErrorText(DWORD i_language) {
         L"GetLastError " + std::to_wstring(error) + L": " + OrNoInformation(WindowsErrorMessage(error, i_language));
     SetLastError(error); // The caller may want the code as well.
     return text;
-}
-
-std::wstring HttpStatusText(HINTERNET i_request) {
-    return GetRequestText(i_request);
-}
-
-DWORD HttpStatusCode(HINTERNET i_request) noexcept {
-    DWORD status = 0;
-    DWORD size = sizeof status;
-    if (!HttpQueryInfoW(i_request, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &size, nullptr))
-        return 0;
-    return status;
 }

@@ -2,8 +2,6 @@
 
 #include "qorv/Base.h"
 
-#include <wininet.h>
-
 #include <string>
 
 /// The language of the log, so that its readers can search it whatever the system's language is: American English.
@@ -16,9 +14,3 @@ std::wstring HResultText(HRESULT hr, DWORD i_language = log_language);
 
 /// "GetLastError 12057: " and the message of the thread's last error, which stays as it is.
 std::wstring LastErrorText(DWORD i_language = log_language);
-
-/// "HTTP 409: " and the status text of a request's reply.
-std::wstring HttpStatusText(HINTERNET i_request);
-
-/// The status code of a request's reply, or 0 when there is none.
-DWORD HttpStatusCode(HINTERNET i_request) noexcept;

@@ -4,32 +4,41 @@
 #include "core/trace/ErrorText.h"
 #include "core/trace/Trace.h"
 
+#include <wininet.h>
+
 #include <string_view>
 
 namespace Ui {
 namespace {
 
-constexpr std::wstring_view unauthorized = L"HTTP 401";
+constexpr DWORD status_too_many_requests = 429;
 
+/// A failure that the service told: by its status, or by a tag of its own word.
 struct Kind {
-    std::wstring_view words; ///< Of the reason: a status, or a part of what the service calls the failure.
+    DWORD status;
+    std::wstring_view tag;
     Qorv::PCStr text_id;
     bool is_clear = false; ///< The text says it all: the service's own words would only confuse.
 };
 
 constexpr Kind kinds[] = {
-    {unauthorized, L"db.fail.signIn", true},
-    {L"HTTP 429", L"db.fail.tooMany"},
-    {L"HTTP 5", L"db.fail.service"},
-    {L"not_found", L"db.fail.notFound", true},
-    {L"conflict", L"db.fail.exists", true},
-    {L"insufficient_space", L"db.fail.noSpace", true},
-    {L"no_write_permission", L"db.fail.notAllowed", true},
-    {L"disallowed_name", L"db.fail.badName", true},
-    {L"malformed_path", L"db.fail.badName", true},
-    {L"payload_too_large", L"db.fail.tooLarge", true},
-    {L"HTTP 413", L"db.fail.tooLarge", true},
+    {HTTP_STATUS_DENIED, {}, L"db.fail.signIn", true},
+    {status_too_many_requests, {}, L"db.fail.tooMany"},
+    {0, L"not_found", L"db.fail.notFound", true},
+    {0, L"conflict", L"db.fail.exists", true},
+    {0, L"insufficient_space", L"db.fail.noSpace", true},
+    {0, L"no_write_permission", L"db.fail.notAllowed", true},
+    {0, L"disallowed_name", L"db.fail.badName", true},
+    {0, L"malformed_path", L"db.fail.badName", true},
+    {0, L"payload_too_large", L"db.fail.tooLarge", true},
+    {HTTP_STATUS_REQUEST_TOO_LARGE, {}, L"db.fail.tooLarge", true},
 };
+
+bool IsOf(const Kind& i_kind, const FailureReason& i_reason) noexcept {
+    TRACE_FUNCTION();
+    return i_kind.tag.empty() ? i_reason.http_status == i_kind.status
+                              : i_reason.summary.find(i_kind.tag) != std::wstring::npos;
+}
 
 bool IsOfConnection(HRESULT i_code) noexcept {
     TRACE_FUNCTION();
@@ -40,12 +49,14 @@ bool IsOfConnection(HRESULT i_code) noexcept {
 Kind KindOf(const Failure& i_failure) noexcept {
     TRACE_FUNCTION();
     for (const Kind& kind : kinds)
-        if (i_failure.reason.find(kind.words) != std::wstring::npos)
+        if (IsOf(kind, i_failure.reason))
             return kind;
+    if (i_failure.reason.http_status >= HTTP_STATUS_SERVER_ERROR)
+        return {0, {}, L"db.fail.service"};
     if (IsOfConnection(i_failure.code))
-        return {{}, L"db.fail.connection"};
+        return {0, {}, L"db.fail.connection"};
     // What the provider answers for a name that stands for nothing.
-    return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", true} : Kind{{}, L"db.fail.other"};
+    return i_failure.code == E_INVALIDARG ? Kind{0, {}, L"db.fail.notFound", true} : Kind{0, {}, L"db.fail.other"};
 }
 
 std::wstring OneParagraph(std::wstring i_text) {
@@ -59,7 +70,7 @@ std::wstring OneParagraph(std::wstring i_text) {
 
 bool IsSignInNeeded(const Failure& i_failure) noexcept {
     TRACE_FUNCTION();
-    return i_failure.reason.find(unauthorized) != std::wstring::npos;
+    return i_failure.reason.http_status == HTTP_STATUS_DENIED;
 }
 
 std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_failure) {
@@ -69,7 +80,7 @@ std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_fai
     if (kind.is_clear)
         return words;
     const std::wstring detail =
-        i_failure.reason.empty() ? HResultText(i_failure.code, user_language) : i_failure.reason;
+        i_failure.reason.words.empty() ? HResultText(i_failure.code, user_language) : i_failure.reason.words;
     return words + L"\n(" + OneParagraph(detail) + L")";
 }
 

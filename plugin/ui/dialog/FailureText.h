@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/trace/FailureReason.h"
 #include "qorv/Host.h"
 
 #include <string>
@@ -9,7 +10,7 @@ namespace Ui {
 /// What a failed call of the provider left: its code, and its reason, which may be empty.
 struct Failure {
     HRESULT code = E_UNEXPECTED;
-    std::wstring reason;
+    FailureReason reason{};
 };
 
 /// Whether the account's token is refused, so that only a new sign-in helps.

@@ -33,7 +33,7 @@ public:
     Qorv::IAFS_Name* GetFolder() const noexcept { return m_navigator->GetFolder(); }
     Qorv::IAFS_Name* GetParentFolder() const noexcept { return m_navigator->GetParentFolder(); }
     const FolderItems& GetItems() const noexcept { return m_navigator->GetItems(); }
-    const std::wstring& GetFailureReason() const noexcept { return m_navigator->GetFailureReason(); }
+    const FailureReason& GetFailureReason() const noexcept { return m_navigator->GetFailureReason(); }
 
 private:
     /// What the navigator's completion has: nothing of a window, since it may be destroyed on another thread.

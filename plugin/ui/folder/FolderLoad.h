@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/trace/FailureReason.h"
 #include "ui/folder/FolderItems.h"
 
 #include <atomic>
-#include <string>
 
 /// One load of a folder on a worker thread: into copies of its own, so that nobody else's hand is on them meanwhile.
 class FolderLoad {
@@ -20,7 +20,7 @@ public:
     Qorv::ComPtr<Qorv::IAFS_Name> m_folder;        ///< A file's folder, once it is known that the name was a file's.
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder; ///< Null for a root.
     FolderItems m_items;
-    std::wstring m_failure_reason; ///< Why the load failed, in words; empty when nothing is known.
+    FailureReason m_failure_reason; ///< Why the load failed; empty when nothing is known but the code.
 
 private:
     HRESULT Load() noexcept;

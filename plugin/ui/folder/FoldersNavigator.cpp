@@ -50,7 +50,7 @@ HRESULT FoldersNavigator::Refresh() {
 void FoldersNavigator::Launch() {
     TRACE_FUNCTION();
     m_is_delivered = false;
-    m_failure_reason.clear();
+    m_failure_reason = {};
     try {
         auto load = std::make_shared<FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
         m_load_task = WorkerTask([this, load = std::move(load)]() mutable {

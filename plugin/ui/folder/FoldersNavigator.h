@@ -46,7 +46,7 @@ public:
     Qorv::IAFS_Name* GetParentFolder() const noexcept { return m_parent_folder; }
     const FolderItems& GetItems() const noexcept { return m_items; }
     /// Why the load failed, in words for a person; empty when nothing is known but the code.
-    const std::wstring& GetFailureReason() const noexcept { return m_failure_reason; }
+    const FailureReason& GetFailureReason() const noexcept { return m_failure_reason; }
 
 private:
     void Launch();
@@ -59,7 +59,7 @@ private:
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder;
     std::function<void(HRESULT)> m_completion;
     FolderItems m_items;
-    std::wstring m_failure_reason;
+    FailureReason m_failure_reason;
     bool m_is_delivered = false; ///< The load's completion was called; only its thread's last moments are left.
     WorkerTask m_load_task;
     std::atomic<bool> m_is_running = false;

@@ -10,7 +10,7 @@ namespace Ui {
 struct WindowTask::State {
     std::atomic<bool> is_abandoned = false;
     HRESULT result = E_UNEXPECTED;
-    std::wstring failure_reason;
+    FailureReason failure_reason;
 };
 
 WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_message, WPARAM i_serial, Work i_work)
@@ -46,7 +46,7 @@ HRESULT WindowTask::GetResult() const noexcept {
     return m_state->result;
 }
 
-const std::wstring& WindowTask::GetFailureReason() const noexcept {
+const FailureReason& WindowTask::GetFailureReason() const noexcept {
     TRACE_FUNCTION();
     return m_state->failure_reason;
 }

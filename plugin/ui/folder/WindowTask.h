@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/trace/FailureReason.h"
 #include "qorv/Host.h"
 #include "ui/folder/WorkerTask.h"
 
@@ -32,8 +33,8 @@ public:
 
     // To be asked when the message has arrived.
     HRESULT GetResult() const noexcept;
-    /// Why the work failed, in words for a person; empty when nothing is known but the code.
-    const std::wstring& GetFailureReason() const noexcept;
+    /// Why the work failed; empty when nothing is known but the code.
+    const FailureReason& GetFailureReason() const noexcept;
 
 private:
     struct State;

@@ -1,7 +1,8 @@
-#include "http/Session.h"
+#include "http/HttpSession.h"
 
 #include "core/trace/Check.h"
 #include "http/FailedReply.h"
+#include "http/HttpException.h"
 #include "http/RequestUri.h"
 
 #include <shlwapi.h>

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/trace/Exceptions.h"
+
+#include <wininet.h>
+
+#include <string>
+
+/// "HTTP 409: " and the status text of a request's reply.
+std::wstring HttpStatusText(HINTERNET i_request);
+
+/// The status code of a request's reply, or 0 when there is none.
+DWORD HttpStatusCode(HINTERNET i_request) noexcept;
+
+/// A reply whose status is no success.
+class HttpException : public Exception {
+public:
+    /// An empty message stands for the request's status text. `i_error_summary` is the service's own word for the
+    /// failure, such as "path/not_found/..", or its sentence, or empty.
+    explicit HttpException(HINTERNET i_request, std::wstring i_message = {}, std::wstring i_error_summary = {});
+
+    /// The HTTP status code, 0 when the request could not tell it.
+    DWORD Status() const noexcept { return Reason().http_status; }
+    const std::wstring& ErrorSummary() const noexcept { return Reason().summary; }
+
+private:
+    HttpException(const std::wstring& i_message, HINTERNET i_request, std::wstring i_error_summary);
+};
