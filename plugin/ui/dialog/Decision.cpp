@@ -4,21 +4,16 @@
 #include "afs/Name.h"
 #include "core/trace/Text.h"
 #include "core/trace/Trace.h"
-#include "dropbox/RemotePath.h"
+#include "dropbox/NameRules.h"
 #include "ui/list/FileRows.h"
 
 #include <algorithm>
-#include <cwctype>
 
 namespace Ui {
 namespace {
 
 using Kind = Decision::Kind;
 
-constexpr std::size_t longest_name = 255; // UTF-16 units, the service's own limit.
-/// What the service never takes, because programs make such files for themselves.
-constexpr std::wstring_view refused_names[] = {L"desktop.ini", L"thumbs.db", L".ds_store",
-                                               L"icon\r",      L".dropbox",  L".dropbox.attr"};
 constexpr wchar_t parent_entry[] = L"..";
 constexpr wchar_t parent_title[] = L"../";
 
@@ -46,16 +41,6 @@ std::wstring LocationText(const std::wstring& i_text) {
     if (!EqualsNoCase(std::wstring_view(i_text).substr(0, location_prefix.size()), location_prefix))
         return {};
     return std::wstring(location_prefix) + i_text.substr(location_prefix.size());
-}
-
-/// Lock, temporary and backup files of editors as well.
-bool IsRefusedName(std::wstring_view i_name) {
-    TRACE_FUNCTION();
-    constexpr std::wstring_view temporary = L".tmp";
-    return std::ranges::any_of(refused_names,
-                               [&](std::wstring_view i_refused) { return EqualsNoCase(i_name, i_refused); }) ||
-           i_name.starts_with(L"~$") || i_name.starts_with(L".~") ||
-           (i_name.starts_with(L'~') && i_name.ends_with(temporary));
 }
 
 /// The name of a file to save: an existing one, or a new one that the service takes.
@@ -125,13 +110,7 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
 
 bool IsNameForService(std::wstring_view i_name) {
     TRACE_FUNCTION();
-    const bool is_element = !i_name.empty() && i_name.size() <= longest_name && i_name != L"." && i_name != L".." &&
-                            i_name.find_first_of(L"/\\\"") == std::wstring_view::npos &&
-                            std::iswspace(i_name.back()) == 0;
-    if (!is_element || IsRefusedName(i_name))
-        return false;
-    const std::wstring location = std::wstring(location_prefix).append(L"/").append(i_name);
-    return Name::IsStringValid(location) && Dropbox::CanBeSent(i_name);
+    return Dropbox::TakesName(i_name) && Name::IsStringValid(std::wstring(location_prefix).append(L"/").append(i_name));
 }
 
 } // namespace Ui
