@@ -182,8 +182,9 @@ void Dialog::UpdateItems() {
     TRACE_FUNCTION();
     if (m_pObj == nullptr)
         return;
-    for (const Ui::DialogCommand command : Ui::dialog_commands)
-        m_items.m_commands->put_IsCommandEnabled(static_cast<LONG>(command), VariantBool(CanRun(command)));
+    for (const Ui::CommandRow& row : Ui::DialogCommands())
+        if (row.text_id != nullptr)
+            m_items.m_commands->put_IsCommandEnabled(static_cast<LONG>(row.command), VariantBool(CanRun(row.command)));
     Enable(m_items.m_ok, !IsBusy(), m_items.m_list);
     Enable(m_items.m_choose_user, !IsBusy(), m_items.m_list);
 }

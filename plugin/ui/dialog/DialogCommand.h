@@ -5,24 +5,43 @@
 #include "ui/list/DialogUi.h"
 
 #include <array>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace Ui {
 
-/// The commands of a dialog's command bar, its list's menu and its keys. The values are the host's ids of them.
+/// The commands of a dialog. The values are the host's ids of them.
 enum class DialogCommand : LONG {
     up = 1,
     new_folder = 2,
     delete_items = 3,
     refresh = 4,
-    select_all = 5, ///< By its key only.
+    select_all = 5,
 };
 
-/// Those that bar and menu have.
-inline constexpr DialogCommand dialog_commands[] = {DialogCommand::up, DialogCommand::new_folder,
-                                                    DialogCommand::delete_items, DialogCommand::refresh};
+/// Where a key is a command's; elsewhere it is the item's own.
+enum class KeyPlace { everywhere, list, all_but_combo };
 
-/// The commands as the host's bars and menus take them. The UI service outlives it.
+struct CommandKey {
+    UINT message = 0; ///< WM_KEYDOWN, or WM_SYSKEYDOWN with Alt; 0 for no key.
+    WPARAM code = 0;
+    KeyPlace place = KeyPlace::everywhere;
+    bool is_with_ctrl = false;
+};
+
+/// All there is to know of a command but what it does.
+struct CommandRow {
+    DialogCommand command;
+    Qorv::PCStr text_id;                             ///< Null for one that neither bar nor menu has.
+    Qorv::ComPtr<Qorv::IUIX_Image> DialogUi::*image; ///< Null for none.
+    std::array<CommandKey, 2> keys;
+};
+
+/// Every command, in the order of bar and menu.
+std::span<const CommandRow> DialogCommands() noexcept;
+
+/// The commands of bar and menu as the host takes them. The UI service outlives it.
 class CommandSet {
 public:
     CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui);
@@ -35,8 +54,8 @@ public:
     ULONG GetCount() const noexcept { return static_cast<ULONG>(m_commands.size()); }
 
 private:
-    std::array<std::wstring, std::size(dialog_commands)> m_texts;
-    std::array<Qorv::UIX_Command, std::size(dialog_commands)> m_commands;
+    std::vector<std::wstring> m_texts;
+    std::vector<Qorv::UIX_Command> m_commands;
 };
 
 } // namespace Ui

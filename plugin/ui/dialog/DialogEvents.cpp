@@ -50,7 +50,7 @@ HRESULT Dialog::Handle(const std::function<void()>& i_handler) noexcept {
     const ComPtr<Dialog> self(this); // The handler may end the dialog.
     const HRESULT result = Guard(i_handler);
     if (FAILED(result) && m_pObj != nullptr) {
-        const std::wstring reason = TakeThreadReason();
+        const FailureReason reason = TakeThreadReason();
         Guard([&] {
             UpdateItems();
             m_questions->TellFailure(L"db.msg.failed", {result, reason});
@@ -128,8 +128,8 @@ void Dialog::OnColumnClicked(LONG i_column) {
 void Dialog::OnContextMenu(LONG i_place) {
     TRACE_FUNCTION();
     Ui::CommandSet commands(m_context.host_instance, m_context.ui);
-    for (const Ui::DialogCommand command : Ui::dialog_commands)
-        commands.Enable(command, CanRun(command));
+    for (const Ui::CommandRow& row : Ui::DialogCommands())
+        commands.Enable(row.command, CanRun(row.command));
     // Signed: a screen may lie to the left of the first one.
     const POINT place{static_cast<short>(LOWORD(i_place)), static_cast<short>(HIWORD(i_place))};
     LONG command = 0;

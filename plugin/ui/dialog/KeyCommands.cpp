@@ -5,28 +5,15 @@
 namespace Ui {
 namespace {
 
-enum class Place { everywhere, list, all_but_combo };
-
-struct Key {
-    WPARAM code;
-    UINT message; ///< Alt makes it a system key.
-    Place place;  ///< Elsewhere it is the item's own.
-    DialogCommand command;
-    bool is_with_ctrl = false;
-};
-
-constexpr Key keys[] = {
-    {VK_F5, WM_KEYDOWN, Place::everywhere, DialogCommand::refresh},
-    {VK_UP, WM_SYSKEYDOWN, Place::all_but_combo, DialogCommand::up},
-    {VK_BACK, WM_KEYDOWN, Place::list, DialogCommand::up},
-    {VK_DELETE, WM_KEYDOWN, Place::list, DialogCommand::delete_items},
-    {'A', WM_KEYDOWN, Place::list, DialogCommand::select_all, true},
-};
-
 bool HasFocus(Qorv::IUIX_Item* i_item) noexcept {
     TRACE_FUNCTION();
     VARIANT_BOOL has_focus = VARIANT_FALSE;
     return i_item != nullptr && SUCCEEDED(i_item->get_HasFocus(&has_focus)) && has_focus != VARIANT_FALSE;
+}
+
+bool IsCtrlDown() noexcept {
+    TRACE_FUNCTION();
+    return GetKeyState(VK_CONTROL) < 0;
 }
 
 } // namespace
@@ -49,6 +36,29 @@ void KeyCommands::Close() noexcept {
     m_run = nullptr;
 }
 
+std::optional<DialogCommand> KeyCommands::CommandOf(const MSG& i_message) const noexcept {
+    TRACE_FUNCTION();
+    for (const CommandRow& row : DialogCommands())
+        for (const CommandKey& key : row.keys)
+            if (i_message.message == key.message && i_message.wParam == key.code && key.is_with_ctrl == IsCtrlDown() &&
+                IsIn(key.place))
+                return row.command;
+    return std::nullopt;
+}
+
+bool KeyCommands::IsIn(KeyPlace i_place) const noexcept {
+    TRACE_FUNCTION();
+    switch (i_place) {
+    case KeyPlace::list:
+        return HasFocus(m_list);
+    case KeyPlace::all_but_combo:
+        return !HasFocus(m_combo);
+    case KeyPlace::everywhere:
+        break;
+    }
+    return true;
+}
+
 HRESULT STDMETHODCALLTYPE KeyCommands::OnEventLoopMonitor(Qorv::IUIX_LoopEvent* io_event) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
@@ -61,15 +71,11 @@ HRESULT STDMETHODCALLTYPE KeyCommands::OnEventLoopMonitor(Qorv::IUIX_LoopEvent* 
         CHECK_HRESULT(io_event->get_WParam(&message.wParam));
         if (m_dialog_window == nullptr || !IsChild(m_dialog_window, message.hwnd))
             return TRACE_RESULT(S_OK);
-        for (const Key& key : keys) {
-            if (message.message != key.message || message.wParam != key.code ||
-                key.is_with_ctrl != (GetKeyState(VK_CONTROL) < 0) || (key.place == Place::list && !HasFocus(m_list)) ||
-                (key.place == Place::all_but_combo && HasFocus(m_combo)))
-                continue;
+        const auto command = CommandOf(message);
+        if (command) {
             CHECK_HRESULT(io_event->put_Handled(VARIANT_TRUE));
             const auto run = m_run; // The command may close the dialog.
-            run(key.command);
-            break;
+            run(*command);
         }
         return TRACE_RESULT(S_OK);
     };

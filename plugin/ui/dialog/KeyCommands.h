@@ -5,6 +5,7 @@
 #include "ui/dialog/DialogCommand.h"
 
 #include <functional>
+#include <optional>
 
 namespace Ui {
 
@@ -22,6 +23,9 @@ public:
     HRESULT STDMETHODCALLTYPE OnEventLoopMonitor(Qorv::IUIX_LoopEvent* io_event) noexcept override;
 
 private:
+    std::optional<DialogCommand> CommandOf(const MSG& i_message) const noexcept;
+    bool IsIn(KeyPlace i_place) const noexcept;
+
     HWND m_dialog_window;
     Qorv::ComPtr<Qorv::IUIX_Item> m_list;
     Qorv::ComPtr<Qorv::IUIX_Item> m_combo;
