@@ -2,16 +2,19 @@
 
 #include "uix/WindowSteps.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
 
 namespace Tests {
 
 /// Does something to the window in use as soon as there is one, while its message loop runs: once, or again until it
-/// answers true. One at a time.
+/// answers true. When that takes too long, it fails the test and closes the window. One at a time.
 class OnceInUse {
 public:
     explicit OnceInUse(std::function<bool(HWND)> i_action) {
         action = std::move(i_action);
+        deadline = GetTickCount64() + patience_in_ms;
         m_timer = SetTimer(nullptr, 0, 10, &OnTimer);
     }
     ~OnceInUse() {
@@ -24,11 +27,19 @@ private:
         const HWND window = DevHost::WindowInUse();
         if (window == nullptr || action == nullptr)
             return;
+        if (GetTickCount64() > deadline) {
+            ADD_FAILURE() << "the window never came to what the test waits for";
+            action = nullptr;
+            DevHost::CloseByBox(window, {});
+            return;
+        }
         const auto run = std::exchange(action, nullptr);
         if (!run(window))
             action = run;
     }
 
+    static constexpr ULONGLONG patience_in_ms = 30'000;
+    static inline ULONGLONG deadline = 0;
     static inline std::function<bool(HWND)> action;
     UINT_PTR m_timer = 0;
 };
