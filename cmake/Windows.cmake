@@ -5,7 +5,7 @@ add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WIN
 add_compile_options(-fno-strict-aliasing)
 
 # Where the sources and the build lie is not the files' business: the same sources give the same bytes anywhere.
-add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+add_compile_options("-fmacro-prefix-map=${PROJECT_SOURCE_DIR}=." "-fdebug-prefix-map=${PROJECT_SOURCE_DIR}=/dropbox-connector")
 
 # The runtimes are linked in: a module imports only what Windows ships.
 add_link_options(-static)
