@@ -53,6 +53,11 @@ std::string MetadataJson(const ItemMetadata& i_metadata, Tagged i_tagged) {
     return std::string(TextOf(buffer));
 }
 
+std::string MetadataMembers(const ItemMetadata& i_metadata) {
+    const std::string object = MetadataJson(i_metadata, Tagged::No);
+    return object.substr(1, object.size() - 2);
+}
+
 std::string TimeText(std::int64_t i_seconds) {
     using namespace std::chrono;
     const sys_seconds time{seconds(i_seconds)};
