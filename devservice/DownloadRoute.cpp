@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "Refusal.h"
+#include "ServicePath.h"
 
 namespace DevService::TransferRoutes {
 
@@ -53,6 +54,8 @@ Reply Download(Call& io_call) {
     const Storage::Place place = storage.Require(path, "path");
     if (!place.IsFile())
         throw RouteError({"path", "not_file"});
+    if (!IsDownloadable(place.path.names.back()))
+        throw RouteError({"unsupported_file"});
     const std::optional<ByteRange> range = ReadRange(io_call.exchange.HeaderValue("Range"), place.status.size);
     const ByteRange sent = range.value_or(ByteRange{0, place.status.size});
     if (sent.begin >= sent.end && range)

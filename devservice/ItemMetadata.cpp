@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "ServicePath.h"
 #include "Text.h"
 
 namespace DevService {
@@ -39,7 +40,7 @@ void WriteMetadata(JsonWriter& io_json, const ItemMetadata& i_metadata, Tagged i
         WriteKey(io_json, "size");
         io_json.Uint64(i_metadata.size);
         WriteKey(io_json, "is_downloadable");
-        io_json.Bool(true);
+        io_json.Bool(IsDownloadable(i_metadata.name));
         if (!i_metadata.content_hash.empty())
             WriteMember(io_json, "content_hash", i_metadata.content_hash);
     }

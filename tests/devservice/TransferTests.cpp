@@ -150,6 +150,12 @@ TEST_F(Transfer, DownloadsTheBytes) {
     EXPECT_EQ(Member(result, ".tag"), "<missing>");
     EXPECT_EQ(std::string(answer["ETag"]), "W/\"" + Member(result, "rev") + "\"");
 
+    WriteFile("Minutes.Paper", ""); // edited online, cannot be downloaded
+    const Answer online = Download("/Minutes.Paper");
+    EXPECT_NE(online.body().find(R"("error":{".tag":"unsupported_file"}})"), std::string::npos) << online.body();
+    const rapidjson::Document metadata = Json(Rpc("files/get_metadata", R"({"path": "/Minutes.Paper"})"));
+    EXPECT_EQ(Member(metadata, "is_downloadable"), "false");
+
     const Answer folder = Download("/Docs");
     EXPECT_EQ(folder.result_int(), 409u);
     EXPECT_TRUE(folder.reason().starts_with("path/not_file/"));
