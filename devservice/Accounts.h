@@ -8,6 +8,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "Batches.h"
 #include "Listings.h"
 #include "Storage.h"
 #include "StorageWriter.h"
@@ -28,6 +29,7 @@ struct Account {
     StorageWriter writer;
     Listings listings;
     UploadSessions sessions;
+    AsyncJobs jobs;
 };
 
 /// The accounts and their access tokens. The accounts are fixed before the service starts; the tokens come and go,

@@ -42,6 +42,8 @@ constexpr std::array Routes = {
     Route{"files/create_folder", Host::Api, Style::Rpc, FileRoutes::CreateFolder},
     Route{"files/create_folder_v2", Host::Api, Style::Rpc, FileRoutes::CreateFolderV2},
     Route{"files/delete", Host::Api, Style::Rpc, FileRoutes::Delete},
+    Route{"files/delete_batch", Host::Api, Style::Rpc, FileRoutes::DeleteBatch},
+    Route{"files/delete_batch/check", Host::Api, Style::Rpc, FileRoutes::CheckJob},
     Route{"files/delete_v2", Host::Api, Style::Rpc, FileRoutes::DeleteV2},
     Route{"files/download", Host::Content, Style::Download, TransferRoutes::Download},
     Route{"files/get_metadata", Host::Api, Style::Rpc, FileRoutes::GetMetadata},
@@ -53,6 +55,9 @@ constexpr std::array Routes = {
     Route{"files/upload", Host::Content, Style::Upload, TransferRoutes::Upload},
     Route{"files/upload_session/append_v2", Host::Content, Style::Upload, TransferRoutes::AppendToSession},
     Route{"files/upload_session/finish", Host::Content, Style::Upload, TransferRoutes::FinishSession},
+    Route{"files/upload_session/finish_batch", Host::Api, Style::Rpc, TransferRoutes::FinishSessions},
+    Route{"files/upload_session/finish_batch/check", Host::Api, Style::Rpc, FileRoutes::CheckJob},
+    Route{"files/upload_session/finish_batch_v2", Host::Api, Style::Rpc, TransferRoutes::FinishSessionsV2},
     Route{"files/upload_session/start", Host::Content, Style::Upload, TransferRoutes::StartSession},
     Route{"users/get_current_account", Host::Api, Style::Void, UserRoutes::GetCurrentAccount},
     Route{"users/get_space_usage", Host::Api, Style::Void, UserRoutes::GetSpaceUsage},
@@ -119,8 +124,9 @@ std::string_view ReadArgumentHeader(const HttpExchange& i_exchange) {
 Arguments ReadArguments(HttpExchange& io_exchange, Style i_style) {
     if (i_style == Style::Upload || i_style == Style::Download) {
         Arguments arguments(ReadArgumentHeader(io_exchange), "HTTP header \"Dropbox-API-Arg\"");
-        if (i_style == Style::Download && !io_exchange.ReadWholeBody().empty())
-            throw BadArguments("The request body is supposed to be empty, but it isn't.");
+        const std::string body = i_style == Style::Download ? io_exchange.ReadWholeBody() : std::string();
+        if (!body.empty())
+            throw BadArguments("The request body is supposed to be empty, but it isn't; got \"" + body + "\"");
         return arguments;
     }
     const std::string body = io_exchange.ReadWholeBody();

@@ -155,6 +155,18 @@ Arguments Arguments::Object(std::string_view i_name) {
     return Arguments(RequiredMember(i_name), m_where + ": " + std::string(i_name));
 }
 
+std::vector<Arguments> Arguments::Objects(std::string_view i_name, std::size_t i_max_count) {
+    const rapidjson::Value& value = RequiredMember(i_name);
+    if (!value.IsArray())
+        RefuseType(i_name, "list", value);
+    if (value.Size() > i_max_count)
+        Refuse(i_name, "has more than " + std::to_string(i_max_count) + " items");
+    std::vector<Arguments> objects;
+    for (const rapidjson::Value& object : value.GetArray())
+        objects.push_back(Arguments(object, m_where + ": " + std::string(i_name)));
+    return objects;
+}
+
 void Arguments::Ignore(std::initializer_list<std::string_view> i_names) {
     m_known.insert(m_known.end(), i_names.begin(), i_names.end());
 }

@@ -49,6 +49,9 @@ public:
     /// The arguments in a nested object.
     Arguments Object(std::string_view i_name);
 
+    /// The arguments in each object of an array.
+    std::vector<Arguments> Objects(std::string_view i_name, std::size_t i_max_count);
+
     /// Fields that are accepted and have no effect.
     void Ignore(std::initializer_list<std::string_view> i_names);
 

@@ -36,6 +36,19 @@ std::chrono::milliseconds ReadTime(Arguments& io_arguments, std::string_view i_n
     return std::chrono::milliseconds(io_arguments.OptionalNumber(i_name, 0, 3'600'000).value_or(0));
 }
 
+/// A made-up 429 as the service gives it, whose error has no tag of its own.
+void ReadRateLimit(Arguments& io_arguments, Fault& io_fault) {
+    const auto reason = io_arguments.OneOf("rate_limit", "", {"too_many_requests", "too_many_write_operations"}).tag;
+    const std::string seconds = std::to_string(io_arguments.OptionalNumber("retry_after", 0, 86'400).value_or(1));
+    if (reason.empty())
+        return;
+    io_fault.status = 429;
+    io_fault.headers.emplace_back("Content-Type", "application/json");
+    io_fault.headers.emplace_back("Retry-After", seconds);
+    io_fault.body = R"({"error_summary": ")" + reason + R"(/", "error": {"reason": {".tag": ")" + reason +
+                    R"("}, "retry_after": )" + seconds + "}}";
+}
+
 Fault ReadFault(Arguments& io_arguments) {
     Fault fault;
     if (const auto status = io_arguments.OptionalNumber("status", 100, 599))
@@ -44,6 +57,7 @@ Fault ReadFault(Arguments& io_arguments) {
     if (const rapidjson::Value* headers = io_arguments.Member("headers"))
         fault.headers = ReadHeaders(*headers);
     fault.body = io_arguments.OptionalText("body");
+    ReadRateLimit(io_arguments, fault);
     fault.is_real = io_arguments.Flag("real", false);
     fault.delay = ReadTime(io_arguments, "delay_ms");
     fault.truncate_at = io_arguments.OptionalNumber("truncate_body", 0, MaxCount);

@@ -1,14 +1,21 @@
 #include "Routes.h"
 
+#include <optional>
+#include <vector>
+
 #include "Refusal.h"
 
 namespace DevService::FileRoutes {
 
 namespace {
 
+std::string AsMember(const ItemMetadata& i_metadata, Tagged i_tagged) {
+    return "\"metadata\": " + MetadataJson(i_metadata, i_tagged);
+}
+
 /// The current versions' reply.
 Reply InObject(const ItemMetadata& i_metadata, Tagged i_tagged) {
-    return Reply::Json("{\"metadata\": " + MetadataJson(i_metadata, i_tagged) + "}");
+    return Reply::Json("{" + AsMember(i_metadata, i_tagged) + "}");
 }
 
 ItemMetadata CreateFolderOf(Call& io_call) {
@@ -19,12 +26,20 @@ ItemMetadata CreateFolderOf(Call& io_call) {
     return io_call.account.writer.CreateFolder(path, has_autorename);
 }
 
+struct Deletion {
+    std::string path;
+    std::optional<std::string> parent_revision; ///< the file's, when the client knows it
+};
+
+Deletion ReadDeletion(Arguments& io_arguments) {
+    Deletion deletion{io_arguments.Path("path", PathForm::WriteOrId), io_arguments.OptionalText("parent_rev")};
+    io_arguments.Finish();
+    return deletion;
+}
+
 ItemMetadata DeleteOf(Call& io_call) {
-    Arguments& arguments = io_call.arguments;
-    const std::string path = arguments.Path("path", PathForm::WriteOrId);
-    const auto parent_revision = arguments.OptionalText("parent_rev");
-    arguments.Finish();
-    return io_call.account.writer.Delete(path, parent_revision);
+    const Deletion deletion = ReadDeletion(io_call.arguments);
+    return io_call.account.writer.Delete(deletion.path, deletion.parent_revision);
 }
 
 ItemMetadata RelocateOf(Call& io_call, StorageWriter::Relocation i_what) {
@@ -68,6 +83,23 @@ Reply Delete(Call& io_call) {
 
 Reply DeleteV2(Call& io_call) {
     return InObject(DeleteOf(io_call), Tagged::Yes);
+}
+
+Reply DeleteBatch(Call& io_call) {
+    std::vector<Deletion> deletions;
+    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::MaxSize))
+        deletions.push_back(ReadDeletion(entry));
+    io_call.arguments.Finish();
+    BatchResult result;
+    for (const auto& [path, revision] : deletions)
+        result.Add([&] { return AsMember(io_call.account.writer.Delete(path, revision), Tagged::Yes); });
+    return Reply::Json(io_call.account.jobs.Launch(result));
+}
+
+Reply CheckJob(Call& io_call) {
+    const std::string id = io_call.arguments.Text("async_job_id");
+    io_call.arguments.Finish();
+    return Reply::Json(io_call.account.jobs.Check(id));
 }
 
 Reply Copy(Call& io_call) {

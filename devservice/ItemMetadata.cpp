@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "ServicePath.h"
 #include "Text.h"
 
 namespace DevService {
@@ -39,7 +40,7 @@ void WriteMetadata(JsonWriter& io_json, const ItemMetadata& i_metadata, Tagged i
         WriteKey(io_json, "size");
         io_json.Uint64(i_metadata.size);
         WriteKey(io_json, "is_downloadable");
-        io_json.Bool(true);
+        io_json.Bool(IsDownloadable(i_metadata.name));
         if (!i_metadata.content_hash.empty())
             WriteMember(io_json, "content_hash", i_metadata.content_hash);
     }
@@ -51,6 +52,11 @@ std::string MetadataJson(const ItemMetadata& i_metadata, Tagged i_tagged) {
     JsonWriter json(buffer);
     WriteMetadata(json, i_metadata, i_tagged);
     return std::string(TextOf(buffer));
+}
+
+std::string MetadataMembers(const ItemMetadata& i_metadata) {
+    const std::string object = MetadataJson(i_metadata, Tagged::No);
+    return object.substr(1, object.size() - 2);
 }
 
 std::string TimeText(std::int64_t i_seconds) {

@@ -33,6 +33,9 @@ enum class Tagged { No, Yes };
 void WriteMetadata(JsonWriter& io_json, const ItemMetadata& i_metadata, Tagged i_tagged);
 std::string MetadataJson(const ItemMetadata& i_metadata, Tagged i_tagged);
 
+/// The object's members without its braces, to stand among others.
+std::string MetadataMembers(const ItemMetadata& i_metadata);
+
 /// "2015-05-12T15:50:38Z"
 std::string TimeText(std::int64_t i_seconds);
 

@@ -28,18 +28,27 @@ std::string RouteError::Json() const {
     json.StartObject();
     WriteMember(json, "error_summary", Summary());
     WriteKey(json, "error");
-    if (m_is_upload_failure) {
-        json.StartObject();
-        WriteMember(json, ".tag", m_tags.front());
-        WriteKey(json, "reason");
-        WriteTags(json, std::span(m_tags).subspan(1));
-        WriteMember(json, "upload_session_id", "AAAA" + RandomText(13));
-        json.EndObject();
-    } else {
-        WriteTags(json, m_tags);
-    }
+    WriteError(json);
     json.EndObject();
     return std::string(TextOf(buffer));
+}
+
+std::string RouteError::ErrorJson() const {
+    rapidjson::StringBuffer buffer;
+    JsonWriter json(buffer);
+    WriteError(json);
+    return std::string(TextOf(buffer));
+}
+
+void RouteError::WriteError(JsonWriter& io_json) const {
+    if (!m_is_upload_failure)
+        return WriteTags(io_json, m_tags);
+    io_json.StartObject();
+    WriteMember(io_json, ".tag", m_tags.front());
+    WriteKey(io_json, "reason");
+    WriteTags(io_json, std::span(m_tags).subspan(1));
+    WriteMember(io_json, "upload_session_id", "AAAA" + RandomText(13));
+    io_json.EndObject();
 }
 
 void RouteError::WriteTags(JsonWriter& io_json, std::span<const std::string> i_tags) const {

@@ -44,7 +44,11 @@ public:
 
     std::string Json() const;
 
+    /// The tree of tags alone, as an entry of a batch tells it.
+    std::string ErrorJson() const;
+
 private:
+    void WriteError(JsonWriter& io_json) const;
     void WriteTags(JsonWriter& io_json, std::span<const std::string> i_tags) const;
 
     std::vector<std::string> m_tags;

@@ -26,6 +26,8 @@ Reply Copy(Call& io_call);
 Reply CopyV2(Call& io_call);
 Reply Move(Call& io_call);
 Reply MoveV2(Call& io_call);
+Reply DeleteBatch(Call& io_call);
+Reply CheckJob(Call& io_call); ///< Of any batch.
 
 } // namespace DevService::FileRoutes
 
@@ -44,5 +46,7 @@ Reply Upload(Call& io_call);
 Reply StartSession(Call& io_call);
 Reply AppendToSession(Call& io_call);
 Reply FinishSession(Call& io_call);
+Reply FinishSessions(Call& io_call);
+Reply FinishSessionsV2(Call& io_call); ///< Answers at once.
 
 } // namespace DevService::TransferRoutes

@@ -77,6 +77,12 @@ bool IsDisallowedName(std::string_view i_name) {
            (name.starts_with("~") && name.ends_with(".tmp")) || name.starts_with(HiddenPrefix);
 }
 
+bool IsDownloadable(std::string_view i_name) {
+    static constexpr std::array<std::string_view, 4> OnlineEndings = {".paper", ".gdoc", ".gsheet", ".gslides"};
+    const std::string name = ToLower(i_name);
+    return std::ranges::none_of(OnlineEndings, [&](std::string_view i_ending) { return name.ends_with(i_ending); });
+}
+
 std::string NumberedName(std::string_view i_name, unsigned i_number, bool i_is_folder) {
     const std::size_t dot = i_is_folder ? i_name.npos : i_name.rfind('.');
     const std::size_t stem_size = dot == 0 || dot == i_name.npos ? i_name.size() : dot;

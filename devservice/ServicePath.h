@@ -30,6 +30,10 @@ struct ServicePath {
 /// Whether the service refuses to store an item of that name: other programs' bookkeeping, locks and temporary files.
 bool IsDisallowedName(std::string_view i_name);
 
+/// Whether a file of that name has content to download. Documents that are edited online, which these endings stand for
+/// here, can only be exported.
+bool IsDownloadable(std::string_view i_name);
+
 /// Start of the names that the service itself uses in a served folder; such files are never shown.
 inline constexpr std::string_view HiddenPrefix = ".devservice-";
 

@@ -24,6 +24,11 @@ void UploadSessions::Locked::RequireOpen() const {
         throw RouteError({"closed"});
 }
 
+void UploadSessions::Locked::RequireClosed() const {
+    if (!m_session->is_closed)
+        throw RouteError({"lookup_failed", "not_closed"});
+}
+
 std::string UploadSessions::Start() {
     constexpr std::size_t IdBytes = 13;
     std::string id = "AAAA" + RandomText(IdBytes);

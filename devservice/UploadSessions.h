@@ -34,6 +34,8 @@ public:
 
         /// @throws RouteError closed
         void RequireOpen() const;
+        /// @throws RouteError lookup_failed/not_closed
+        void RequireClosed() const;
         void Close(bool i_is_closed) const { m_session->is_closed = i_is_closed; }
 
     private:

@@ -68,6 +68,12 @@ TEST_F(Api, AnswersCallsLikeThePublicService) {
         {"files/delete", R"({"path": "/nope"})", 409, "path_lookup/not_found/", Unchanged},
         {"files/delete", R"({"path": "/b.txt", "parent_rev": "123456789"})", 409, "path_write/conflict/file/",
          Unchanged},
+        {"files/delete_batch", R"({"entries": [{"path": "/DOCS"}]})", 200,
+         R"({".tag": "complete", "entries": [{".tag": "success", "metadata": {".tag":"folder","name":"Docs")", "b.txt"},
+        {"files/delete_batch", R"({"entries": [{"path": "/b.txt"}, {"path": "/nope"}]})", 200,
+         R"({".tag": "async_job_id", "async_job_id": ")", "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt"},
+        {"files/delete_batch", R"({"entries": [{"path": "/b.txt"}, {"path": "nope"}]})", 400,
+         "request body: entries: path: 'nope' did not match pattern", Unchanged},
         {"files/delete", R"({"path": "/"})", 409, "path_lookup/malformed_path/", Unchanged},
         {"files/copy",
          R"({"from_path": "/docs","to_path": "/New/Copy","allow_shared_folder": true,"autorename": false,)"

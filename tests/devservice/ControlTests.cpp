@@ -48,6 +48,13 @@ TEST_F(ControlInterface, MakesUpReplies) {
     }
     EXPECT_EQ(statuses, "200 399 399 200 ");
 
+    Control("POST", "faults",
+            R"({"path": "2/files/delete", "rate_limit": "too_many_write_operations", "retry_after": 15})");
+    const Answer limited = Rpc("files/delete", R"({"path": "/b.txt"})");
+    EXPECT_EQ(limited.result_int(), 429u);
+    EXPECT_EQ(std::string(limited["Retry-After"]) + std::string(limited["Content-Type"]), "15application/json");
+    EXPECT_EQ(Member(Json(limited), "error"), R"({"reason":{".tag":"too_many_write_operations"},"retry_after":15})");
+
     // A made-up reply leaves the call undone; a real one only looks different.
     Control("POST", "faults", R"({"path": "2/files/delete", "status": 500})");
     EXPECT_EQ(Rpc("files/delete", R"({"path": "/b.txt"})").result_int(), 500u);

@@ -8,6 +8,11 @@ const char* const Unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.tx
 
 class Transfer : public LocalService {
 protected:
+    Answer CallSession(const std::string& i_route, const std::string& i_arguments, std::string_view i_body) const {
+        const std::string headers = Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: ";
+        return Connect(ContentHost).Post("/2/files/upload_session/" + i_route, headers + i_arguments + "\r\n", i_body);
+    }
+
     /// Waits until that many requests are recorded: a dropped one has no reply to wait for.
     rapidjson::Document WaitForRequests(std::size_t i_count) const {
         while (true) {
@@ -145,6 +150,12 @@ TEST_F(Transfer, DownloadsTheBytes) {
     EXPECT_EQ(Member(result, ".tag"), "<missing>");
     EXPECT_EQ(std::string(answer["ETag"]), "W/\"" + Member(result, "rev") + "\"");
 
+    WriteFile("Minutes.Paper", ""); // edited online, cannot be downloaded
+    const Answer online = Download("/Minutes.Paper");
+    EXPECT_NE(online.body().find(R"("error":{".tag":"unsupported_file"}})"), std::string::npos) << online.body();
+    const rapidjson::Document metadata = Json(Rpc("files/get_metadata", R"({"path": "/Minutes.Paper"})"));
+    EXPECT_EQ(Member(metadata, "is_downloadable"), "false");
+
     const Answer folder = Download("/Docs");
     EXPECT_EQ(folder.result_int(), 409u);
     EXPECT_TRUE(folder.reason().starts_with("path/not_file/"));
@@ -181,8 +192,7 @@ TEST_F(Transfer, DownloadsRanges) {
 
 TEST_F(Transfer, CollectsAnUploadInASession) {
     const auto call = [&](const std::string& i_route, const std::string& i_arguments, std::string_view i_body) {
-        const std::string headers = Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: ";
-        return Connect(ContentHost).Post("/2/files/upload_session/" + i_route, headers + i_arguments + "\r\n", i_body);
+        return CallSession(i_route, i_arguments, i_body);
     };
     const std::string id = Member(Json(call("start", "{}", "one ")), "session_id");
     const auto cursor = [&](int i_offset) {
@@ -200,6 +210,45 @@ TEST_F(Transfer, CollectsAnUploadInASession) {
     EXPECT_EQ(Tree(), Unchanged);
     EXPECT_TRUE(
         Member(Json(call("finish", finish + "}}", "")), "error_summary").starts_with("lookup_failed/not_found/"));
+}
+
+/// Each file of a batch stands for itself; a batch whose arguments cannot be read changes nothing.
+TEST_F(Transfer, FinishesSessionsInBatches) {
+    const auto entry = [&](const std::string& i_start, const std::string& i_commit) {
+        const std::string id = Member(Json(CallSession("start", i_start, "four")), "session_id");
+        return R"({"cursor": {"session_id": ")" + id + R"(", "offset": 4}, "commit": )" + i_commit + "}";
+    };
+    const auto batch = [](const std::string& i_entries) { return R"({"entries": [)" + i_entries + "]}"; };
+    const std::string closed = R"({"close": true})";
+    const std::string good = entry(closed, R"({"path": "/New/a.txt"})");
+    const std::string route = "files/upload_session/finish_batch";
+
+    EXPECT_EQ(Rpc(route + "_v2", batch(good + R"(, {"odd": 1})")).result_int(), 400u);
+    const Answer mixed = Rpc(route + "_v2", batch(entry("{}", R"({"path": "/open.txt"})") + ", " + good + ", " +
+                                                  entry(closed, R"({"path": "/b.txt"})") + ", " + good));
+    EXPECT_EQ(mixed.result_int(), 200u);
+    const rapidjson::Document document = Json(mixed);
+    const auto& results = document["entries"];
+    ASSERT_EQ(results.Size(), 4u);
+    EXPECT_EQ(Member(results[0], "failure"), R"({".tag":"lookup_failed","lookup_failed":{".tag":"not_closed"}})");
+    EXPECT_EQ(Member(results[1], ".tag") + Member(results[1], "path_display"), "success/New/a.txt");
+    EXPECT_EQ(Member(results[2], "failure"),
+              R"({".tag":"path","path":{".tag":"conflict","conflict":{".tag":"file"}}})");
+    EXPECT_EQ(Member(results[3], "failure"), R"({".tag":"lookup_failed","lookup_failed":{".tag":"not_found"}})");
+    EXPECT_EQ(ReadFile("New/a.txt"), "four");
+
+    // The older form answers one entry at once, and makes the client ask for more.
+    const rapidjson::Document at_once = Json(Rpc(route, batch(entry(closed, R"({"path": "/1.txt"})"))));
+    EXPECT_EQ(Member(at_once, ".tag") + Member(at_once["entries"][0], "name"), "complete1.txt");
+    const std::string two = entry(closed, R"({"path": "/2.txt"})") + ", " + entry(closed, R"({"path": "/3.txt"})");
+    const rapidjson::Document launched = Json(Rpc(route, batch(two)));
+    EXPECT_EQ(Member(launched, ".tag"), "async_job_id");
+    const std::string job = R"({"async_job_id": ")" + Member(launched, "async_job_id") + R"("})";
+    EXPECT_EQ(Member(Json(Rpc(route + "/check", job)), ".tag"), "in_progress");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(Json(Rpc(route + "/check", job))["entries"].Size(), 2u);
+    EXPECT_TRUE(Member(Json(Rpc(route + "/check", R"({"async_job_id": "x"})")), "error_summary")
+                    .starts_with("invalid_async_job_id/"));
 }
 
 /// Clients escape what is not ASCII or send UTF-8. Windows sends header text in its code page, which nobody can guess.

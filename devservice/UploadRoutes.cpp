@@ -1,10 +1,8 @@
 #include "Routes.h"
 
-#include <algorithm>
-#include <charconv>
-#include <optional>
 #include <vector>
 
+#include "Batches.h"
 #include "Refusal.h"
 
 namespace DevService::TransferRoutes {
@@ -47,39 +45,6 @@ StorageWriter::Commit ReadCommit(Arguments& io_arguments) {
     return commit;
 }
 
-struct ByteRange {
-    std::uint64_t begin;
-    std::uint64_t end;
-};
-
-std::optional<std::uint64_t> ReadNumber(std::string_view i_digits) {
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(i_digits.data(), i_digits.data() + i_digits.size(), number);
-    if (error != std::errc() || end != i_digits.data() + i_digits.size())
-        return std::nullopt;
-    return number;
-}
-
-/// The bytes that a "Range: bytes=first-last" wants, an empty range when the file has none of them. Several ranges and
-/// what cannot be read count as no range, as the standard allows.
-std::optional<ByteRange> ReadRange(std::optional<std::string_view> i_header, std::uint64_t i_size) {
-    constexpr std::string_view Unit = "bytes=";
-    if (!i_header || !i_header->starts_with(Unit))
-        return std::nullopt;
-    const std::string_view text = i_header->substr(Unit.size());
-    const std::size_t dash = text.find('-');
-    if (dash == text.npos)
-        return std::nullopt;
-    const auto first = ReadNumber(text.substr(0, dash));
-    const auto last = ReadNumber(text.substr(dash + 1));
-    if (!first && last)
-        return ByteRange{i_size - std::min(*last, i_size), i_size};
-    if (!first || (!last && dash + 1 < text.size()) || (last && *last < *first))
-        return std::nullopt;
-    const std::uint64_t end = std::min(last.value_or(i_size), i_size - 1) + 1;
-    return i_size == 0 ? ByteRange{0, 0} : ByteRange{*first, end};
-}
-
 /// The cursor of a session's call: which session, and how much the client believes is there.
 struct SessionCursor {
     std::string session_id;
@@ -94,42 +59,42 @@ SessionCursor ReadCursor(Arguments& io_arguments) {
     return read;
 }
 
-} // namespace
+/// How a session becomes a file.
+struct Ending {
+    SessionCursor cursor;
+    StorageWriter::Commit commit;
+};
 
-Reply Download(Call& io_call) {
-    const std::string path = io_call.arguments.Path("path", PathForm::Read);
-    io_call.arguments.Ignore({"rev"});
-    io_call.arguments.Finish();
-    Storage& storage = io_call.account.storage;
-    const Storage::Place place = storage.Require(path, "path");
-    if (!place.IsFile())
-        throw RouteError({"path", "not_file"});
-    const std::optional<ByteRange> range = ReadRange(io_call.exchange.HeaderValue("Range"), place.status.size);
-    const ByteRange sent = range.value_or(ByteRange{0, place.status.size});
-    if (sent.begin >= sent.end && range)
-        return Reply::PlainText("", 416);
-    FileBody body{std::ifstream(), sent.end - sent.begin};
-    body.stream.rdbuf()->pubsetbuf(nullptr, 0); // it is read in big pieces
-    body.stream.open(place.real, std::ios::binary);
-    body.stream.seekg(static_cast<std::streamoff>(sent.begin));
-    if (!body.stream)
-        throw RouteError({"path", "restricted_content"});
-    const ItemMetadata metadata = storage.Describe(place, Storage::HashWanted::WhenKnown);
-    Reply reply;
-    reply.headers = {{"Content-Type", "application/octet-stream"},
-                     {"Dropbox-API-Result", MetadataJson(metadata, Tagged::No)},
-                     {"ETag", "W/\"" + metadata.revision + "\""},
-                     {"Accept-Ranges", "bytes"},
-                     {"Original-Content-Length", std::to_string(place.status.size)}};
-    if (range) {
-        reply.status = 206;
-        reply.headers.emplace_back("Content-Range", "bytes " + std::to_string(sent.begin) + "-" +
-                                                        std::to_string(sent.end - 1) + "/" +
-                                                        std::to_string(place.status.size));
-    }
-    reply.file = std::move(body);
-    return reply;
+Ending ReadEnding(Arguments& io_arguments) {
+    Ending ending{ReadCursor(io_arguments), {}};
+    Arguments commit = io_arguments.Object("commit");
+    ending.commit = ReadCommit(commit);
+    commit.Finish();
+    io_arguments.Ignore({"content_hash"});
+    io_arguments.Finish();
+    return ending;
 }
+
+/// Ends sessions that were closed with their last bytes.
+BatchResult FinishEach(Call& io_call) {
+    std::vector<Ending> endings;
+    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::MaxSize))
+        endings.push_back(ReadEnding(entry));
+    io_call.arguments.Finish();
+    Account& account = io_call.account;
+    BatchResult result;
+    for (const auto& [cursor, commit] : endings)
+        result.Add([&] {
+            const auto session = account.sessions.Lock(cursor.session_id, cursor.offset, "lookup_failed");
+            session.RequireClosed();
+            const ItemMetadata metadata = account.writer.Store(session.File(), commit);
+            account.sessions.Forget(cursor.session_id);
+            return MetadataMembers(metadata);
+        });
+    return result;
+}
+
+} // namespace
 
 Reply Upload(Call& io_call) {
     const StorageWriter::Commit commit = ReadCommit(io_call.arguments);
@@ -173,17 +138,21 @@ Reply AppendToSession(Call& io_call) {
 }
 
 Reply FinishSession(Call& io_call) {
-    const SessionCursor cursor = ReadCursor(io_call.arguments);
-    Arguments commit_arguments = io_call.arguments.Object("commit");
-    const StorageWriter::Commit commit = ReadCommit(commit_arguments);
-    commit_arguments.Finish();
-    io_call.arguments.Ignore({"content_hash"});
-    io_call.arguments.Finish();
-    const auto session = io_call.account.sessions.Lock(cursor.session_id, cursor.offset, "lookup_failed");
+    const Ending ending = ReadEnding(io_call.arguments);
+    UploadSessions& sessions = io_call.account.sessions;
+    const auto session = sessions.Lock(ending.cursor.session_id, ending.cursor.offset, "lookup_failed");
     Receive(io_call, session.File());
-    const ItemMetadata metadata = io_call.account.writer.Store(session.File(), commit);
-    io_call.account.sessions.Forget(cursor.session_id);
+    const ItemMetadata metadata = io_call.account.writer.Store(session.File(), ending.commit);
+    sessions.Forget(ending.cursor.session_id);
     return Reply::Json(MetadataJson(metadata, Tagged::No));
+}
+
+Reply FinishSessions(Call& io_call) {
+    return Reply::Json(io_call.account.jobs.Launch(FinishEach(io_call)));
+}
+
+Reply FinishSessionsV2(Call& io_call) {
+    return Reply::Json("{" + FinishEach(io_call).Entries() + "}");
 }
 
 } // namespace DevService::TransferRoutes
