@@ -4,7 +4,7 @@
 #include "Benchmarks.h"
 #include "ChildProcess.h"
 #include "WineNetwork.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "CommandLine.h"
 
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include "qorv/Base.h"
 

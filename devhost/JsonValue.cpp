@@ -1,6 +1,6 @@
 #include "JsonValue.h"
 
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 namespace DevHost {
 

@@ -3,8 +3,8 @@
 #include "CommandLine.h"
 #include "Shell.h"
 #include "WineNetwork.h"
+#include "base/Unicode.h"
 #include "browser/BrowserRegistration.h"
-#include "services/Unicode.h"
 #include "uix/WindowScript.h"
 
 #include <array>

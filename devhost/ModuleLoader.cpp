@@ -1,7 +1,7 @@
 #include "ModuleLoader.h"
 
 #include "WineNetwork.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <utility>
 

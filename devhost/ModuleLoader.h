@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <filesystem>
 

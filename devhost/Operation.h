@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Failure.h"
 #include "services/CancelFlag.h"
 #include "services/ErrorDetails.h"
-#include "services/Failure.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "Output.h"
 
 #include "JsonValue.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "Shell.h"
 
+#include "base/Unicode.h"
 #include "commands/Commands.h"
-#include "services/Unicode.h"
 
 namespace DevHost {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "JsonValue.h"
 #include "Shell.h"
+#include "base/Unicode.h"
 #include "qorv/Uix.h"
 #include "qorv/Values.h"
-#include "services/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -3,8 +3,8 @@
 #include "JsonValue.h"
 #include "RemoteFile.h"
 #include "Shell.h"
+#include "base/LocalFile.h"
 #include "commands/Transfer.h"
-#include "services/LocalFile.h"
 #include "services/NameText.h"
 
 #include <cstdint>

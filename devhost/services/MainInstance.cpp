@@ -1,10 +1,10 @@
 #include "services/MainInstance.h"
 
+#include "base/Failure.h"
+#include "base/StreamReader.h"
 #include "services/BindContext.h"
 #include "services/CryptKey.h"
 #include "services/ErrorDetails.h"
-#include "services/Failure.h"
-#include "services/StreamReader.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
 #include "services/UiService.h"
 
+#include "base/Failure.h"
+#include "base/StreamReader.h"
 #include "services/Bitmap.h"
-#include "services/Failure.h"
 #include "services/Image.h"
-#include "services/StreamReader.h"
 #include "uix/LayoutDialog.h"
 #include "uix/MessageDialog.h"
 #include "uix/PopupMenu.h"

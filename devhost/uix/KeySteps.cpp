@@ -1,6 +1,6 @@
 #include "uix/KeySteps.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "uix/WindowPicture.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "uix/GdiBitmap.h"
 
 #include <wincodec.h>

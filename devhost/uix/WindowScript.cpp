@@ -1,8 +1,8 @@
 #include "uix/WindowScript.h"
 
-#include "services/Failure.h"
-#include "services/LocalFile.h"
-#include "services/Unicode.h"
+#include "base/Failure.h"
+#include "base/LocalFile.h"
+#include "base/Unicode.h"
 #include "uix/KeySteps.h"
 #include "uix/ListSteps.h"
 #include "uix/WindowSteps.h"

@@ -1,6 +1,6 @@
 #include "uix/WindowSearch.h"
 
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
 // The development host's browser over real connections, and scripts that use windows.
 
 #include "BrowserHost.h"
+#include "base/Failure.h"
 #include "browser/BrowserRegistration.h"
-#include "services/Failure.h"
 #include "support/LiveObjectsTest.h"
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"

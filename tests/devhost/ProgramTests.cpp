@@ -3,8 +3,8 @@
 #include "AccountStore.h"
 #include "CommandLine.h"
 #include "Item.h"
+#include "base/Failure.h"
 #include "commands/DialogOptions.h"
-#include "services/Failure.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "ShippedModule.h"
 
 #include "Shell.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 #include "support/Service.h"
 
 #include <gtest/gtest.h>

@@ -5,10 +5,10 @@
 
 #include "PluginHost.h"
 #include "WineNetwork.h"
+#include "base/Unicode.h"
 #include "qorv/Values.h"
 #include "services/CabNode.h"
 #include "services/ErrorDetails.h"
-#include "services/Unicode.h"
 #include "support/Content.h"
 #include "support/Log.h"
 #include "support/Outcome.h"

@@ -1,6 +1,6 @@
-#include "services/StreamReader.h"
+#include "base/StreamReader.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
-#include "services/Xml.h"
+#include "base/Xml.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <shlwapi.h>
 #include <xmllite.h>

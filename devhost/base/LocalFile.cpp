@@ -1,6 +1,6 @@
-#include "services/LocalFile.h"
+#include "base/LocalFile.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "services/Failure.h"
+#include "base/Failure.h"
 
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <array>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include "qorv/Base.h"
 
