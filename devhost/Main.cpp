@@ -5,7 +5,7 @@
 #include "WineNetwork.h"
 #include "base/Unicode.h"
 #include "browser/BrowserRegistration.h"
-#include "uix/WindowScript.h"
+#include "script/WindowScript.h"
 
 #include <array>
 #include <optional>

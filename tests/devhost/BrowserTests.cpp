@@ -3,11 +3,11 @@
 #include "BrowserHost.h"
 #include "base/Failure.h"
 #include "browser/BrowserRegistration.h"
+#include "script/WindowScript.h"
+#include "script/WindowSteps.h"
 #include "support/LiveObjectsTest.h"
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"
-#include "uix/WindowScript.h"
-#include "uix/WindowSteps.h"
 #include "uix/WindowText.h"
 
 #include <wininet.h>

@@ -6,10 +6,10 @@
 #include "PluginHost.h"
 #include "browser/BrowserRegistration.h"
 #include "qorv/Values.h"
+#include "script/WindowScript.h"
 #include "services/CabNode.h"
 #include "support/Outcome.h"
 #include "support/Service.h"
-#include "uix/WindowScript.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "uix/WindowSearch.h"
+#include "script/WindowSearch.h"
 
 #include "base/Unicode.h"
 

@@ -1,11 +1,11 @@
-#include "uix/WindowScript.h"
+#include "script/WindowScript.h"
 
 #include "base/Failure.h"
 #include "base/LocalFile.h"
 #include "base/Unicode.h"
-#include "uix/KeySteps.h"
-#include "uix/ListSteps.h"
-#include "uix/WindowSteps.h"
+#include "script/KeySteps.h"
+#include "script/ListSteps.h"
+#include "script/WindowSteps.h"
 
 #include <algorithm>
 #include <cstdio>

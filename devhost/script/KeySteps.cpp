@@ -1,4 +1,4 @@
-#include "uix/KeySteps.h"
+#include "script/KeySteps.h"
 
 #include "base/Failure.h"
 

@@ -1,9 +1,9 @@
-#include "uix/WindowSteps.h"
+#include "script/WindowSteps.h"
 
+#include "script/ListSteps.h"
+#include "script/WindowPicture.h"
+#include "script/WindowSearch.h"
 #include "uix/ControlName.h"
-#include "uix/ListSteps.h"
-#include "uix/WindowPicture.h"
-#include "uix/WindowSearch.h"
 #include "uix/WindowText.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "uix/WindowPicture.h"
+#include "script/WindowPicture.h"
 
 #include "base/Failure.h"
 #include "uix/GdiBitmap.h"

@@ -1,7 +1,7 @@
-#include "uix/ListSteps.h"
+#include "script/ListSteps.h"
 
+#include "script/WindowSearch.h"
 #include "uix/ControlName.h"
-#include "uix/WindowSearch.h"
 #include "uix/WindowText.h"
 
 #include <array>
