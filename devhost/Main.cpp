@@ -2,10 +2,10 @@
 
 #include "CommandLine.h"
 #include "Shell.h"
-#include "WineNetwork.h"
 #include "base/Unicode.h"
 #include "browser/BrowserRegistration.h"
 #include "script/WindowScript.h"
+#include "wine/WineNetwork.h"
 
 #include <array>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "ModuleLoader.h"
 
-#include "WineNetwork.h"
 #include "base/Unicode.h"
+#include "wine/WineNetwork.h"
 
 #include <utility>
 

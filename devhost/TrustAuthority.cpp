@@ -2,7 +2,7 @@
 // service's certificate; and takes it out again. A program of its own because WinINet reads the trusted authorities
 // once per process, at its first TLS connection.
 
-#include "WineNetwork.h"
+#include "wine/WineNetwork.h"
 
 #include <wincrypt.h>
 

@@ -4,7 +4,6 @@
 #include "ShippedModule.h"
 
 #include "PluginHost.h"
-#include "WineNetwork.h"
 #include "base/Unicode.h"
 #include "qorv/Values.h"
 #include "services/CabNode.h"
@@ -13,6 +12,7 @@
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/Service.h"
+#include "wine/WineNetwork.h"
 
 #include <gtest/gtest.h>
 

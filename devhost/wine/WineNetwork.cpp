@@ -2,7 +2,7 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
-#include "WineNetwork.h"
+#include "wine/WineNetwork.h"
 
 #include <wininet.h>
 
