@@ -8,7 +8,7 @@
 #include "services/FileSystemService.h"
 #include "services/Localization.h"
 #include "services/MainThreadQueue.h"
-#include "services/UiService.h"
+#include "uix/UiService.h"
 
 #include <filesystem>
 #include <map>

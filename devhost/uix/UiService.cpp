@@ -1,4 +1,4 @@
-#include "services/UiService.h"
+#include "uix/UiService.h"
 
 #include "base/Failure.h"
 #include "base/StreamReader.h"
