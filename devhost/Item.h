@@ -1,7 +1,7 @@
 #pragma once
 
 #include "JsonValue.h"
-#include "Operation.h"
+#include "host/Operation.h"
 #include "qorv/Afs.h"
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "AccountStore.h"
 #include "CommandLine.h"
-#include "Connections.h"
 #include "Output.h"
-#include "PluginHost.h"
+#include "host/AccountStore.h"
+#include "host/Connections.h"
+#include "host/PluginHost.h"
 
 #include <memory>
 #include <string_view>

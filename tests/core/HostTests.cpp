@@ -8,7 +8,7 @@
 #include "core/Resource.h"
 #include "core/Text.h"
 #include "core/ThreadSafeCall.h"
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/TemporaryFolder.h"

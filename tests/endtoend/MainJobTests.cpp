@@ -3,8 +3,8 @@
 
 #include "ShippedModule.h"
 
-#include "PluginHost.h"
 #include "base/Unicode.h"
+#include "host/PluginHost.h"
 #include "qorv/Values.h"
 #include "services/CabNode.h"
 #include "services/ErrorDetails.h"

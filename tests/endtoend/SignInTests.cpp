@@ -3,8 +3,8 @@
 
 #include "ShippedModule.h"
 
-#include "PluginHost.h"
 #include "browser/BrowserRegistration.h"
+#include "host/PluginHost.h"
 #include "qorv/Values.h"
 #include "script/WindowScript.h"
 #include "services/CabNode.h"

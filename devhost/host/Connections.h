@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AccountStore.h"
-#include "Operation.h"
+#include "host/AccountStore.h"
+#include "host/Operation.h"
 #include "qorv/Afs.h"
 
 #include <list>

@@ -1,4 +1,4 @@
-#include "ModuleLoader.h"
+#include "host/ModuleLoader.h"
 
 #include "base/Unicode.h"
 #include "wine/WineNetwork.h"

@@ -1,4 +1,4 @@
-#include "PluginHost.h"
+#include "host/PluginHost.h"
 
 #include "qorv/CoClass.h"
 

@@ -1,4 +1,4 @@
-#include "AccountStore.h"
+#include "host/AccountStore.h"
 
 #include "base/Failure.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ModuleLoader.h"
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
+#include "host/ModuleLoader.h"
 
 #include <filesystem>
 

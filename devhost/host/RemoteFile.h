@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Operation.h"
+#include "host/Operation.h"
 #include "qorv/Afs.h"
 #include "services/FilesCache.h"
 

@@ -1,4 +1,4 @@
-#include "RemoteFile.h"
+#include "host/RemoteFile.h"
 
 namespace DevHost {
 

@@ -1,4 +1,4 @@
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
 
 #include "base/Failure.h"
 #include "base/StreamReader.h"

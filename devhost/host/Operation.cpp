@@ -1,4 +1,4 @@
-#include "Operation.h"
+#include "host/Operation.h"
 
 #include "qorv/Values.h"
 

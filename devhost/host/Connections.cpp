@@ -1,4 +1,4 @@
-#include "Connections.h"
+#include "host/Connections.h"
 
 #include <algorithm>
 #include <optional>
