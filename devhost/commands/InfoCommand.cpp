@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "Shell.h"
 #include "base/Unicode.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 #include "qorv/Uix.h"
 #include "qorv/Values.h"
 

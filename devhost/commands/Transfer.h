@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Shell.h"
+#include "commands/Shell.h"
 #include "host/RemoteFile.h"
 
 #include <cstdint>

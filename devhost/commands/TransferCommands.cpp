@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "Shell.h"
 #include "base/LocalFile.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 #include "commands/Transfer.h"
 #include "host/RemoteFile.h"
 #include "services/NameText.h"

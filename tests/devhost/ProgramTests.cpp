@@ -1,9 +1,9 @@
 // How qorvhost reads what was typed, and what it keeps of accounts.
 
-#include "CommandLine.h"
-#include "Item.h"
 #include "base/Failure.h"
+#include "commands/CommandLine.h"
 #include "commands/DialogOptions.h"
+#include "commands/Item.h"
 #include "host/AccountStore.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
-#include "Output.h"
+#include "commands/Output.h"
 
-#include "JsonValue.h"
 #include "base/Unicode.h"
+#include "commands/JsonValue.h"
 
 #include <algorithm>
 #include <array>

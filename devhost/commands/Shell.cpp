@@ -1,4 +1,4 @@
-#include "Shell.h"
+#include "commands/Shell.h"
 
 #include "base/Unicode.h"
 #include "commands/Commands.h"

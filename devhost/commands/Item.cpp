@@ -1,4 +1,4 @@
-#include "Item.h"
+#include "commands/Item.h"
 
 #include "qorv/Values.h"
 #include "services/NameText.h"

@@ -1,9 +1,9 @@
 // qorvhost: a small host for the plug-in, from the command line.
 
-#include "CommandLine.h"
-#include "Shell.h"
 #include "base/Unicode.h"
 #include "browser/BrowserRegistration.h"
+#include "commands/CommandLine.h"
+#include "commands/Shell.h"
 #include "script/WindowScript.h"
 #include "wine/WineNetwork.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "JsonValue.h"
+#include "commands/JsonValue.h"
 #include "host/Operation.h"
 #include "qorv/Afs.h"
 

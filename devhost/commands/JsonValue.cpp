@@ -1,4 +1,4 @@
-#include "JsonValue.h"
+#include "commands/JsonValue.h"
 
 #include "base/Unicode.h"
 
