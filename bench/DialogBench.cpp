@@ -2,8 +2,8 @@
 #include "Folders.h"
 #include "LoadedModule.h"
 #include "Measure.h"
+#include "base/Failure.h"
 #include "services/CabNode.h"
-#include "services/Failure.h"
 
 #include <commctrl.h>
 

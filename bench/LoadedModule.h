@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MeasuredHost.h"
-#include "ModuleLoader.h"
+#include "host/ModuleLoader.h"
 #include "support/TemporaryFolder.h"
 
 #include <string>

@@ -3,8 +3,8 @@
 
 #include "Benchmarks.h"
 #include "ChildProcess.h"
-#include "WineNetwork.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
+#include "wine/WineNetwork.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "MeasuredHost.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <string_view>
 

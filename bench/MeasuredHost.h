@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TimedUi.h"
+#include "host/MainInstance.h"
 #include "qorv/CoClass.h"
-#include "services/MainInstance.h"
 
 #include <functional>
 

@@ -16,14 +16,17 @@ CheckLayers() {
 }
 
 # IncludesAgainstTheLayers PAGE: the page has a line for each tree, "    plugin: sdk <- core/trace <- ...", where each
-# room may include those before it.
+# room may include those before it; a comma stands between rooms of one rank.
 IncludesAgainstTheLayers() {
     git ls-files -- plugin devhost sdk | grep -E '\.(h|cpp)$' | xargs grep -H '^#include "' | awk -F '[:"]' '
         FNR == NR {
             if (match($0, /^    [a-z]+: /)) {
                 tree = substr($1, 5)
                 count = split(substr($0, RLENGTH + 1), rooms, / <- /)
-                for (i = 1; i <= count; ++i) level[tree "/" rooms[i]] = i
+                for (i = 1; i <= count; ++i) {
+                    siblings = split(rooms[i], names, /, /)
+                    for (j = 1; j <= siblings; ++j) level[tree "/" names[j]] = i
+                }
             }
             next
         }
@@ -32,8 +35,10 @@ IncludesAgainstTheLayers() {
             sub(/\/.*/, "", tree)
             own = Folder(substr($1, length(tree) + 2))
             included = $3 ~ /^qorv\// ? "sdk" : Folder($3)
-            if (tree == "sdk" ? included != "sdk" : !((tree "/" included) in level) ||
-                !((tree "/" own) in level) || level[tree "/" included] > level[tree "/" own])
+            if (own == included || own == ".") next
+            mine = level[tree "/" own]
+            theirs = level[tree "/" included]
+            if (tree == "sdk" ? included != "sdk" : !mine || !theirs || theirs >= mine)
                 print
         }
         function Folder(path) {

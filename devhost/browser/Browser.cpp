@@ -1,7 +1,7 @@
 #include "browser/Browser.h"
 
+#include "base/Failure.h"
 #include "browser/BrowserPages.h"
-#include "services/Failure.h"
 
 #include <olectl.h>
 

@@ -1,7 +1,7 @@
 #include "browser/BrowserEvents.h"
 
+#include "base/Failure.h"
 #include "qorv/Values.h"
-#include "services/Failure.h"
 
 #include <exdisp.h>
 #include <exdispid.h>

@@ -1,5 +1,5 @@
+#include "base/Failure.h"
 #include "browser/Browser.h"
-#include "services/Failure.h"
 
 #include <olectl.h>
 

@@ -1,8 +1,8 @@
 #include "browser/BrowserPages.h"
 
+#include "base/Failure.h"
+#include "base/Unicode.h"
 #include "browser/Url.h"
-#include "services/Failure.h"
-#include "services/Unicode.h"
 
 namespace DevHost {
 namespace {

@@ -1,7 +1,7 @@
 #include "browser/BrowserRegistration.h"
 
+#include "base/Failure.h"
 #include "browser/Browser.h"
-#include "services/Failure.h"
 
 namespace DevHost {
 namespace {

@@ -1,7 +1,7 @@
 #include "browser/FormSubmission.h"
 
+#include "base/Unicode.h"
 #include "browser/Url.h"
-#include "services/Unicode.h"
 
 namespace DevHost {
 namespace {

@@ -1,8 +1,8 @@
 #include "browser/PageView.h"
 
+#include "base/Failure.h"
 #include "browser/FormSubmission.h"
 #include "browser/Url.h"
-#include "services/Failure.h"
 #include "uix/ControlName.h"
 #include "uix/WindowText.h"
 

@@ -1,6 +1,6 @@
 #include "browser/Url.h"
 
-#include "services/Unicode.h"
+#include "base/Unicode.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "browser/WebFetch.h"
 
+#include "base/Failure.h"
 #include "browser/Url.h"
-#include "services/Failure.h"
 
 #include <wininet.h>
 

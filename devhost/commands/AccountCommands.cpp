@@ -1,7 +1,7 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "Shell.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 
 namespace DevHost {
 namespace {

@@ -1,7 +1,7 @@
 #include "commands/Commands.h"
 
-#include "Shell.h"
 #include "commands/DialogOptions.h"
+#include "commands/Shell.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandLine.h"
+#include "commands/CommandLine.h"
 
 namespace DevHost {
 

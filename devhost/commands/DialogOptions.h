@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CommandLine.h"
-#include "Output.h"
+#include "commands/CommandLine.h"
+#include "commands/Output.h"
 #include "services/CabNode.h"
 
 #include <map>

@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "Shell.h"
+#include "commands/JsonValue.h"
 #include "commands/PluginDialog.h"
+#include "commands/Shell.h"
 
 #include <sstream>
 

@@ -1,10 +1,10 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "Shell.h"
+#include "base/Unicode.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 #include "qorv/Uix.h"
 #include "qorv/Values.h"
-#include "services/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 
-#include "Item.h"
-#include "JsonValue.h"
-#include "Shell.h"
+#include "commands/Item.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 #include "commands/Transfer.h"
 #include "services/NameText.h"
 

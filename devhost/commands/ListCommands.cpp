@@ -1,7 +1,7 @@
 #include "commands/Commands.h"
 
-#include "Item.h"
-#include "Shell.h"
+#include "commands/Item.h"
+#include "commands/Shell.h"
 #include "services/NameText.h"
 
 namespace DevHost {

@@ -1,6 +1,6 @@
 #include "commands/PluginDialog.h"
 
-#include "Shell.h"
+#include "commands/Shell.h"
 #include "qorv/Uix.h"
 #include "services/NameText.h"
 

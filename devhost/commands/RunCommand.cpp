@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 
-#include "Shell.h"
-#include "services/LocalFile.h"
-#include "services/Unicode.h"
+#include "base/LocalFile.h"
+#include "base/Unicode.h"
+#include "commands/Shell.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "RemoteFile.h"
-#include "Shell.h"
+#include "commands/Shell.h"
+#include "host/RemoteFile.h"
 
 #include <cstdint>
 #include <memory>

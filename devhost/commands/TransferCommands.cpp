@@ -1,10 +1,10 @@
 #include "commands/Commands.h"
 
-#include "JsonValue.h"
-#include "RemoteFile.h"
-#include "Shell.h"
+#include "base/LocalFile.h"
+#include "commands/JsonValue.h"
+#include "commands/Shell.h"
 #include "commands/Transfer.h"
-#include "services/LocalFile.h"
+#include "host/RemoteFile.h"
 #include "services/NameText.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "services/AuxiliaryService.h"
 
+#include "base/Failure.h"
 #include "qorv/Values.h"
 #include "services/CryptKey.h"
-#include "services/Failure.h"
 #include "services/HostString.h"
 
 namespace DevHost {

@@ -1,6 +1,6 @@
 #include "services/Bitmap.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <shlwapi.h>
 #include <wincodec.h>

@@ -1,8 +1,8 @@
 #include "services/CabFile.h"
 
-#include "services/Failure.h"
-#include "services/LocalFile.h"
-#include "services/Unicode.h"
+#include "base/Failure.h"
+#include "base/LocalFile.h"
+#include "base/Unicode.h"
 
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>

@@ -1,6 +1,6 @@
 #include "services/CabNode.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <algorithm>
 

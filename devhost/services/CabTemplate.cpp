@@ -1,7 +1,7 @@
 #include "services/CabTemplate.h"
 
-#include "services/Failure.h"
-#include "services/Xml.h"
+#include "base/Failure.h"
+#include "base/Xml.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "services/CacheEntry.h"
 
+#include "base/Failure.h"
 #include "services/ErrorDetails.h"
-#include "services/Failure.h"
 #include "services/FilesCache.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "services/CryptKey.h"
 
-#include "services/Failure.h"
-#include "services/LocalFile.h"
+#include "base/Failure.h"
+#include "base/LocalFile.h"
 
 #include <bcrypt.h>
 #include <dpapi.h>

@@ -1,7 +1,7 @@
 #include "services/EntryFiles.h"
 
-#include "services/Failure.h"
-#include "services/Unicode.h"
+#include "base/Failure.h"
+#include "base/Unicode.h"
 
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/LocalFile.h"
+#include "base/LocalFile.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "services/FileSystemService.h"
 
+#include "base/Failure.h"
 #include "qorv/Values.h"
 #include "services/CabNode.h"
-#include "services/Failure.h"
 
 #include <algorithm>
 

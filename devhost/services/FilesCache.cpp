@@ -1,8 +1,8 @@
 #include "services/FilesCache.h"
 
+#include "base/Failure.h"
+#include "base/Unicode.h"
 #include "services/ErrorDetails.h"
-#include "services/Failure.h"
-#include "services/Unicode.h"
 
 #include <algorithm>
 

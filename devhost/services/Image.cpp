@@ -1,6 +1,6 @@
 #include "services/Image.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 namespace DevHost {
 

@@ -1,7 +1,7 @@
 #include "services/Localization.h"
 
-#include "services/Failure.h"
-#include "services/Xml.h"
+#include "base/Failure.h"
+#include "base/Xml.h"
 
 namespace DevHost {
 

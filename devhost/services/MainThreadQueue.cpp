@@ -1,6 +1,6 @@
 #include "services/MainThreadQueue.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "services/NameText.h"
 
+#include "base/Failure.h"
 #include "qorv/Values.h"
-#include "services/Failure.h"
 
 namespace DevHost {
 namespace {

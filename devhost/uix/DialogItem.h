@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Failure.h"
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
-#include "services/Failure.h"
 #include "services/HostImages.h"
 #include "uix/Layout.h"
 

@@ -1,6 +1,6 @@
 #include "uix/DialogWindow.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "uix/WindowPlace.h"
 
 namespace DevHost {

@@ -1,6 +1,6 @@
 #include "uix/GdiBitmap.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <algorithm>
 

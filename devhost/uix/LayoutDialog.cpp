@@ -1,6 +1,6 @@
 #include "uix/LayoutDialog.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "uix/CommandBar.h"
 #include "uix/WindowPlace.h"
 

@@ -1,6 +1,6 @@
 #include "uix/ListImages.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "uix/GdiBitmap.h"
 
 #include <algorithm>

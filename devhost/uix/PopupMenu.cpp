@@ -1,6 +1,6 @@
 #include "uix/PopupMenu.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <memory>
 

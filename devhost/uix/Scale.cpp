@@ -1,6 +1,6 @@
 #include "uix/Scale.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "uix/ToolTips.h"
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <commctrl.h>
 

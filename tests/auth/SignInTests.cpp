@@ -1,10 +1,10 @@
-#include "WineNetwork.h"
 #include "auth/SignIn.h"
+#include "script/WindowSteps.h"
 #include "support/HostTest.h"
 #include "support/Log.h"
 #include "support/OnceInUse.h"
 #include "support/Outcome.h"
-#include "uix/WindowSteps.h"
+#include "wine/WineNetwork.h"
 
 #include <array>
 

@@ -8,7 +8,7 @@
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/ErrorText.h"
 #include "core/trace/Text.h"
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/TemporaryFolder.h"

@@ -1,13 +1,13 @@
 // The development host's browser over real connections, and scripts that use windows.
 
 #include "BrowserHost.h"
+#include "base/Failure.h"
 #include "browser/BrowserRegistration.h"
-#include "services/Failure.h"
+#include "script/WindowScript.h"
+#include "script/WindowSteps.h"
 #include "support/LiveObjectsTest.h"
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"
-#include "uix/WindowScript.h"
-#include "uix/WindowSteps.h"
 #include "uix/WindowText.h"
 
 #include <wininet.h>

@@ -3,8 +3,8 @@
 
 #include "DialogTest.h"
 #include "qorv/Values.h"
-#include "uix/KeySteps.h"
-#include "uix/ListSteps.h"
+#include "script/KeySteps.h"
+#include "script/ListSteps.h"
 #include "uix/Scale.h"
 #include "uix/WindowText.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "DialogSink.h"
-#include "services/UiService.h"
 #include "support/LiveObjectsTest.h"
 #include "support/OnceInUse.h"
 #include "uix/ControlName.h"
+#include "uix/UiService.h"
 
 namespace Tests {
 

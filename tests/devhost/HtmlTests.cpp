@@ -1,10 +1,10 @@
 // What the development host's browser makes of HTML, forms and addresses, without a window.
 
+#include "base/Unicode.h"
 #include "browser/FormSubmission.h"
 #include "browser/HtmlTokenizer.h"
 #include "browser/Page.h"
 #include "browser/Url.h"
-#include "services/Unicode.h"
 
 #include <gtest/gtest.h>
 

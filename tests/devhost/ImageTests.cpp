@@ -1,6 +1,6 @@
 // Images: the host's own, and the size in which one is drawn.
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "services/HostImages.h"
 #include "support/LiveObjectsTest.h"
 

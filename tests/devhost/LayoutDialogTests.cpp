@@ -1,7 +1,7 @@
 // Dialogs and message boxes of the UI service in real windows, used by messages.
 
 #include "DialogTest.h"
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
 #include "support/TemporaryFolder.h"
 #include "uix/ControlName.h"
 

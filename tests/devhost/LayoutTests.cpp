@@ -1,6 +1,6 @@
 // Layouts of dialogs: reading them, and where things go on the screen.
 
-#include "services/Failure.h"
+#include "base/Failure.h"
 #include "uix/Layout.h"
 #include "uix/MessageLayout.h"
 #include "uix/Scale.h"

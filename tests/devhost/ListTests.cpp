@@ -2,8 +2,8 @@
 
 #include "DialogTest.h"
 #include "qorv/Values.h"
-#include "uix/KeySteps.h"
-#include "uix/ListSteps.h"
+#include "script/KeySteps.h"
+#include "script/ListSteps.h"
 
 #include <commctrl.h>
 

@@ -1,11 +1,11 @@
 // The host's main instance: calls onto the main thread, texts, events, images and services.
 
 #include "UnusedInterfaces.h"
+#include "host/MainInstance.h"
 #include "qorv/Values.h"
 #include "services/BindContext.h"
 #include "services/Bitmap.h"
 #include "services/EventServer.h"
-#include "services/MainInstance.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The life of a plug-in in the host, with one that fails at each step and one that leaves things behind.
 
-#include "PluginHost.h"
+#include "host/PluginHost.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // How qorvhost reads what was typed, and what it keeps of accounts.
 
-#include "AccountStore.h"
-#include "CommandLine.h"
-#include "Item.h"
+#include "base/Failure.h"
+#include "commands/CommandLine.h"
 #include "commands/DialogOptions.h"
-#include "services/Failure.h"
+#include "commands/Item.h"
+#include "host/AccountStore.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

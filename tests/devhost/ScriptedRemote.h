@@ -1,7 +1,7 @@
 #pragma once
 
 #include "UnusedInterfaces.h"
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <cstdint>
 #include <map>

@@ -1,10 +1,10 @@
 // Settings dictionaries and encrypted texts: templates that are kept to, and files that survive everything.
 
+#include "base/Failure.h"
 #include "qorv/Values.h"
 #include "services/AuxiliaryService.h"
 #include "services/CabFile.h"
 #include "services/CryptKey.h"
-#include "services/Failure.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // Window scripts: what their steps do to the system's own controls, seen from inside of a window.
 
+#include "script/WindowScript.h"
 #include "support/TemporaryFolder.h"
 #include "uix/ControlName.h"
 #include "uix/DialogWindow.h"
-#include "uix/WindowScript.h"
 
 #include <gtest/gtest.h>
 

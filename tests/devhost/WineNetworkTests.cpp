@@ -1,7 +1,7 @@
 // Connections and streamed uploads as devhost/WineNetwork.cpp leads them to a running development service, which
 // tools/with-service.sh provides. What arrived there is read from the service's own folder.
 
-#include "WineNetwork.h"
+#include "wine/WineNetwork.h"
 
 #include <gtest/gtest.h>
 #include <wininet.h>

@@ -3,8 +3,8 @@
 
 #include "ShippedModule.h"
 
-#include "Shell.h"
-#include "services/Unicode.h"
+#include "base/Unicode.h"
+#include "commands/Shell.h"
 #include "support/Service.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/MainInstance.h"
 #include "qorv/CoClass.h"
-#include "services/MainInstance.h"
 
 #include <string>
 

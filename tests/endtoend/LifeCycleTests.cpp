@@ -3,7 +3,7 @@
 #include "FailingHost.h"
 #include "ShippedModule.h"
 
-#include "PluginHost.h"
+#include "host/PluginHost.h"
 #include "support/Outcome.h"
 
 #include <gtest/gtest.h>

@@ -3,16 +3,16 @@
 
 #include "ShippedModule.h"
 
-#include "PluginHost.h"
-#include "WineNetwork.h"
+#include "base/Unicode.h"
+#include "host/PluginHost.h"
 #include "qorv/Values.h"
 #include "services/CabNode.h"
 #include "services/ErrorDetails.h"
-#include "services/Unicode.h"
 #include "support/Content.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/Service.h"
+#include "wine/WineNetwork.h"
 
 #include <gtest/gtest.h>
 

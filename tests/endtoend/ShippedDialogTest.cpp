@@ -3,7 +3,7 @@
 #include "ShippedModule.h"
 
 #include "commands/PluginDialog.h"
-#include "uix/WindowScript.h"
+#include "script/WindowScript.h"
 
 #include <future>
 #include <memory>

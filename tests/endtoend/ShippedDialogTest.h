@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Shell.h"
 #include "browser/BrowserRegistration.h"
+#include "commands/Shell.h"
 #include "support/Service.h"
 #include "support/TemporaryFolder.h"
 

@@ -2,8 +2,8 @@
 
 #include "ShippedModule.h"
 
+#include "base/Unicode.h"
 #include "qorv/Host.h"
-#include "services/Unicode.h"
 
 #include <gtest/gtest.h>
 

@@ -3,13 +3,13 @@
 
 #include "ShippedModule.h"
 
-#include "PluginHost.h"
 #include "browser/BrowserRegistration.h"
+#include "host/PluginHost.h"
 #include "qorv/Values.h"
+#include "script/WindowScript.h"
 #include "services/CabNode.h"
 #include "support/Outcome.h"
 #include "support/Service.h"
-#include "uix/WindowScript.h"
 
 #include <gtest/gtest.h>
 

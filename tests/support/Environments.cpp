@@ -1,9 +1,9 @@
 #include "support/Environments.h"
 
-#include "WineNetwork.h"
 #include "core/trace/Trace.h"
 #include "support/Log.h"
 #include "support/Service.h"
+#include "wine/WineNetwork.h"
 
 namespace Tests {
 

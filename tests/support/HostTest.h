@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/host/Resource.h"
-#include "services/MainInstance.h"
+#include "host/MainInstance.h"
 #include "support/LiveObjectsTest.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "uix/WindowSteps.h"
+#include "script/WindowSteps.h"
 
 #include <gtest/gtest.h>
 

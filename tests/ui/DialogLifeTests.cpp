@@ -1,11 +1,11 @@
 // The life of a dialog beside that of the plug-in, of its owner and of its caller's names.
 
 #include "afs/AfsTest.h"
+#include "script/KeySteps.h"
 #include "services/CabNode.h"
 #include "support/OnceInUse.h"
 #include "ui/dialog/DialogParameters.h"
 #include "ui/dialog/OpenSaveDialog.h"
-#include "uix/KeySteps.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // SCRIPTED_PLUGIN_LEAKS is "object" or "module". It writes the calls that it gets to SCRIPTED_PLUGIN_CALLS.
 
 #include "UnusedInterfaces.h"
-#include "services/Failure.h"
+#include "base/Failure.h"
 
 #include <wininet.h>
 

@@ -1,0 +1,71 @@
+// qorvhost: a small host for the plug-in, from the command line.
+
+#include "base/Unicode.h"
+#include "browser/BrowserRegistration.h"
+#include "commands/CommandLine.h"
+#include "commands/Shell.h"
+#include "script/WindowScript.h"
+#include "wine/WineNetwork.h"
+
+#include <array>
+#include <optional>
+
+namespace {
+
+constexpr int exit_failed = 1;
+constexpr int exit_usage = 2;
+
+Qorv::ComPtr<DevHost::CancelFlag> g_cancel_flag;
+
+/// The first Ctrl+C ends the running operation in order, the second one the program.
+BOOL WINAPI OnConsoleEvent(DWORD i_event) {
+    VARIANT_BOOL is_canceled = VARIANT_FALSE;
+    g_cancel_flag->get_IsCanceled(&is_canceled);
+    if (i_event != CTRL_C_EVENT || is_canceled != VARIANT_FALSE)
+        return FALSE;
+    g_cancel_flag->Cancel();
+    return TRUE;
+}
+
+/// The file that QORVHOST_WINDOW_SCRIPT names: what a person would do in the windows. Empty for none.
+std::wstring WindowScriptFile() {
+    std::array<wchar_t, 1024> file{};
+    const DWORD length = GetEnvironmentVariableW(L"QORVHOST_WINDOW_SCRIPT", file.data(), DWORD{file.size()});
+    return {file.data(), length < file.size() ? length : 0};
+}
+
+int Run(const DevHost::Options& i_options) {
+    DevHost::RedirectWinInet();
+    std::optional<DevHost::BrowserRegistration> own_browser;
+    if (DevHost::IsWine()) // Its browser cannot show a page.
+        own_browser.emplace();
+    std::optional<DevHost::WindowScript> script;
+    if (const std::wstring file = WindowScriptFile(); !file.empty())
+        script.emplace(file);
+    DevHost::Shell shell(i_options, g_cancel_flag);
+    const int result = shell.Execute(i_options.command);
+    const int end = shell.Finish();
+    if (script && script->HasFailed())
+        return exit_failed;
+    return end != 0 ? end : result;
+}
+
+} // namespace
+
+int wmain(int i_count, wchar_t** i_arguments) {
+    SetProcessDPIAware(); // The dialogs scale themselves.
+    OleInitialize(nullptr);
+    g_cancel_flag = Qorv::Create<DevHost::CancelFlag>();
+    SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+    int result = exit_failed;
+    try {
+        result = Run(DevHost::ParseOptions({i_arguments + 1, i_arguments + i_count}));
+    } catch (const DevHost::UsageError& error) {
+        DevHost::Output(false).Note(error.Text());
+        result = exit_usage;
+    } catch (const std::exception& error) {
+        DevHost::Output(false).Note(DevHost::FromUtf8(error.what()));
+    }
+    OleUninitialize();
+    return result;
+}

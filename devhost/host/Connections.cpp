@@ -1,0 +1,117 @@
+#include "host/Connections.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace DevHost {
+namespace {
+
+constexpr std::wstring_view scheme = L"dropbox://";
+constexpr wchar_t token_item[] = L"Token";
+
+bool HasScheme(const std::wstring& i_text) {
+    return i_text.starts_with(scheme);
+}
+
+/// A location divided at the end of its account part; a text without the scheme is all path.
+struct LocationParts {
+    std::wstring account;
+    std::wstring path;
+};
+
+LocationParts Divide(const std::wstring& i_text) {
+    if (!HasScheme(i_text))
+        return {L"", i_text.starts_with(L"/") ? i_text : L"/" + i_text};
+    const size_t path = std::min(i_text.find(L'/', scheme.size()), i_text.size());
+    return {i_text.substr(scheme.size(), path - scheme.size()), i_text.substr(path)};
+}
+
+} // namespace
+
+Connections::Connections(Qorv::IAFS_FileSys& i_file_system, const AccountStore& i_accounts, std::wstring i_user,
+                         CancelFlag* i_cancel_flag)
+    : m_file_system(i_file_system), m_accounts(i_accounts), m_user(std::move(i_user)), m_cancel_flag(i_cancel_flag) {}
+
+Place Connections::Find(const std::wstring& i_text) {
+    const Connection& connection = AccountFor(i_text);
+    return {NameIn(connection, i_text), &connection};
+}
+
+Qorv::ComPtr<Qorv::IAFS_Name> Connections::NameIn(const Connection& i_connection, const std::wstring& i_text) const {
+    LocationParts parts = Divide(i_text);
+    while (parts.path.ends_with(L'/'))
+        parts.path.pop_back();
+    if (parts.path.empty())
+        return i_connection.root;
+    const std::wstring location = std::wstring(scheme) + parts.account + parts.path;
+    const Operation operation(i_text, m_cancel_flag);
+    operation.Check(m_file_system.StringToName(location.c_str(), Qorv::AFS_String2Name_ValidateOnly, nullptr, nullptr),
+                    L"no name of a file or folder has such characters");
+    Qorv::ComPtr<Qorv::IAFS_Name> name;
+    operation.Check(m_file_system.StringToName(location.c_str(), 0, i_connection.root, &name),
+                    L"this is no location in the account");
+    return name;
+}
+
+const Connection& Connections::AccountFor(const std::wstring& i_text) {
+    if (m_user.empty() && HasScheme(i_text))
+        return FindByLocation(i_text);
+    const std::vector<SavedAccount> saved = m_accounts.List();
+    if (m_user.empty() && saved.empty())
+        throw Failure(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), L"No account is saved: sign in first (qorvhost login)");
+    const Connection& connection = Bind(m_user.empty() ? saved.front() : m_accounts.Get(m_user));
+    if (HasScheme(i_text) && Verify(connection, i_text) == Qorv::AFS_VerifyURL_OtherAccount)
+        throw Failure(E_INVALIDARG, i_text + L": the location is in another account than " + connection.id);
+    return connection;
+}
+
+/// Asks the accounts themselves; the one that the location seems to name comes first, so that no other is bound for
+/// nothing.
+const Connection& Connections::FindByLocation(const std::wstring& i_text) {
+    std::vector<SavedAccount> saved = m_accounts.List();
+    const std::wstring account = Divide(i_text).account;
+    std::ranges::stable_partition(saved, [&](const SavedAccount& i_saved) { return i_saved.id == account; });
+    std::optional<Failure> first_failure;
+    for (const SavedAccount& candidate : saved) {
+        try {
+            const Connection& connection = Bind(candidate);
+            if (Verify(connection, i_text) != Qorv::AFS_VerifyURL_OtherAccount)
+                return connection;
+        } catch (const Failure& failure) {
+            if (candidate.id == account)
+                throw;
+            if (!first_failure)
+                first_failure = failure;
+        }
+    }
+    if (first_failure)
+        throw *first_failure;
+    throw Failure(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), i_text + L": no saved account has this location");
+}
+
+const Connection& Connections::Bind(const SavedAccount& i_account) {
+    const auto found = std::ranges::find(m_bound, i_account.id, &Connection::id);
+    if (found != m_bound.end())
+        return *found;
+    const Operation operation(L"Account " + i_account.id, m_cancel_flag);
+    const CabNode::Node dictionary = i_account.file.Load();
+    const bool signs_in = dictionary->MemberText(token_item).empty();
+    Connection connection{i_account.id, nullptr, nullptr};
+    operation.Check(
+        m_file_system.CreateAccount(dictionary, operation.Details(), operation.Cancel(), &connection.account));
+    if (signs_in) {
+        operation.Check(connection.account->SaveTo(dictionary));
+        i_account.file.Save(*dictionary);
+    }
+    operation.Check(m_file_system.BindToObject(connection.account, nullptr, 0, operation.Details(), operation.Cancel(),
+                                               &connection.root));
+    return m_bound.emplace_back(std::move(connection));
+}
+
+LONG Connections::Verify(const Connection& i_connection, const std::wstring& i_text) const {
+    LONG result = Qorv::AFS_VerifyURL_OtherAccount;
+    Check(i_connection.account->VerifyURL(i_text.c_str(), &result), i_text);
+    return result;
+}
+
+} // namespace DevHost

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "qorv/CoClass.h"
+#include "qorv/Host.h"
+#include "services/AuxiliaryService.h"
+#include "services/CabFile.h"
+#include "services/EventServer.h"
+#include "services/FileSystemService.h"
+#include "services/Localization.h"
+#include "services/MainThreadQueue.h"
+#include "uix/UiService.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace DevHost {
+
+/// The host's main instance: what a plug-in gets of the host, with everything that is kept in a profile folder:
+/// `settings`, `keys` and `cache`. To be made on the main thread, which must have initialized COM;
+/// `ExecuteOnMainThread` may be called on any thread, the rest on the main thread only.
+class MainInstance final : public Qorv::CoClass<MainInstance, Qorv::IQorv_Inst> {
+public:
+    /// The notices of the services are lost without a sink.
+    explicit MainInstance(
+        std::filesystem::path i_profile, NoticeSink i_notice = [](const std::wstring&) {});
+
+    HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetPluginSettings(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
+                                                Qorv::IAUX_CabNode** o_settings) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetCryptKey(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
+                                          Qorv::IAUX_CryptKey** o_key) noexcept override;
+    HRESULT STDMETHODCALLTYPE CreateStdBindContext(Qorv::IAFS_BindContext** o_context) noexcept override;
+    /// E_INVALIDARG for an unknown id.
+    HRESULT STDMETHODCALLTYPE GetLocalStr(Qorv::PCStr i_id, BSTR* o_text) noexcept override;
+    HRESULT STDMETHODCALLTYPE MergeLocalization(IStream* i_table) noexcept override;
+    HRESULT STDMETHODCALLTYPE StringToID(Qorv::PCStr i_name, VARIANT_BOOL i_create, ULONG* o_id) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_EventServer(Qorv::IQorv_EventServer** o_server) noexcept override;
+    HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
+                                                  DWORD i_wait) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override;
+
+    const std::filesystem::path& Profile() const noexcept { return m_profile; }
+    FileSystemService& FileSystems() const noexcept { return *m_file_systems; }
+    EventServer& Events() const noexcept { return *m_events; }
+    MainThreadQueue& MainThread() noexcept { return m_main_thread; }
+
+    /// Keeps the plug-ins' settings. Throws a `Failure`.
+    void SaveSettings() const;
+
+    /// The host's end, after the plug-ins' `Unload`: lets go of every object of a plug-in that is still held.
+    void Close();
+
+private:
+    struct Settings {
+        CabFile file;
+        CabNode::Node dictionary;
+    };
+
+    template <typename Body>
+    HRESULT AnswerAndTell(Body&& i_body) const noexcept;
+
+    std::filesystem::path m_profile;
+    NoticeSink m_notice;
+    MainThreadQueue m_main_thread;
+    Localization m_localization;
+    Qorv::ComPtr<EventServer> m_events;
+    Qorv::ComPtr<FileSystemService> m_file_systems;
+    Qorv::ComPtr<AuxiliaryService> m_auxiliary;
+    Qorv::ComPtr<UiService> m_ui;
+    std::map<std::wstring, Settings> m_settings; ///< By the plug-in's id.
+};
+
+} // namespace DevHost

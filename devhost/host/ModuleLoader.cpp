@@ -1,0 +1,40 @@
+#include "host/ModuleLoader.h"
+
+#include "base/Unicode.h"
+#include "wine/WineNetwork.h"
+
+#include <utility>
+
+namespace DevHost {
+
+ModuleLoader::~ModuleLoader() {
+    if (m_module != nullptr)
+        FreeLibrary(m_module);
+}
+
+Qorv::ComPtr<Qorv::IQorv_Plugin> ModuleLoader::Load(const std::filesystem::path& i_path) {
+    m_path = i_path;
+    m_module = LoadLibraryW(i_path.c_str());
+    if (m_module == nullptr)
+        throw LastErrorFailure(L"Cannot load " + i_path.wstring());
+    try {
+        RedirectModuleImports(m_module);
+    } catch (const std::runtime_error& error) {
+        throw Failure(E_FAIL, L"Cannot prepare " + i_path.wstring() + L": " + FromUtf8(error.what()));
+    }
+    const FARPROC entry = GetProcAddress(m_module, Qorv::GetPluginName);
+    if (entry == nullptr)
+        throw Failure(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), i_path.wstring() + L" is no plug-in");
+    const auto get_plugin = reinterpret_cast<Qorv::GetPluginFunction>(reinterpret_cast<void*>(entry));
+    Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
+    Check(get_plugin(nullptr, nullptr, &plugin), L"The plug-in cannot be made");
+    return plugin;
+}
+
+void ModuleLoader::Free() {
+    FreeLibrary(std::exchange(m_module, nullptr));
+    if (GetModuleHandleW(m_path.filename().c_str()) != nullptr)
+        throw LeakFailure(L"The plug-in's module stays in the process after it was freed");
+}
+
+} // namespace DevHost

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "host/MainInstance.h"
+#include "host/ModuleLoader.h"
+
+#include <filesystem>
+
+namespace DevHost {
+
+/// The host with its one plug-in: takes it through its life in the documented order. Main thread only.
+class PluginHost {
+public:
+    /// Loads the plug-in and sets it up. Throws a `Failure`, and then the plug-in was unloaded as far as it got.
+    PluginHost(const std::filesystem::path& i_profile, const std::filesystem::path& i_module, NoticeSink i_notice);
+    ~PluginHost();
+
+    Qorv::IQorv_Plugin& Plugin() const noexcept { return *m_plugin; }
+    Qorv::IAFS_FileSys& FileSystem() const noexcept { return *m_file_system; }
+    MainInstance& Host() const noexcept { return *m_host; }
+    FilesCache& Cache() const noexcept { return *m_host->FileSystems().CacheOf(m_file_system); }
+
+    /// Ends the plug-in; nobody may hold an object of it any more. Throws a `LeakFailure` when objects or the module
+    /// itself stay. The second call does nothing.
+    void Unload();
+
+private:
+    void SetUp();
+
+    Qorv::ComPtr<MainInstance> m_host;
+    ModuleLoader m_module;
+    Qorv::ComPtr<Qorv::IQorv_Plugin> m_plugin;
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+};
+
+} // namespace DevHost

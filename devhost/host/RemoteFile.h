@@ -1,0 +1,34 @@
+#pragma once
+
+#include "host/Operation.h"
+#include "qorv/Afs.h"
+#include "services/FilesCache.h"
+
+#include <string>
+
+namespace DevHost {
+
+/// An open file of the plug-in, read or written from its beginning to its end. Throws a `Failure`.
+class RemoteFile {
+public:
+    RemoteFile(Qorv::IAFS_FileSys& i_file_system, FilesCache& i_cache, Qorv::IAFS_Name* i_name, ULONG i_flags,
+               const Operation& i_operation);
+    /// A file that was not closed is given up: nothing of it is uploaded.
+    ~RemoteFile();
+    RemoteFile(const RemoteFile&) = delete;
+    RemoteFile& operator=(const RemoteFile&) = delete;
+
+    /// 0 at the end.
+    ULONG Read(void* o_data, ULONG i_size);
+    void Write(const void* i_data, ULONG i_size);
+    /// Uploads what was written.
+    void Close();
+
+private:
+    const Operation& m_operation;
+    const bool m_is_written;
+    Qorv::ComPtr<FilesCache> m_cache;
+    Qorv::ComPtr<Qorv::IAFS_File> m_file;
+};
+
+} // namespace DevHost
