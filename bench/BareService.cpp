@@ -61,7 +61,7 @@ std::string NextCursor(std::string_view i_page) {
     if (start == i_page.npos)
         throw std::runtime_error("the service's listing has no cursor");
     const std::string_view rest = i_page.substr(start + key.size());
-    return std::string(rest.substr(0, rest.find('"')));
+    return std::string(rest.substr(0, std::min(rest.find('"'), rest.size())));
 }
 
 } // namespace

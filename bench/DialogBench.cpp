@@ -7,6 +7,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 
@@ -116,9 +117,8 @@ void MeasureDialog(Report& io_report, const Effort& i_effort) {
     FillTimer timer(module);
     std::vector<double> entry_times;
     for (const std::size_t entries : FolderSizes(i_effort)) {
-        std::vector<double> times;
-        for (int round = 0; round < i_effort.rounds; ++round)
-            times.push_back(timer.Measure(entries));
+        std::vector<double> times(static_cast<std::size_t>(i_effort.rounds));
+        std::ranges::generate(times, [&] { return timer.Measure(entries); });
         const double time = Median(times);
         io_report.Add({"fill the dialog, " + SizeText(entries) + " entries",
                        time * milliseconds,

@@ -15,7 +15,7 @@ namespace {
 
 using DevHost::Check;
 
-constexpr std::size_t buffer_size = 64 * 1024;
+constexpr std::size_t buffer_size = std::size_t{64} * 1024;
 constexpr double milliseconds = 1e3;
 constexpr double microseconds = 1e6;
 constexpr Figure::Aim time_aim{false, 1.25};

@@ -1,5 +1,6 @@
 #include "browser/HtmlEntities.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace DevHost {

@@ -22,7 +22,7 @@ LogInArguments ReadArguments(const Arguments& i_arguments) {
         if (i_arguments[i] == L"--token" && i + 1 < i_arguments.size())
             result.token = i_arguments[++i];
         else if (i_arguments[i].starts_with(L"-") || !result.id.empty())
-            throw UsageError(L"");
+            throw UsageError();
         else
             result.id = i_arguments[i];
     }

@@ -14,7 +14,7 @@ using Arguments = std::vector<std::wstring>;
 /// The user typed something that is no command: a sentence for the user.
 class UsageError : public std::runtime_error {
 public:
-    explicit UsageError(std::wstring i_text);
+    explicit UsageError(std::wstring i_text = {});
     const std::wstring& Text() const noexcept { return m_text; }
 
 private:

@@ -85,7 +85,7 @@ DialogOptions DialogOptions::Parse(const Arguments& i_arguments) {
         } else if (argument == L"--settings") {
             options.has_settings = true;
         } else if (argument.starts_with(L"-") || has_location) {
-            throw UsageError(L"");
+            throw UsageError();
         } else {
             options.location = argument;
             has_location = true;

@@ -62,10 +62,10 @@ void ListFolder(Shell& io_shell, const Arguments& i_arguments) {
     const bool is_recursive = !i_arguments.empty() && i_arguments.front() == L"-R";
     const size_t first = is_recursive ? 1 : 0;
     if (i_arguments.size() > first + 1)
-        throw UsageError(L"");
+        throw UsageError();
     const Place place = io_shell.Locations().Find(i_arguments.size() > first ? i_arguments[first] : L"/");
     std::vector<Item> items;
-    CollectItems(io_shell, place.name, L"", is_recursive, items);
+    CollectItems(io_shell, place.name, {}, is_recursive, items);
     if (!io_shell.Out().IsJson()) {
         ShowTable(io_shell.Out(), items);
         return;

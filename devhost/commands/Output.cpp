@@ -63,7 +63,8 @@ void Output::Table(const std::vector<std::vector<std::wstring>>& i_rows, size_t 
         for (size_t column = 0; column < row.size(); ++column) {
             const std::wstring padding(widths[column] - WidthOf(row[column]), L' ');
             const bool is_last = column + 1 == row.size();
-            text += column == i_right_aligned ? padding + row[column] : row[column] + (is_last ? L"" : padding);
+            text +=
+                column == i_right_aligned ? padding + row[column] : row[column] + (is_last ? std::wstring() : padding);
             text += is_last ? L"\n" : L"  ";
         }
     }

@@ -21,7 +21,7 @@ struct LocationParts {
 
 LocationParts Divide(const std::wstring& i_text) {
     if (!HasScheme(i_text))
-        return {L"", i_text.starts_with(L"/") ? i_text : L"/" + i_text};
+        return {{}, i_text.starts_with(L"/") ? i_text : L"/" + i_text};
     const size_t path = std::min(i_text.find(L'/', scheme.size()), i_text.size());
     return {i_text.substr(scheme.size(), path - scheme.size()), i_text.substr(path)};
 }

@@ -4,6 +4,7 @@
 #include "uix/ControlName.h"
 #include "uix/WindowText.h"
 
+#include <algorithm>
 #include <array>
 #include <commctrl.h>
 #include <optional>

@@ -59,7 +59,7 @@ void Combo::OnCommand(WORD i_notification) {
 /// The hint of the selected item is the control's: the items of an open list cannot show theirs.
 void Combo::Remember() {
     m_selected = Selected();
-    m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<size_t>(m_selected)] : L"");
+    m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<size_t>(m_selected)] : std::wstring());
 }
 
 HRESULT STDMETHODCALLTYPE Combo::Clear() noexcept {

@@ -3,7 +3,6 @@
 #include "uix/LoopEvent.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace DevHost {
 
@@ -21,8 +20,8 @@ bool LoopMonitors::Handle(const MSG& i_message) {
         return false;
     const auto event = Qorv::Create<LoopEvent>(i_message);
     const auto monitors = m_monitors; // One of them may add or remove some.
-    for (const auto& monitor : monitors | std::views::reverse) {
-        monitor->OnEventLoopMonitor(event);
+    for (auto monitor = monitors.rbegin(); monitor != monitors.rend(); ++monitor) {
+        (*monitor)->OnEventLoopMonitor(event);
         if (event->IsHandled())
             return true;
     }

@@ -133,7 +133,7 @@ std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) 
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {
     TRACE_FUNCTION();
-    return ListFolder(L"");
+    return ListFolder({});
 }
 
 SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {

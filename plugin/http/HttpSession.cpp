@@ -155,7 +155,7 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
         status = ::SendRequest(response.m_impl->handle, headers.c_str(), body, body_size);
     } while (AnswerChallenge(response, status, attempts));
 
-    const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : L"";
+    const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : std::wstring();
     CHECK_THROW(200 <= status && status < 400, HttpException(response.m_impl->handle, {}, error_summary));
     response.m_impl->status = static_cast<std::uint16_t>(status);
     return response;

@@ -1,5 +1,7 @@
 #include "AfsTest.h"
 
+#include <algorithm>
+
 namespace {
 
 class FolderTest : public Tests::AfsTest {

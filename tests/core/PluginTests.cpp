@@ -9,6 +9,7 @@
 #include "support/Outcome.h"
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <functional>
 
 using namespace Tests;

@@ -4,6 +4,8 @@
 
 #include "support/Content.h"
 
+#include <algorithm>
+
 using namespace Tests;
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include "core/trace/Text.h"
 
+#include <algorithm>
 #include <set>
 
 using namespace Tests;

@@ -5,6 +5,8 @@
 #include "core/trace/Text.h"
 #include "support/Content.h"
 
+#include <algorithm>
+
 using namespace Tests;
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include <bcrypt.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
