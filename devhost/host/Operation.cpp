@@ -5,36 +5,53 @@
 namespace DevHost {
 namespace {
 
-/// What the thread's last call left for callers without a details object.
-std::wstring ThreadErrorText() {
+/// What the thread's last call left in the COM error info, where the plug-in puts the parts of a service's answer
+/// beside the sentence: the status as the help context, the service's own word as the source.
+struct ThreadReason {
+    std::wstring text;
+    DWORD status = 0;
+    std::wstring service_word;
+};
+
+ThreadReason TakeThreadReason() {
+    ThreadReason reason;
     Qorv::ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, &info) != S_OK)
+        return reason;
     Qorv::Bstr text;
-    if (GetErrorInfo(0, &info) == S_OK)
-        info->GetDescription(&text);
-    return std::wstring(text.View());
+    info->GetDescription(&text);
+    reason.text = text.View();
+    info->GetSource(&text);
+    reason.service_word = text.View();
+    info->GetHelpContext(&reason.status);
+    return reason;
 }
 
 struct Hint {
-    std::wstring_view sign; ///< What the service's answer holds.
+    DWORD status;          ///< 0 when the service's word decides.
+    std::wstring_view tag; ///< Of the service's word.
     std::wstring_view advice;
 };
 
+constexpr DWORD status_unauthorized = 401;
+constexpr DWORD status_too_large = 413;
+constexpr DWORD status_too_many = 429;
 constexpr std::wstring_view too_large = L"The file is larger than Dropbox takes in one piece (150 MB)";
 constexpr Hint hints[] = {
-    {L"HTTP 401", L"The service refuses the token: sign in again (qorvhost login)"},
-    {L"HTTP 429", L"The service is busy: try again later"},
-    {L"/conflict/", L"Something of this name is there already"},
-    {L"insufficient_space", L"The account is full"},
-    {L"payload_too_large", too_large},
-    {L"HTTP 413", too_large},
+    {status_unauthorized, {}, L"The service refuses the token: sign in again (qorvhost login)"},
+    {status_too_many, {}, L"The service is busy: try again later"},
+    {0, L"/conflict/", L"Something of this name is there already"},
+    {0, L"insufficient_space", L"The account is full"},
+    {0, L"payload_too_large", too_large},
+    {status_too_large, {}, too_large},
 };
 
-/// Adds what the service's own word means for a person.
-std::wstring WithHint(std::wstring i_reason) {
+/// Adds what the service's answer means for a person.
+std::wstring WithHint(std::wstring i_sentence, const ThreadReason& i_reason) {
     for (const Hint& hint : hints)
-        if (i_reason.find(hint.sign) != i_reason.npos)
-            return i_reason + L". " + std::wstring(hint.advice);
-    return i_reason;
+        if (hint.tag.empty() ? i_reason.status == hint.status : i_reason.service_word.find(hint.tag) != hint.tag.npos)
+            return i_sentence + L". " + std::wstring(hint.advice);
+    return i_sentence;
 }
 
 } // namespace
@@ -42,13 +59,12 @@ std::wstring WithHint(std::wstring i_reason) {
 void Operation::Check(HRESULT i_result, std::wstring_view i_invalid) const {
     if (SUCCEEDED(i_result))
         return;
-    std::wstring said = m_details->Text();
-    if (said.empty())
-        said = ThreadErrorText();
-    std::wstring reason = ReasonInWords(i_result, said);
+    const ThreadReason left = TakeThreadReason();
+    const std::wstring said = m_details->Text();
+    std::wstring reason = ReasonInWords(i_result, said.empty() ? left.text : said);
     if (i_result == E_INVALIDARG && reason == CodeInWords(E_INVALIDARG))
         reason = i_invalid;
-    throw Failure(i_result, m_subject + L": " + WithHint(reason));
+    throw Failure(i_result, m_subject + L": " + WithHint(reason, left));
 }
 
 } // namespace DevHost
