@@ -1,7 +1,7 @@
 #include "BareService.h"
 
 #include "dropbox/ServiceConfiguration.h"
-#include "support/Service.h"
+#include "support/DevService.h"
 
 #include <algorithm>
 #include <stdexcept>

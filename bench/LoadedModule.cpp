@@ -2,7 +2,7 @@
 
 #include "Measure.h"
 #include "services/CabNode.h"
-#include "support/Service.h"
+#include "support/DevService.h"
 
 namespace Bench {
 

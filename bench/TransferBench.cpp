@@ -3,7 +3,7 @@
 #include "LoadedModule.h"
 #include "Measure.h"
 #include "support/Content.h"
-#include "support/Service.h"
+#include "support/DevService.h"
 
 #include <algorithm>
 #include <stdexcept>

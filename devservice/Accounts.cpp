@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "ContentHash.h"
+#include "Encoding.h"
 #include "Refusal.h"
-#include "Text.h"
 
 namespace DevService {
 

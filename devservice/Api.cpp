@@ -8,9 +8,9 @@
 #include <boost/beast/core/string.hpp>
 #include <openssl/rand.h>
 
+#include "Encoding.h"
 #include "Refusal.h"
 #include "Routes.h"
-#include "Text.h"
 
 namespace DevService {
 

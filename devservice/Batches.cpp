@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -6,7 +6,7 @@
 
 #include <openssl/evp.h>
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include "ContentHash.h"
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -9,7 +9,7 @@
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/read.hpp>
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -1,8 +1,8 @@
 #include "IncomingFile.h"
 
+#include "Encoding.h"
 #include "Refusal.h"
 #include "ServicePath.h"
-#include "Text.h"
 
 namespace DevService {
 

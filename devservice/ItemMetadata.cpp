@@ -3,8 +3,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include "Encoding.h"
 #include "ServicePath.h"
-#include "Text.h"
 
 namespace DevService {
 

@@ -1,6 +1,6 @@
 #include "ItemNotes.h"
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <optional>
 
+#include "Encoding.h"
 #include "Refusal.h"
-#include "Text.h"
 
 namespace DevService {
 

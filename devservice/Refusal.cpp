@@ -1,6 +1,6 @@
 #include "Refusal.h"
 
-#include "Text.h"
+#include "Encoding.h"
 #include <atomic>
 
 namespace DevService {

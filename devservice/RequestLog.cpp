@@ -1,7 +1,7 @@
 #include "RequestLog.h"
 
+#include "Encoding.h"
 #include "JsonText.h"
-#include "Text.h"
 
 namespace DevService {
 

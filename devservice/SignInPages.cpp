@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "Encoding.h"
 #include "Hosts.h"
-#include "Text.h"
 
 namespace DevService {
 

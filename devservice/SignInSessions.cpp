@@ -1,6 +1,6 @@
 #include "SignInSessions.h"
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace DevService {
 

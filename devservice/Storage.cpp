@@ -5,8 +5,8 @@
 #include <fstream>
 
 #include "ContentHash.h"
+#include "Encoding.h"
 #include "Refusal.h"
-#include "Text.h"
 
 namespace DevService {
 

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "Encoding.h"
 #include "Refusal.h"
-#include "Text.h"
 
 namespace DevService {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "Encoding.h"
 #include "Refusal.h"
-#include "Text.h"
 
 namespace DevService {
 

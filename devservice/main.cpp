@@ -6,11 +6,11 @@
 
 #include <boost/asio/signal_set.hpp>
 
+#include "Encoding.h"
 #include "Options.h"
 #include "Server.h"
 #include "Service.h"
 #include "StateFolder.h"
-#include "Text.h"
 
 namespace {
 

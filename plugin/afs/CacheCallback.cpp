@@ -2,7 +2,7 @@
 
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 #include "core/trace/Check.h"
 
 #include <cstddef>

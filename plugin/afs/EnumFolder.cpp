@@ -1,7 +1,7 @@
 #include "afs/EnumFolder.h"
 
 #include "afs/EnumFolderItem.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 #include "core/trace/Check.h"
 
 EnumFolder::EnumFolder(Name* i_name) : m_name(i_name) {

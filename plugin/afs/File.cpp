@@ -1,7 +1,7 @@
 #include "afs/File.h"
 
 #include "afs/Session.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 #include "core/trace/Check.h"
 #include "core/trace/Text.h"
 #include "qorv/Values.h"

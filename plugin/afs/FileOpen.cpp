@@ -4,7 +4,7 @@
 #include "afs/File.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
 

@@ -8,7 +8,7 @@
 #include "afs/Location.h"
 #include "afs/Name.h"
 #include "afs/Session.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 #include "core/host/HostServices.h"
 #include "core/trace/Text.h"
 

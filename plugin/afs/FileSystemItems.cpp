@@ -8,7 +8,7 @@
 #include "afs/Name.h"
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 
 using Qorv::ComPtr;
 using Qorv::IQorv_CancelFlag;

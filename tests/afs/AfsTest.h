@@ -8,9 +8,9 @@
 #include "services/CancelFlag.h"
 #include "services/ErrorDetails.h"
 #include "support/Content.h"
+#include "support/DevService.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
-#include "support/Service.h"
 #include "support/TemporaryFolder.h"
 
 #include <optional>

@@ -5,8 +5,8 @@
 #include "browser/BrowserRegistration.h"
 #include "script/WindowScript.h"
 #include "script/WindowSteps.h"
+#include "support/DevService.h"
 #include "support/LiveObjectsTest.h"
-#include "support/Service.h"
 #include "support/TemporaryFolder.h"
 #include "uix/WindowText.h"
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <sstream>
 
-#include "Text.h"
+#include "Encoding.h"
 
 namespace fs = std::filesystem;
 using namespace DevService;

@@ -2,9 +2,9 @@
 
 #include "dropbox/Object.h"
 #include "dropbox/Web.h"
+#include "support/DevService.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
-#include "support/Service.h"
 #include "support/TemporaryFolder.h"
 
 #include <string>

@@ -5,7 +5,7 @@
 
 #include "base/Unicode.h"
 #include "commands/Shell.h"
-#include "support/Service.h"
+#include "support/DevService.h"
 
 #include <gtest/gtest.h>
 

@@ -9,9 +9,9 @@
 #include "services/CabNode.h"
 #include "services/ErrorDetails.h"
 #include "support/Content.h"
+#include "support/DevService.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
-#include "support/Service.h"
 #include "wine/WineNetwork.h"
 
 #include <gtest/gtest.h>

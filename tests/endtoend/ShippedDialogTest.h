@@ -2,7 +2,7 @@
 
 #include "browser/BrowserRegistration.h"
 #include "commands/Shell.h"
-#include "support/Service.h"
+#include "support/DevService.h"
 #include "support/TemporaryFolder.h"
 
 #include <deque>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "http/HttpSession.h"
+#include "support/DevService.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
-#include "support/Service.h"
 #include "support/TemporaryFolder.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 #include "support/Environments.h"
 
 #include "core/trace/Trace.h"
+#include "support/DevService.h"
 #include "support/Log.h"
-#include "support/Service.h"
 #include "wine/WineNetwork.h"
 
 namespace Tests {

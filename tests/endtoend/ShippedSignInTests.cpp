@@ -8,8 +8,8 @@
 #include "qorv/Values.h"
 #include "script/WindowScript.h"
 #include "services/CabNode.h"
+#include "support/DevService.h"
 #include "support/Outcome.h"
-#include "support/Service.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
-#include "support/Service.h"
+#include "support/DevService.h"
 
 #include "core/trace/Text.h"
 #include "dropbox/Json.h" // RapidJSON with the one set of assertions that a program can have.

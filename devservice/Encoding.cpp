@@ -1,4 +1,4 @@
-#include "Text.h"
+#include "Encoding.h"
 
 #include <algorithm>
 #include <cstdint>

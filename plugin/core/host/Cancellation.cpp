@@ -1,4 +1,4 @@
-#include "core/host/CancelFlag.h"
+#include "core/host/Cancellation.h"
 
 #include "core/trace/Trace.h"
 
