@@ -132,6 +132,8 @@ Arguments ReadArguments(HttpExchange& io_exchange, Style i_style) {
     const std::string body = io_exchange.ReadWholeBody();
     if (i_style == Style::Rpc)
         return Arguments(body, "request body");
+    if (body.empty() && io_exchange.HeaderValue("Content-Type"))
+        throw BadArguments("request body: could not decode input as JSON");
     if (!body.empty() && body != "null")
         throw BadArguments("request body: expected null, got value");
     return Arguments("{}", "request body");

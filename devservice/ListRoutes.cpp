@@ -15,7 +15,7 @@ struct Listed {
 Listed ReadListed(Arguments& io_arguments) {
     Listed listed;
     listed.path = io_arguments.Path("path", PathForm::List);
-    // Clients that join paths send a doubled leading slash, and the public service takes it for one.
+    // Clients that join paths send a doubled leading slash. The other calls refuse it.
     if (listed.path.starts_with("//"))
         listed.path.erase(0, 1);
     if (listed.path == "/")

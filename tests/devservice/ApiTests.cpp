@@ -41,6 +41,7 @@ TEST_F(Api, AnswersCallsLikeThePublicService) {
         {"files/list_folder", R"({"path": "/"})", 400, "Specify the root folder as an empty string", Unchanged},
         {"files/list_folder", R"({"path": "", "limit": 2001})", 400, "limit: not within range", Unchanged},
         {"users/get_current_account", "{}", 400, "request body: expected null, got value", Unchanged},
+        {"users/get_current_account", "", 400, "could not decode input as JSON", Unchanged}, // its type is declared
         {"users/get_current_account", "null", 200, R"("display_name":"Dana Sample")", Unchanged},
 
         // Malformed paths and names that the service does not keep.
