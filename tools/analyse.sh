@@ -4,6 +4,8 @@
 source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 
 windows_build=$build_folder/windows
+native_build=$build_folder/devservice
+analysed_folders=(plugin sdk devhost devservice tests bench)
 analysis_folder=$build_folder/analysis
 
 # Each version breaks some lines in another place: the format is what Debian 12's makes of it.
@@ -21,41 +23,50 @@ CheckFormat() {
         Fail "clang-format -i mends the files above"
 }
 
-# Analyses the sources of the plug-in, with the headers of the SDK, as the Windows build compiles them (so it has to
-# be built before). A source is analysed anew only when it, a header that it uses, or a rule has changed.
+# Analyses all sources as the two builds compile them (so they have to be built before). A source is analysed anew only
+# when it, a header that it uses, or a rule has changed.
 Analyse() {
-    mkdir -p "$analysis_folder"
-    # clang cannot read the other compiler's precompiled headers.
-    sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' "$windows_build/compile_commands.json" \
-        >"$analysis_folder/compile_commands.json"
+    PrepareAnalysis
     WriteFingerprints
     local stale
     stale=$(StaleSources)
     [[ -n $stale ]] || return 0
     Say "Analysing $(wc -l <<<"$stale") files (clang-tidy)"
-    export -f AnalyseSource Fingerprint
-    export repository windows_build analysis_folder
+    export -f AnalyseOnce AnalyseSource IsNative Fingerprint
+    export repository native_build analysis_folder
     # shellcheck disable=SC2016  # for the inner shell
-    xargs -d '\n' -P "$(nproc)" -n 1 bash -c 'AnalyseSource "$1"' AnalyseSource <<<"$stale" ||
+    xargs -d '\n' -P "$(nproc)" -n 1 bash -c 'AnalyseOnce "$1"' AnalyseOnce <<<"$stale" ||
         Fail "clang-tidy refuses the files above"
 }
+
+# clang cannot read the other compiler's precompiled headers. Precompiling them with clang gains nothing: the checks look
+# at every declaration, and reading them all back takes as long as parsing them.
+PrepareAnalysis() {
+    mkdir -p "$analysis_folder"
+    sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' "$windows_build/compile_commands.json" \
+        >"$analysis_folder/compile_commands.json"
+}
+
+# Whether the native build compiles the source; the others are part of the Windows build.
+IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* ]]; }
 
 # The file that stands for all that the analysis of a source depends on.
 Fingerprint() { printf '%s/%s' "$analysis_folder" "${1//\//+}"; }
 
-# From the build's notes on which headers each object was made of. The first one of an object's files is its source.
+# From the builds' notes on which headers each object was made of. The first one of an object's files is its source.
 WriteFingerprints() {
     local rules
-    rules=$(clang-tidy --version | sha256sum; sha256sum "$repository/.clang-tidy" "$repository/tools/analyse.sh")
+    rules=$(clang-tidy --version | sha256sum; cd "$repository" && sha256sum .clang-tidy tests/.clang-tidy tools/analyse.sh)
     rm -f "$analysis_folder"/*.now
-    (cd "$repository" && find plugin sdk \( -name '*.cpp' -o -name '*.h' \) -exec sha256sum {} +) |
+    (cd "$repository" && find "${analysed_folders[@]}" \( -name '*.cpp' -o -name '*.h' \) -exec sha256sum {} +) |
         awk -v root="$repository/" -v folder="$analysis_folder/" -v rules="$rules" '
             FILENAME == "-" { hash[substr($0, 67)] = $1; next }
-            /^[^ ]/         { out = ""; is_source = 1; next }
+            /^[^ ]/         { if (out != "") close(out); out = ""; is_source = 1; next }
             {
                 path = substr($0, 5)
+                sub(/^(\.\.\/)+/, "", path) # A compiler cache makes it relative to the build.
                 if (index(path, root) == 1) path = substr(path, length(root) + 1)
-                if (is_source && path ~ /^plugin\// && path in hash) {
+                if (is_source && path in hash) {
                     out = path
                     gsub("/", "+", out)
                     out = folder out ".now"
@@ -63,25 +74,34 @@ WriteFingerprints() {
                 }
                 is_source = 0
                 if (out != "" && path in hash) print hash[path], path >out
-            }' - <(ninja -C "$windows_build" -t deps)
+            }' - <(ninja -C "$windows_build" -t deps) <(ninja -C "$native_build" -t deps)
 }
 
+# The largest first, so that no long one is left for the end.
 StaleSources() {
     local source
-    (cd "$repository" && find plugin -name '*.cpp' | sort) | while read -r source; do
-        cmp -s "$(Fingerprint "$source").now" "$(Fingerprint "$source").clean" || printf '%s\n' "$source"
-    done
+    (cd "$repository" && find "${analysed_folders[@]}" -name '*.cpp' -printf '%s %p\n' | sort -rn | cut -d ' ' -f 2-) |
+        while read -r source; do
+            cmp -s "$(Fingerprint "$source").now" "$(Fingerprint "$source").clean" || printf '%s\n' "$source"
+        done
+}
+
+# AnalyseOnce SOURCE: notes a clean one, so that it is not analysed again.
+AnalyseOnce() {
+    AnalyseSource "$1" || return 1
+    mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is part of no build" >&2
 }
 
 # AnalyseSource SOURCE: clang does not find the cross compiler's C++ headers by itself, and counts changes of sign among
-# the conversions, which the compiler that we build with does not.
+# the conversions, which the compilers that we build with do not.
 AnalyseSource() {
-    local headers
-    headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include)
-    clang-tidy --quiet -p "$analysis_folder" --warnings-as-errors='*' \
-        --extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32 \
-        --extra-arg={-nostdinc++,-isystem,"$headers/c++"} \
-        --extra-arg={-isystem,"$headers/c++/x86_64-w64-mingw32",-Wno-sign-conversion,-Wno-unknown-warning-option} \
-        "$repository/$1" 2> >(grep -v -e ' generated\.$' -e '^Error while processing' >&2) || return 1
-    mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is no part of the Windows build" >&2
+    local headers commands=$native_build arguments=(--extra-arg={-Wno-sign-conversion,-Wno-unknown-warning-option})
+    if ! IsNative "$1"; then
+        commands=$analysis_folder
+        headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include)
+        arguments+=(--extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32
+            --extra-arg={-nostdinc++,-isystem,"$headers/c++",-isystem,"$headers/c++/x86_64-w64-mingw32"})
+    fi
+    clang-tidy --quiet --use-color=0 -p "$commands" --warnings-as-errors='*' "${arguments[@]}" "$repository/$1" \
+        2> >(grep -v -e ' generated\.$' -e '^Error while processing' >&2)
 }

@@ -4,8 +4,6 @@
 
 #include <oleidl.h>
 
-using Qorv::ComPtr;
-
 namespace {
 
 using AcceleratorMonitorTest = Tests::LiveObjectsTest;

@@ -14,7 +14,7 @@ protected:
     static constexpr LONG closed = 2; ///< The result of a dialog that is closed.
 
     DialogTest() { OleInitialize(nullptr); } // Pictures are decoded by an object of the system's.
-    ~DialogTest() { OleUninitialize(); }
+    ~DialogTest() override { OleUninitialize(); }
 
     void TearDown() override {
         EXPECT_EQ(CountDialogWindows(), 0);

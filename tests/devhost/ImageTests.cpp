@@ -13,7 +13,7 @@ using Qorv::ComPtr;
 class ImageTest : public LiveObjectsTest {
 protected:
     ImageTest() { OleInitialize(nullptr); }
-    ~ImageTest() { OleUninitialize(); }
+    ~ImageTest() override { OleUninitialize(); }
 
     /// Squares of the given sides, each of one colour: its side.
     static ComPtr<DevHost::Image> Squares(std::initializer_list<ULONG> i_sides) {

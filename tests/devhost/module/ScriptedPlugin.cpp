@@ -41,7 +41,7 @@ public:
         return Step(L"Setup");
     }
     HRESULT STDMETHODCALLTYPE RegisterExts() noexcept override {
-        m_host->GetExtension(L"AFS", (IUnknown**)&m_service);
+        m_host->GetExtension(L"AFS", reinterpret_cast<IUnknown**>(&m_service));
         m_service->RegisterFileSys(m_file_system);
         return Step(L"RegisterExts");
     }
