@@ -30,6 +30,10 @@ RunDetached() { setsid --wait "$@" </dev/null >/dev/null 2>&1 9>&-; }
 
 DisplayAnswers() { DISPLAY=$1 xprop -root WM_NAME >/dev/null 2>&1; }
 
+# A display may answer under the number of ours and be another's: ours has ended, and its number was free again.
+HiddenDisplayAnswers() { HiddenDisplayRuns && DisplayAnswers "$(HiddenDisplay)"; }
+HiddenDisplayRuns() { [[ $(cat "/proc/$(cat "$display_file.pid" 2>/dev/null)/comm" 2>/dev/null) == Xvfb ]]; }
+
 HiddenDisplay() { printf ':%s\n' "$(cat "$display_file" 2>/dev/null || echo none)"; }
 
 # Uses the display that is there, else the hidden one of an earlier run, else starts that one. This comes before
@@ -44,7 +48,7 @@ StartDisplay() {
 }
 
 StartHiddenDisplay() {
-    DisplayAnswers "$(HiddenDisplay)" && return
+    HiddenDisplayAnswers && return
     Say "Starting a hidden display (Xvfb)"
     rm -f "$display_file"
     # Xvfb takes a free number by itself and writes it down once it answers.
@@ -54,10 +58,7 @@ StartHiddenDisplay() {
 }
 
 StopHiddenDisplay() {
-    local pid
-    pid=$(cat "$display_file.pid" 2>/dev/null) || return 0
-    # A number alone may by now be another process's.
-    [[ $(cat "/proc/$pid/comm" 2>/dev/null) != Xvfb ]] || kill "$pid"
+    ! HiddenDisplayRuns || kill "$(<"$display_file.pid")"
     rm -f "$display_file" "$display_file.pid"
 }
 
