@@ -52,10 +52,12 @@ DistrustAuthority() {
 ServiceRuns() { [[ -e $1/pid ]] && grep -qzxF -e "$1" "/proc/$(<"$1/pid")/cmdline" 2>/dev/null; }
 ServiceEnded() { ! ServiceRuns "$1"; }
 
-# One that was built anew since it was started does not count.
+# One that was built anew since it was started does not count, nor does one that is older than the Wine prefix, where
+# nobody trusts it.
 ServiceAnswers() {
     local address
-    ServiceRuns "$1" && [[ -s $1/address && ! $service_program -nt $1/pid ]] || return
+    ServiceRuns "$1" || return
+    [[ -s $1/address && ! $service_program -nt $1/pid && ! $prefix_is_complete -nt $1/pid ]] || return
     address=$(<"$1/address")
     (exec 3<>"/dev/tcp/${address%:*}/${address##*:}") 2>/dev/null
 }

@@ -64,14 +64,19 @@ StopHiddenDisplay() {
 
 # Creates the prefix when there is none (about 10 s and 700 MB).
 CreatePrefix() {
-    [[ -e $prefix_is_complete ]] || Locked wine FillPrefix
+    PrefixIsComplete || Locked wine FillPrefix
     DetachFromHome
 }
 
+# One that another Wine has made, before an upgrade of the system, is made anew.
+PrefixIsComplete() { cmp -s "$prefix_is_complete" <(WineIdentity); }
+WineIdentity() { stat --dereference --format '%n %s %Y' "$(WineProgram)"; }
+
 FillPrefix() {
-    [[ ! -e $prefix_is_complete ]] || return 0
+    ! PrefixIsComplete || return 0
     Say "Creating the Wine prefix (once, about 10 s)"
-    # An interrupted earlier try is not to be trusted.
+    # What is there is of another Wine, or of an interrupted earlier try.
+    StopWine
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     StartWineServer
@@ -82,7 +87,7 @@ FillPrefix() {
     # Tahoma, and the signs on title bars: Wine does not find its own fonts when it is started without its wrapper.
     cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/" || Say "Wine's fonts are not where they should be"
     DetachFromHome
-    touch "$prefix_is_complete"
+    WineIdentity >"$prefix_is_complete"
 }
 
 # Wine makes Documents, Desktop and so on links into the user's real home. Nothing here may reach that.
