@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <ole2.h>
 #include <stdexcept>
 #include <string_view>
 

@@ -25,6 +25,7 @@ double CpuSeconds() {
 template <typename Value>
 double MedianOf(const std::vector<std::vector<Cost>>& i_rounds, Value&& i_value) {
     std::vector<double> values;
+    values.reserve(i_rounds.size());
     for (const auto& round : i_rounds)
         values.push_back(i_value(round));
     return Median(std::move(values));

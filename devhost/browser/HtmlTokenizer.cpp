@@ -106,8 +106,11 @@ private:
     /// What is between a tag and its end is no HTML.
     void SkipContent(const std::wstring& i_name) {
         const std::wstring end_tag = L"</" + i_name;
-        const auto found = std::ranges::search(m_rest, end_tag, {}, [](wchar_t c) { return ToLower({&c, 1}).front(); });
-        Take(static_cast<size_t>(found.begin() - m_rest.begin()));
+        const auto found =
+            std::search(m_rest.begin(), m_rest.end(), end_tag.begin(), end_tag.end(), [](wchar_t c, wchar_t lower) {
+                return ToLower({&c, 1}).front() == lower;
+            });
+        Take(static_cast<size_t>(found - m_rest.begin()));
         SkipPast(L">");
     }
 

@@ -71,6 +71,7 @@ void ListAccounts(Shell& io_shell, const Arguments&) {
         return;
     }
     std::vector<std::vector<std::wstring>> rows;
+    rows.reserve(accounts.size());
     for (const SavedAccount& account : accounts)
         rows.push_back({account.id, account.user_name});
     io_shell.Out().Table(rows);

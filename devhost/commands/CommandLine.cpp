@@ -42,7 +42,6 @@ Options ParseOptions(const Arguments& i_arguments) {
     Options options;
     options.profile = DefaultProfile();
     options.module = ProgramFolder() / module_name;
-    bool options_ended = false;
     for (size_t i = 0; i < i_arguments.size(); ++i) {
         const std::wstring& argument = i_arguments[i];
         const auto value = [&]() -> const std::wstring& {
@@ -50,11 +49,11 @@ Options ParseOptions(const Arguments& i_arguments) {
                 throw UsageError(argument + L" needs a value");
             return i_arguments[++i];
         };
-        if (options_ended)
-            options.command.push_back(argument);
-        else if (argument == L"--")
-            options_ended = true;
-        else if (argument == L"--profile")
+        if (argument == L"--") {
+            options.command.insert(options.command.end(), i_arguments.begin() + i + 1, i_arguments.end());
+            break;
+        }
+        if (argument == L"--profile")
             options.profile = value();
         else if (argument == L"--module")
             options.module = value();

@@ -98,6 +98,7 @@ void ShowHelp(Shell& io_shell, const Arguments& i_arguments) {
     }
     out.Line(L"Usage: qorvhost [OPTIONS] COMMAND ...\n\nCommands:");
     std::vector<std::vector<std::wstring>> rows;
+    rows.reserve(commands.size());
     for (const Command& command : commands)
         rows.push_back(
             {L"  " + std::wstring(command.name) + L" " + std::wstring(command.usage), std::wstring(command.summary)});
