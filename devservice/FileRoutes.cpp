@@ -37,9 +37,12 @@ Deletion ReadDeletion(Arguments& io_arguments) {
     return deletion;
 }
 
+ItemMetadata CarryOut(Call& io_call, const Deletion& i_deletion) {
+    return io_call.account.writer.Delete(i_deletion.path, i_deletion.parent_revision);
+}
+
 ItemMetadata DeleteOf(Call& io_call) {
-    const Deletion deletion = ReadDeletion(io_call.arguments);
-    return io_call.account.writer.Delete(deletion.path, deletion.parent_revision);
+    return CarryOut(io_call, ReadDeletion(io_call.arguments));
 }
 
 ItemMetadata RelocateOf(Call& io_call, StorageWriter::Relocation i_what) {
@@ -91,8 +94,8 @@ Reply DeleteBatch(Call& io_call) {
         deletions.push_back(ReadDeletion(entry));
     io_call.arguments.Finish();
     BatchResult result;
-    for (const auto& [path, revision] : deletions)
-        result.Add([&] { return AsMember(io_call.account.writer.Delete(path, revision), Tagged::Yes); });
+    for (const Deletion& deletion : deletions)
+        result.Add([&] { return AsMember(CarryOut(io_call, deletion), Tagged::Yes); });
     return Reply::Json(io_call.account.jobs.Launch(result));
 }
 

@@ -83,12 +83,13 @@ BatchResult FinishEach(Call& io_call) {
     io_call.arguments.Finish();
     Account& account = io_call.account;
     BatchResult result;
-    for (const auto& [cursor, commit] : endings)
+    for (const Ending& ending : endings)
         result.Add([&] {
-            const auto session = account.sessions.Lock(cursor.session_id, cursor.offset, "lookup_failed");
+            const std::string& id = ending.cursor.session_id;
+            const auto session = account.sessions.Lock(id, ending.cursor.offset, "lookup_failed");
             session.RequireClosed();
-            const ItemMetadata metadata = account.writer.Store(session.File(), commit);
-            account.sessions.Forget(cursor.session_id);
+            const ItemMetadata metadata = account.writer.Store(session.File(), ending.commit);
+            account.sessions.Forget(id);
             return MetadataMembers(metadata);
         });
     return result;
