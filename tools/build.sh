@@ -56,7 +56,7 @@ StoppedByWarning() { grep -q 'warnings being treated as errors' "$(LogOf "build-
 ForgetForeignBuild() {
     [[ ! -e $1 || -z $(find "$1" -maxdepth 1 ! -writable -print -quit) ]] ||
         Fail "$1 has files that another user has built; remove it, or use a copy of the repository of your own"
-    cmp -s "$1/.origin" <(BuildOrigin "$1") && return
+    [[ $(cat "$1/.origin" 2>/dev/null) != "$(BuildOrigin "$1")" ]] || return 0
     [[ ! -e $1/CMakeCache.txt ]] || Say "${1#"$repository/"} was built in another place or with other compilers: it is built anew"
     rm -rf "$1"
     mkdir -p "$1"

@@ -69,7 +69,7 @@ CreatePrefix() {
 }
 
 # One that another Wine has made, before an upgrade of the system, is made anew.
-PrefixIsComplete() { cmp -s "$prefix_is_complete" <(WineIdentity); }
+PrefixIsComplete() { [[ $(cat "$prefix_is_complete" 2>/dev/null) == "$(WineIdentity)" ]]; }
 WineIdentity() { stat --dereference --format '%n %s %Y' "$(WineProgram)"; }
 
 FillPrefix() {
