@@ -26,7 +26,8 @@ ServiceClient::ServiceClient(std::uint16_t i_port, const std::string& i_authorit
     // The stream was made with the context before the authority was in it; both share the store.
     m_stream.set_verify_mode(asio::ssl::verify_peer);
     m_stream.set_verify_callback(asio::ssl::host_name_verification(m_host));
-    SSL_set_tlsext_host_name(m_stream.native_handle(), m_host.c_str());
+    // What the macro SSL_set_tlsext_host_name does, without its casts.
+    SSL_ctrl(m_stream.native_handle(), SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name, m_host.data());
     m_stream.handshake(asio::ssl::stream_base::client);
 }
 
