@@ -177,7 +177,7 @@ TEST(BoundaryTest, TurnsExceptionsIntoCodes) {
         {"code", [] { throw HResultException(L"why", E_ABORT); }, E_ABORT, "e.m_hresult", L"why"},
         {"code that is a success", [] { throw HResultException(L"why", S_FALSE); }, S_FALSE, "", L"why"},
         {"plain", [] { throw Exception(L"words"); }, E_FAIL, "E_FAIL", L"words"},
-        {"words of their own", [] { throw HResultException(L"for the log", E_ABORT, L"for people"); }, E_ABORT,
+        {"words of their own", [] { throw HResultException(L"for the log", E_ABORT, {L"for people"}); }, E_ABORT,
          "e.m_hresult", L"for people"},
         {"platform", [] { throw ApiException(L"words"); }, E_FAIL, "E_FAIL", L"words"},
         {"reply", [] { throw HttpException(nullptr, L"HTTP 409: Conflict"); }, E_FAIL, "E_FAIL", L"HTTP 409: Conflict"},

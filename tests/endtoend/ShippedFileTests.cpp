@@ -60,9 +60,9 @@ TEST_F(ShippedFileTest, HasTheVersionThatThePluginTells) {
     DWORD unused = 0;
     std::vector<BYTE> information(GetFileVersionInfoSizeW(file.c_str(), &unused));
     ASSERT_TRUE(GetFileVersionInfoW(file.c_str(), 0, DWORD(information.size()), information.data()));
-    const VS_FIXEDFILEINFO* fixed = nullptr;
+    VS_FIXEDFILEINFO* fixed = nullptr;
     UINT size = 0;
-    ASSERT_TRUE(VerQueryValueW(information.data(), L"\\", (void**)&fixed, &size));
+    ASSERT_TRUE(VerQueryValueW(information.data(), L"\\", reinterpret_cast<void**>(&fixed), &size));
 
     const auto get_plugin = reinterpret_cast<Qorv::GetPluginFunction>(
         reinterpret_cast<void*>(GetProcAddress(m_module, Qorv::GetPluginName)));
@@ -83,9 +83,10 @@ TEST_F(ShippedFileTest, HasTheVersionThatThePluginTells) {
         {L"FileDescription", L"Dropbox connector"},
     };
     for (const auto& [name, value] : strings) {
-        const wchar_t* found = nullptr;
+        wchar_t* found = nullptr;
         const std::wstring place = L"\\StringFileInfo\\040904B0\\" + std::wstring(name);
-        ASSERT_TRUE(VerQueryValueW(information.data(), place.c_str(), (void**)&found, &size)) << DevHost::ToUtf8(place);
+        ASSERT_TRUE(VerQueryValueW(information.data(), place.c_str(), reinterpret_cast<void**>(&found), &size))
+            << DevHost::ToUtf8(place);
         EXPECT_STREQ(found, value.c_str());
     }
 }
