@@ -33,7 +33,8 @@ public:
 
     /// Opens a session for an account and gives the name of its root. What the session ended with is written back into
     /// the account.
-    static Qorv::ComPtr<Name> CreateRoot(AccountData* accountData, HostServices* plugin, Qorv::IAFS_BindContext* context);
+    static Qorv::ComPtr<Name> CreateRoot(AccountData* accountData, HostServices* plugin,
+                                         Qorv::IAFS_BindContext* context);
 
     /// For the functions above.
     Name(std::shared_ptr<Session> i_session, std::wstring i_url);

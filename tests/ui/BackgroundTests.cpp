@@ -74,8 +74,9 @@ TEST_F(BackgroundTest, ALoadIsToldOfOnce) {
 
 TEST_F(BackgroundTest, PartsFromALoadAThousandTimesWithTheCompletionHeld) {
     m_held->KeepListing(m_root);
-    // Wine 10's server shares at most 512 objects with its programs, two of them for each thread that waits for messages.
-    // With more it loses sight of the desktop and the keyboard, in all later programs too, until it is started anew.
+    // Wine 10's server shares at most 512 objects with its programs, two of them for each thread that waits for
+    // messages. With more it loses sight of the desktop and the keyboard, in all later programs too, until it is
+    // started anew.
     constexpr int waiting_at_once = 50;
     for (int i = 0; i < 1000 && !HasFatalFailure(); ++i) {
         if (i % waiting_at_once == 0)

@@ -1,7 +1,7 @@
 #include "core/host/CabEncryptor.h"
 
-#include "core/host/HostServices.h"
 #include "core/host/Cab.h"
+#include "core/host/HostServices.h"
 #include "core/trace/Check.h"
 
 using Qorv::Bstr;
