@@ -192,8 +192,9 @@ void Arguments::RefuseType(std::string_view i_name, std::string_view i_wanted, c
 const rapidjson::Value* Arguments::Member(std::string_view i_name) {
     m_known.emplace_back(i_name);
     const rapidjson::Value name(rapidjson::StringRef(i_name.data(), i_name.size()));
-    const auto member = m_value.FindMember(name);
-    return member == m_value.MemberEnd() || member->value.IsNull() ? nullptr : &member->value;
+    const rapidjson::Value& arguments = m_value;
+    const auto member = arguments.FindMember(name);
+    return member == arguments.MemberEnd() || member->value.IsNull() ? nullptr : &member->value;
 }
 
 const rapidjson::Value& Arguments::RequiredMember(std::string_view i_name) {

@@ -83,7 +83,7 @@ void Sign(X509& io_certificate, EVP_PKEY& i_key) {
 }
 
 Certificate NewCertificate(std::string_view i_name, EVP_PKEY& i_key) {
-    constexpr long Day = 24 * 60 * 60;
+    constexpr long Day = 24L * 60 * 60;
     Certificate certificate(X509_new());
     Require(certificate != nullptr);
     Require(X509_set_version(certificate.get(), X509_VERSION_3) == 1);

@@ -70,7 +70,8 @@ const Connection& Connections::AccountFor(const std::wstring& i_text) {
 const Connection& Connections::FindByLocation(const std::wstring& i_text) {
     std::vector<SavedAccount> saved = m_accounts.List();
     const std::wstring account = Divide(i_text).account;
-    std::ranges::stable_partition(saved, [&](const SavedAccount& i_saved) { return i_saved.id == account; });
+    std::stable_partition(saved.begin(), saved.end(),
+                          [&](const SavedAccount& i_saved) { return i_saved.id == account; });
     std::optional<Failure> first_failure;
     for (const SavedAccount& candidate : saved) {
         try {

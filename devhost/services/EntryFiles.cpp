@@ -62,10 +62,11 @@ fs::path BytesOf(fs::path i_note) {
 /// Empty for a damaged note: its bytes are left where they are.
 std::wstring LocationOf(const fs::path& i_note) {
     const std::string bytes = ReadWholeFile(i_note);
-    rapidjson::Document note;
-    note.Parse<rapidjson::kParseIterativeFlag>(bytes.data(), bytes.size());
-    if (note.HasParseError() || !note.IsObject())
+    rapidjson::Document document;
+    document.Parse<rapidjson::kParseIterativeFlag>(bytes.data(), bytes.size());
+    if (document.HasParseError() || !document.IsObject())
         return {};
+    const rapidjson::Value& note = document;
     const auto location = note.FindMember(location_member);
     if (location == note.MemberEnd() || !location->value.IsString())
         return {};

@@ -217,8 +217,9 @@ void FilesCache::ReplaceKept(const std::wstring& i_location) {
 }
 
 void FilesCache::Remove(Entry i_entry) {
-    std::erase(m_entries, i_entry);
-    i_entry->Remove();
+    const Entry entry = std::move(i_entry); // The caller's may be one of those that go.
+    std::erase(m_entries, entry);
+    entry->Remove();
 }
 
 } // namespace DevHost
