@@ -50,6 +50,7 @@ void CollectItems(Shell& io_shell, Qorv::IAFS_Name* i_folder, const std::wstring
 
 void ShowTable(const Output& i_out, const std::vector<Item>& i_items) {
     std::vector<std::vector<std::wstring>> rows;
+    rows.reserve(i_items.size());
     for (const Item& item : i_items)
         rows.push_back({item.SizeText(), item.ModifiedText(), item.path + (item.is_folder ? L"/" : L"")});
     constexpr size_t size_column = 0;

@@ -16,7 +16,7 @@ constexpr std::wstring_view plain_text = L"text/plain";
 /// All of it is for the log alone: the service's own word stands at the beginning.
 std::string ReadableBody(Http::Response& io_response) {
     TRACE_FUNCTION();
-    constexpr std::size_t limit_without_log = 64 * 1024;
+    constexpr std::size_t limit_without_log = 65'536; // Bytes.
     std::string body;
     try {
         Http::AppendBody(io_response, body, IsLogEnabled() ? std::string::npos : limit_without_log);
