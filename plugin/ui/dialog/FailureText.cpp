@@ -15,23 +15,23 @@ constexpr DWORD status_too_many_requests = 429;
 
 /// A failure that the service told: by its status, or by a tag of its own word.
 struct Kind {
-    DWORD status;
-    std::wstring_view tag;
+    std::wstring_view tag; ///< Empty when the status decides.
     Qorv::PCStr text_id;
+    DWORD status = 0;
     bool is_clear = false; ///< The text says it all: the service's own words would only confuse.
 };
 
 constexpr Kind kinds[] = {
-    {HTTP_STATUS_DENIED, {}, L"db.fail.signIn", true},
-    {status_too_many_requests, {}, L"db.fail.tooMany"},
-    {0, L"not_found", L"db.fail.notFound", true},
-    {0, L"conflict", L"db.fail.exists", true},
-    {0, L"insufficient_space", L"db.fail.noSpace", true},
-    {0, L"no_write_permission", L"db.fail.notAllowed", true},
-    {0, L"disallowed_name", L"db.fail.badName", true},
-    {0, L"malformed_path", L"db.fail.badName", true},
-    {0, L"payload_too_large", L"db.fail.tooLarge", true},
-    {HTTP_STATUS_REQUEST_TOO_LARGE, {}, L"db.fail.tooLarge", true},
+    {{}, L"db.fail.signIn", HTTP_STATUS_DENIED, true},
+    {{}, L"db.fail.tooMany", status_too_many_requests},
+    {L"not_found", L"db.fail.notFound", 0, true},
+    {L"conflict", L"db.fail.exists", 0, true},
+    {L"insufficient_space", L"db.fail.noSpace", 0, true},
+    {L"no_write_permission", L"db.fail.notAllowed", 0, true},
+    {L"disallowed_name", L"db.fail.badName", 0, true},
+    {L"malformed_path", L"db.fail.badName", 0, true},
+    {L"payload_too_large", L"db.fail.tooLarge", 0, true},
+    {{}, L"db.fail.tooLarge", HTTP_STATUS_REQUEST_TOO_LARGE, true},
 };
 
 bool IsOf(const Kind& i_kind, const FailureReason& i_reason) noexcept {
@@ -52,11 +52,11 @@ Kind KindOf(const Failure& i_failure) noexcept {
         if (IsOf(kind, i_failure.reason))
             return kind;
     if (i_failure.reason.http_status >= HTTP_STATUS_SERVER_ERROR)
-        return {0, {}, L"db.fail.service"};
+        return {{}, L"db.fail.service"};
     if (IsOfConnection(i_failure.code))
-        return {0, {}, L"db.fail.connection"};
+        return {{}, L"db.fail.connection"};
     // What the provider answers for a name that stands for nothing.
-    return i_failure.code == E_INVALIDARG ? Kind{0, {}, L"db.fail.notFound", true} : Kind{0, {}, L"db.fail.other"};
+    return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", 0, true} : Kind{{}, L"db.fail.other"};
 }
 
 std::wstring OneParagraph(std::wstring i_text) {
