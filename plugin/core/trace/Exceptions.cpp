@@ -11,7 +11,7 @@ Exception::Exception(std::wstring i_message, FailureReason i_reason)
 HResultException::HResultException(HRESULT i_result)
     : HResultException(HResultText(i_result), i_result, {.words = HResultText(i_result, user_language)}) {}
 
-ApiException::ApiException(std::wstring i_message)
+ApiException::ApiException(const std::wstring& i_message)
     : Exception(i_message.empty() ? LastErrorText() : i_message,
                 FailureReason{.words = i_message.empty() ? LastErrorText(user_language) : i_message})
     , m_error(GetLastError()) {}

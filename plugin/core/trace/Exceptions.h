@@ -41,7 +41,7 @@ public:
 class ApiException : public Exception {
 public:
     /// An empty message stands for the text of the last error.
-    explicit ApiException(std::wstring i_message = {});
+    explicit ApiException(const std::wstring& i_message = {});
 
     /// The thread's last error, read after the message was built.
     DWORD Error() const noexcept { return m_error; }
