@@ -9,8 +9,8 @@
 
 namespace {
 
-/// Whether the service may understand the arguments. The library stops at some texts by an assertion: whoever reads
-/// them otherwise may make sense of those.
+/// Whether the service might understand the arguments. The library asserts on some texts; another parser may still
+/// make sense of them.
 bool MayBeGoodJson(const std::string& arguments) {
     TRACE_FUNCTION();
     try {
@@ -24,8 +24,10 @@ bool MayBeGoodJson(const std::string& arguments) {
 
 std::wstring ArgumentHeader(const std::wstring& arguments, const std::wstring& path) {
     TRACE_FUNCTION();
-    Dropbox::CheckedArguments(ToUtf8(arguments), {path});
-    return L"Dropbox-API-Arg: " + Dropbox::HeaderText(arguments) + L"\n";
+    // What counts is the JSON that arrives: an escape that follows a backslash of the name is one no more.
+    const std::wstring text = Dropbox::HeaderText(arguments);
+    Dropbox::CheckedArguments(ToUtf8(text), {path});
+    return L"Dropbox-API-Arg: " + text + L"\n";
 }
 
 } // namespace

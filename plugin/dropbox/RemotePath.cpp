@@ -12,11 +12,16 @@ constexpr wchar_t last_ascii = 0x7F;
 std::wstring Composed(std::wstring_view i_text) {
     TRACE_FUNCTION();
     const int length = static_cast<int>(i_text.size());
-    const int estimate = NormalizeString(NormalizationC, i_text.data(), length, nullptr, 0);
-    std::wstring composed(static_cast<std::size_t>(std::max(estimate, 0)), L'\0');
-    const int composed_length = NormalizeString(NormalizationC, i_text.data(), length, composed.data(), estimate);
-    composed.resize(static_cast<std::size_t>(std::max(composed_length, 0)));
-    return composed;
+    std::wstring composed;
+    int capacity = NormalizeString(NormalizationC, i_text.data(), length, nullptr, 0);
+    while (capacity > static_cast<int>(composed.size())) {
+        composed.resize(static_cast<std::size_t>(capacity));
+        const int result = NormalizeString(NormalizationC, i_text.data(), length, composed.data(), capacity);
+        if (result > 0)
+            return composed.substr(0, static_cast<std::size_t>(result));
+        capacity = -result; // The first capacity is an estimate; a failure gives a better one, negated.
+    }
+    return {};
 }
 
 bool EqualsInAnyCase(std::wstring_view i_text, std::wstring_view i_other) noexcept {
@@ -69,5 +74,6 @@ std::wstring Dropbox::HeaderText(std::wstring_view i_text, UINT i_code_page) {
 
 bool Dropbox::IsSamePath(std::wstring_view i_asked, std::wstring_view i_answered) {
     TRACE_FUNCTION();
-    return EqualsInAnyCase(i_asked, i_answered) || EqualsInAnyCase(Composed(i_asked), Composed(i_answered));
+    const std::wstring asked = Composed(i_asked);
+    return EqualsInAnyCase(i_asked, i_answered) || (!asked.empty() && EqualsInAnyCase(asked, Composed(i_answered)));
 }

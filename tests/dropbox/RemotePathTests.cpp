@@ -2,7 +2,9 @@
 
 #include "dropbox/RemotePath.h"
 
+#include "core/trace/Exceptions.h"
 #include "core/trace/Text.h"
+#include "dropbox/ApiCalls.h"
 #include "dropbox/Json.h"
 
 #include <gtest/gtest.h>
@@ -77,6 +79,40 @@ TEST(RemotePathTest, KnowsWhatCanBeSent) {
         EXPECT_EQ(Dropbox::IsWellFormed(row.path), row.is_well_formed) << ToUtf8(row.path);
         EXPECT_EQ(Dropbox::CanBeSent(row.path), row.can_be_sent) << ToUtf8(row.path);
     }
+}
+
+TEST(RemotePathTest, RefusesArgumentsThatNameAnotherItem) {
+    const struct {
+        const char* name;
+        std::wstring path;
+    } rows[] = {
+        {"another member", L"/a\",\"path\": \"/b"},
+        {"an escape of its own", L"/a\\u0062"},
+        {"a backslash that takes the escape's away", L"/a\\é.pdf"},
+        {"a control character", L"/a\n"},
+        {"half a character", L"/\xD83D"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_THROW(Dropbox::UploadArgument(row.path), HResultException) << row.name;
+        EXPECT_THROW(Dropbox::DownloadArgument(row.path), HResultException) << row.name;
+    }
+    EXPECT_NO_THROW(Dropbox::UploadArgument(L"/a\"b")) << "bad JSON, which the service refuses";
+}
+
+TEST(RemotePathTest, TellsPathsApart) {
+    const struct {
+        std::wstring asked, answered;
+        bool is_same;
+    } rows[] = {
+        {L"/Cafe\u0301.pdf", L"/CAFÉ.pdf", true},
+        {L"/a", L"/A", true},
+        {L"/a", L"/b", false},
+        {L"/straße.pdf", L"/strasse.pdf", false},
+        {L"/\xD83D", L"/\xDE00", false},
+        {L"/a", L"", false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Dropbox::IsSamePath(row.asked, row.answered), row.is_same) << ToUtf8(row.asked);
 }
 
 } // namespace
