@@ -196,7 +196,7 @@ Reply Api::AnswerRoute(HttpExchange& io_exchange, const Route& i_route) {
     } catch (const std::length_error& error) {
         return Reply::PlainText(error.what(), 413);
     } catch (const std::exception& error) {
-        std::cerr << "devservice: " << i_route.name << ": " << error.what() << std::endl;
+        std::cerr << "devservice: " << i_route.name << ": " << error.what() << '\n';
         return Reply::PlainText("", 500);
     }
 }

@@ -44,7 +44,7 @@ int Serve(const Options& i_options) {
     const StateFolder state(i_options.state_folder ? *i_options.state_folder : NewTemporaryFolder());
     const std::string address = "127.0.0.1:" + std::to_string(server.Port());
     Publish(state, service, address);
-    std::cout << "devservice: listening on " << address << ", state in " << state.Path().string() << std::endl;
+    std::cout << "devservice: listening on " << address << ", state in " << state.Path().string() << '\n' << std::flush;
     server.Run();
     state.Remove("address");
     return 0;
@@ -64,7 +64,7 @@ int main(int i_argument_count, char** i_arguments) {
         std::cerr << "devservice: " << error.what() << "\nTry devservice --help.\n";
         return 2;
     } catch (const std::exception& error) {
-        std::cerr << "devservice: " << error.what() << std::endl;
+        std::cerr << "devservice: " << error.what() << '\n';
         return 1;
     }
 }

@@ -183,7 +183,7 @@ FilesCache::Entry FilesCache::TakeKept(const std::wstring& i_location) {
                EqualIgnoringCase(i_entry->Location(), i_location);
     });
     if (found != m_entries.end()) {
-        const Entry kept = *found;
+        Entry kept = std::move(*found);
         m_entries.erase(found);
         return kept;
     }

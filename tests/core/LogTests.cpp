@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <mutex>
 #include <optional>
 #include <regex>
@@ -62,8 +63,7 @@ private:
 void UseModule() {
     const HMODULE module = LoadLibraryW(std::filesystem::absolute(PLUGIN_MODULE).c_str());
     ASSERT_NE(module, nullptr);
-    const auto get_plugin =
-        reinterpret_cast<Qorv::GetPluginFunction>(reinterpret_cast<void*>(GetProcAddress(module, Qorv::GetPluginName)));
+    const auto get_plugin = std::bit_cast<Qorv::GetPluginFunction>(GetProcAddress(module, Qorv::GetPluginName));
     ASSERT_NE(get_plugin, nullptr);
     EXPECT_EQ(get_plugin(nullptr, nullptr, nullptr), E_POINTER);
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;

@@ -77,7 +77,7 @@ TEST_F(MainInstanceTest, RunsCallsOnTheMainThread) {
     DWORD thread = 0;
     const auto callback = Qorv::Create<Callback>([&] {
         thread = GetCurrentThreadId();
-        return HRESULT{S_FALSE};
+        return S_FALSE;
     });
     EXPECT_EQ(m_host->ExecuteOnMainThread(callback, INFINITE), S_FALSE) << "at once, from the main thread itself";
     EXPECT_EQ(std::exchange(thread, 0), main_thread);
@@ -90,12 +90,12 @@ TEST_F(MainInstanceTest, RunsACallWhileAnotherOneWaitsForIt) {
     int runs = 0;
     const auto inner = Qorv::Create<Callback>([&] {
         ++runs;
-        return HRESULT{S_OK};
+        return S_OK;
     });
     const auto outer = Qorv::Create<Callback>([&] {
         OnWorker([&] { EXPECT_EQ(m_host->ExecuteOnMainThread(inner, INFINITE), S_OK); });
         ++runs;
-        return HRESULT{S_OK};
+        return S_OK;
     });
     OnWorker([&] { EXPECT_EQ(m_host->ExecuteOnMainThread(outer, INFINITE), S_OK); });
     EXPECT_EQ(runs, 2);
@@ -105,7 +105,7 @@ TEST_F(MainInstanceTest, TakesBackACallThatWasNotBegunInTime) {
     bool has_run = false;
     const auto callback = Qorv::Create<Callback>([&] {
         has_run = true;
-        return HRESULT{S_OK};
+        return S_OK;
     });
     std::thread([&] { // The main thread does not pump meanwhile.
         EXPECT_EQ(m_host->ExecuteOnMainThread(callback, 20), HRESULT_FROM_WIN32(WAIT_TIMEOUT));
@@ -116,7 +116,7 @@ TEST_F(MainInstanceTest, TakesBackACallThatWasNotBegunInTime) {
 }
 
 TEST_F(MainInstanceTest, EndsWaitingCallsAtItsEnd) {
-    const auto callback = Qorv::Create<Callback>([] { return HRESULT{S_OK}; });
+    const auto callback = Qorv::Create<Callback>([] { return S_OK; });
     HRESULT result = S_OK;
     std::thread worker([&] { result = m_host->ExecuteOnMainThread(callback, INFINITE); });
     while (!m_host->MainThread().HasPendingCalls())

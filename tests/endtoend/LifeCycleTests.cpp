@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+
 namespace Tests {
 namespace {
 
@@ -68,8 +70,7 @@ TEST_F(LifeCycleTest, SetUpThatFailsAtAnyStepIsUnloaded) {
 TEST_F(LifeCycleTest, EntryRefusesANullOutput) {
     const HMODULE module = LoadLibraryW(ModulePath().c_str());
     ASSERT_NE(module, nullptr);
-    const auto get_plugin =
-        reinterpret_cast<Qorv::GetPluginFunction>(reinterpret_cast<void*>(GetProcAddress(module, Qorv::GetPluginName)));
+    const auto get_plugin = std::bit_cast<Qorv::GetPluginFunction>(GetProcAddress(module, Qorv::GetPluginName));
     EXPECT_HRESULT(E_POINTER, get_plugin(nullptr, nullptr, nullptr));
     FreeLibrary(module);
     EXPECT_FALSE(IsModuleLoaded());

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <vector>
 
 namespace Tests {
@@ -64,8 +65,7 @@ TEST_F(ShippedFileTest, HasTheVersionThatThePluginTells) {
     UINT size = 0;
     ASSERT_TRUE(VerQueryValueW(information.data(), L"\\", reinterpret_cast<void**>(&fixed), &size));
 
-    const auto get_plugin = reinterpret_cast<Qorv::GetPluginFunction>(
-        reinterpret_cast<void*>(GetProcAddress(m_module, Qorv::GetPluginName)));
+    const auto get_plugin = std::bit_cast<Qorv::GetPluginFunction>(GetProcAddress(m_module, Qorv::GetPluginName));
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
     ASSERT_EQ(get_plugin(nullptr, nullptr, &plugin), S_OK);
     ULONG version = 0;

@@ -213,6 +213,7 @@ TEST_F(FoldersNavigatorTest, StopsAThousandTimesWithTheCompletionHeld) {
                 SetEvent(reaped);
             });
             EXPECT_TRUE(m_host->MainThread().WaitAndPump(reaped, patience)) << "dead-lock";
+            reaper.wait();
             CloseHandle(reaped);
             m_navigator = MakeNavigator();
         }
