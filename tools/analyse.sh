@@ -7,6 +7,8 @@ windows_build=$build_folder/windows
 native_build=$build_folder/devservice
 analysed_folders=(plugin sdk devhost devservice tests bench)
 analysis_folder=$build_folder/analysis
+batch_folder=$analysis_folder/batches
+batch_size=6
 
 # Each version breaks some lines in another place: the format is what Debian 12's makes of it.
 format_version=14
@@ -32,10 +34,12 @@ Analyse() {
     stale=$(StaleSources)
     [[ -n $stale ]] || return 0
     Say "Analysing $(wc -l <<<"$stale") files (clang-tidy)"
-    export -f AnalyseOnce AnalyseSource IsNative Fingerprint
-    export repository native_build analysis_folder
+    WriteBatches <<<"$stale"
+    export -f AnalyseBatch AnalyseOnce AnalyseSource MarkClean RunAnalyser IsNative Fingerprint
+    export repository native_build analysis_folder batch_folder
     # shellcheck disable=SC2016  # for the inner shell
-    xargs -d '\n' -P "$(nproc)" -n 1 bash -c 'AnalyseOnce "$1"' AnalyseOnce <<<"$stale" ||
+    find "$batch_folder" -name '*.list' -printf '%s %p\n' | sort -rn | cut -d ' ' -f 2- |
+        xargs -d '\n' -P "$(nproc)" -n 1 bash -c 'AnalyseBatch "$1"' AnalyseBatch ||
         Fail "clang-tidy refuses the files above"
 }
 
@@ -47,8 +51,40 @@ PrepareAnalysis() {
         >"$analysis_folder/compile_commands.json"
 }
 
+# Reads sources, and puts those of one folder that are compiled with the same options together, because most of the time
+# goes into the headers that they share. Writes a list of each batch's sources, and how the batch is compiled.
+WriteBatches() {
+    rm -rf "$batch_folder"
+    mkdir -p "$batch_folder"
+    awk -v root="$repository/" -v folder="$batch_folder" -v most="$batch_size" '
+        function Finish(key) {
+            printf "%s\n{ \"directory\": \"%s\", \"command\": \"%s -c %s.cpp\", \"file\": \"%s.cpp\" }",
+                entries++ ? "," : "[", folder, options[key], batch[key], batch[key] >(folder "/compile_commands.json")
+            close(batch[key] ".list")
+            delete batch[key]
+        }
+        /^ *"command": /  { command = $0; sub(/^ *"command": "/, "", command); sub(/ -o .*/, "", command) }
+        /^ *"file": /     { split($0, quoted, "\""); of[quoted[4]] = command }
+        FILENAME != "-"   { next }
+        !((root $0) in of) { next }
+        {
+            group = $0
+            sub(/[^\/]*$/, "", group)
+            key = group of[root $0]
+            if (!(key in batch)) {
+                batch[key] = folder "/" (group ~ /^(tests\/)?devservice\// ? "native" : "windows") "-" ++count
+                options[key] = of[root $0]
+                size[key] = 0
+            }
+            print >(batch[key] ".list")
+            if (++size[key] == most) Finish(key)
+        }
+        END { for (key in batch) Finish(key); print "\n]" >(folder "/compile_commands.json") }' \
+        "$analysis_folder/compile_commands.json" "$native_build/compile_commands.json" -
+}
+
 # Whether the native build compiles the source; the others are part of the Windows build.
-IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* ]]; }
+IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == native-* ]]; }
 
 # The file that stands for all that the analysis of a source depends on.
 Fingerprint() { printf '%s/%s' "$analysis_folder" "${1//\//+}"; }
@@ -86,22 +122,46 @@ StaleSources() {
         done
 }
 
+# AnalyseBatch LIST: a batch in which nothing is found is clean. Any other says nothing yet, since its sources may only
+# disturb one another: they are analysed one by one.
+AnalyseBatch() {
+    local source sources failed=0
+    mapfile -t sources <"$1"
+    # Not by #include: the analyser follows the paths through functions of its main file only.
+    (cd "$repository" && cat "${sources[@]}") >"${1%.list}.cpp"
+    if ((${#sources[@]} > 1)) && RunAnalyser "$batch_folder" "${1%.list}.cpp" "$(basename "$1")" >"${1%.list}.log" 2>&1; then
+        for source in "${sources[@]}"; do MarkClean "$source"; done
+        return
+    fi
+    for source in "${sources[@]}"; do AnalyseOnce "$source" || failed=1; done
+    return $failed
+}
+
 # AnalyseOnce SOURCE: notes a clean one, so that it is not analysed again.
 AnalyseOnce() {
     AnalyseSource "$1" || return 1
+    MarkClean "$1"
+}
+
+MarkClean() {
     mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is part of no build" >&2
 }
 
-# AnalyseSource SOURCE: clang does not find the cross compiler's C++ headers by itself, and counts changes of sign among
-# the conversions, which the compilers that we build with do not.
 AnalyseSource() {
-    local headers commands=$native_build arguments=(--extra-arg={-Wno-sign-conversion,-Wno-unknown-warning-option})
-    if ! IsNative "$1"; then
-        commands=$analysis_folder
+    local commands=$analysis_folder
+    ! IsNative "$1" || commands=$native_build
+    RunAnalyser "$commands" "$repository/$1" "$1"
+}
+
+# RunAnalyser COMMANDS FILE NAME: clang does not find the cross compiler's C++ headers by itself, and counts changes of
+# sign among the conversions, which the compilers that we build with do not.
+RunAnalyser() {
+    local headers arguments=(--extra-arg={-Wno-sign-conversion,-Wno-unknown-warning-option})
+    if ! IsNative "$3"; then
         headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include)
         arguments+=(--extra-arg-before=--driver-mode=g++ --extra-arg-before=--target=x86_64-w64-mingw32
             --extra-arg={-nostdinc++,-isystem,"$headers/c++",-isystem,"$headers/c++/x86_64-w64-mingw32"})
     fi
-    clang-tidy --quiet --use-color=0 -p "$commands" --warnings-as-errors='*' "${arguments[@]}" "$repository/$1" \
+    clang-tidy --quiet --use-color=0 -p "$1" --warnings-as-errors='*' "${arguments[@]}" "$2" \
         2> >(grep -v -e ' generated\.$' -e '^Error while processing' >&2)
 }
