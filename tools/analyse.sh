@@ -52,10 +52,15 @@ PrepareAnalysis() {
 }
 
 # Reads sources, and puts those of one folder that are compiled with the same options together, because most of the time
-# goes into the headers that they share. Writes a list of each batch's sources, and how the batch is compiled.
+# goes into the headers that they share. Writes a list of each batch's sources, and how the batch is compiled. Batches lie
+# in folders with the rules of their sources' own.
 WriteBatches() {
+    local folder
     rm -rf "$batch_folder"
-    mkdir -p "$batch_folder"
+    for folder in "${analysed_folders[@]}"; do
+        mkdir -p "$batch_folder/$folder"
+        [[ ! -e $repository/$folder/.clang-tidy ]] || cp "$repository/$folder/.clang-tidy" "$batch_folder/$folder/"
+    done
     awk -v root="$repository/" -v folder="$batch_folder" -v most="$batch_size" '
         function Finish(key) {
             printf "%s\n{ \"directory\": \"%s\", \"command\": \"%s -c %s.cpp\", \"file\": \"%s.cpp\" }",
@@ -66,13 +71,15 @@ WriteBatches() {
         /^ *"command": /  { command = $0; sub(/^ *"command": "/, "", command); sub(/ -o .*/, "", command) }
         /^ *"file": /     { split($0, quoted, "\""); of[quoted[4]] = command }
         FILENAME != "-"   { next }
-        !((root $0) in of) { next }
+        !((root $0) in of) { print $0 " is part of no build" >"/dev/stderr"; next }
         {
             group = $0
             sub(/[^\/]*$/, "", group)
             key = group of[root $0]
             if (!(key in batch)) {
-                batch[key] = folder "/" (group ~ /^(tests\/)?devservice\// ? "native" : "windows") "-" ++count
+                split(group, parts, "/")
+                name = group ~ /^(tests\/)?devservice\// ? "native" : "windows"
+                batch[key] = folder "/" parts[1] "/" name "-" ++count
                 options[key] = of[root $0]
                 size[key] = 0
             }
@@ -144,7 +151,7 @@ AnalyseOnce() {
 }
 
 MarkClean() {
-    mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean" || echo "$1 is part of no build" >&2
+    mv "$(Fingerprint "$1").now" "$(Fingerprint "$1").clean"
 }
 
 AnalyseSource() {
