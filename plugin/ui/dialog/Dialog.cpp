@@ -43,7 +43,9 @@ Dialog::Dialog(const Context& i_context, Ui::DialogParameters* io_parameters, IA
     , m_parameters(io_parameters)
     , m_default_folder(i_default_folder)
     , m_ui(i_context.ui.m_service)
-    , m_mode(ModeOf(*io_parameters)) {
+    , m_mode(ModeOf(*io_parameters))
+    , m_trail(i_context.file_system, *this)
+    , m_command(i_context.host_instance, i_context.reaper) {
     TRACE_FUNCTION();
     CHECK_HRESULT_THROW(NamesCollection::Create(m_files_to_open));
 }
@@ -148,11 +150,11 @@ HRESULT STDMETHODCALLTYPE Dialog::OnSize() noexcept {
 HRESULT STDMETHODCALLTYPE Dialog::OnMessage(UINT i_message, WPARAM i_w_param, LPARAM) noexcept {
     TRACE_FUNCTION();
     CHECK_HRESULT(Handle([&] {
-        if (i_message == Ui::folder_loaded_message && m_connection != nullptr) {
-            if (const auto result = m_connection->TakeResult(i_w_param))
-                OnFolderLoaded(*result);
-        } else if (i_message == Ui::task_done_message && m_task != nullptr && i_w_param == m_task_number) {
-            OnTaskDone();
+        if (i_message == Ui::folder_loaded_message) {
+            m_trail.OnLoadEnded(i_w_param);
+        } else if (i_message == Ui::task_done_message) {
+            if (const auto end = m_command.TakeEnd(i_w_param))
+                OnCommandEnded(*end);
         }
     }));
     return TRACE_RESULT(S_OK);
@@ -174,7 +176,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnDestroy() noexcept {
 
 bool Dialog::IsBusy() const noexcept {
     TRACE_FUNCTION();
-    return m_task != nullptr || (m_connection != nullptr && m_connection->IsLoading());
+    return m_command.IsRunning() || m_trail.IsLoading();
 }
 
 /// Lets the user do what can be done now, and nothing else. Cancelling can be done always.

@@ -7,9 +7,9 @@
 #include "ui/dialog/Decision.h"
 #include "ui/dialog/DialogItems.h"
 #include "ui/dialog/DialogQuestions.h"
+#include "ui/dialog/FolderTrail.h"
 #include "ui/dialog/KeyCommands.h"
-#include "ui/folder/FolderConnection.h"
-#include "ui/folder/WindowTask.h"
+#include "ui/dialog/RunningCommand.h"
 #include "ui/list/FileList.h"
 #include "ui/names/FilesExtensionFilter.h"
 
@@ -22,9 +22,9 @@ namespace Qorv {
 /// One run of the Open or the Save dialog: brings together what the user does in the window, the folders of the
 /// account, and the decisions. UI thread.
 ///
-/// What reaches the service runs on a worker: a folder's load in the connection, a command in the task. There is one
-/// such thing at a time, and the commands wait for it; only closing never waits.
-class Dialog final : public CoClass<Dialog, IUIX_ObjSink> {
+/// What reaches the service runs on a worker: a folder's load, or a command. There is one such thing at a time, and
+/// what the user asks for meanwhile is ignored; only closing never waits.
+class Dialog final : public CoClass<Dialog, IUIX_ObjSink>, private Ui::FolderView {
 public:
     /// What all dialogs of the plug-in share.
     struct Context {
@@ -53,13 +53,6 @@ public:
     HRESULT STDMETHODCALLTYPE OnDestroy() noexcept override;
 
 private:
-    /// What is to be done when a folder has been loaded.
-    struct Arrival {
-        std::wstring selected_title{}; ///< Of the item to select, such as the folder that one came from.
-        ComPtr<IAFS_Name> target{};    ///< A typed location: when it is a file's, the file is what the user means.
-        bool may_be_new = false;       ///< The location may be that of a file that is not there yet.
-    };
-
     // Dialog.cpp: the window
     HRESULT InitFilter();
     HRESULT InitWindow();
@@ -90,19 +83,16 @@ private:
     // DialogNavigation.cpp: folders
     void Connect(IAFS_Name* i_folder);
     void Disconnect() noexcept;
-    void Show(IAFS_Name* i_folder, Arrival i_arrival);
-    void ShowParent();
-    void Reload();
-    void OnLoadBegun(bool i_is_reload);
-    void OnFolderLoaded(HRESULT i_result);
-    void OnLoadFailed(const Ui::Failure& i_failure);
-    void Arrive();
-    void ArriveAgain();
-    ComPtr<IAFS_Name> ParentOfShownFolder() const;
-    ComPtr<IAFS_Name> RootOfLoadingFolder() const;
+    void ShowPath(IAFS_Name* i_folder) override;
+    void OnLoadBegun(bool i_is_reload) override;
+    void OnFolderShown() override;
+    void OnLoadFailed(const Ui::Failure& i_failure) override;
+    Ui::FailureAnswer AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Failure& i_failure) override;
+    void SignInAgain() override;
+    void SelectItem(const std::wstring& i_title) override;
+    void OnTypedFolderReached() override;
+    void OnTypedFileReached(const std::wstring& i_title) override;
     std::wstring DisplayPath(IAFS_Name* i_name) const;
-    std::wstring TitleOf(IAFS_Name* i_name) const;
-    void ShowPath(IAFS_Name* i_folder);
 
     // DialogChoice.cpp: what OK means
     void Confirm();
@@ -123,8 +113,8 @@ private:
     void CreateFolder(const std::wstring& i_title);
     void Delete();
     void ChooseUser();
-    void RunTask(PCStr i_status_id, Ui::WindowTask::Work i_work, std::function<void(const Ui::Failure&)> i_done);
-    void OnTaskDone();
+    void RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done);
+    void OnCommandEnded(const Ui::RunningCommand::End& i_end);
 
     struct ItemEvent;
     static const ItemEvent item_events[];
@@ -143,16 +133,8 @@ private:
     std::unique_ptr<Ui::DialogQuestions> m_questions;
     ComPtr<Ui::KeyCommands> m_keys;
 
-    std::unique_ptr<Ui::FolderConnection> m_connection;
-    Arrival m_arrival;
-    ComPtr<IAFS_Name> m_loading_folder; ///< What the last load was asked for.
-    ComPtr<IAFS_Name> m_shown_folder;   ///< What is listed; null while nothing is.
-    ComPtr<IAFS_Name> m_good_folder;    ///< What was listed last: where a way that failed leads back to.
-    bool m_is_going_back = false;
-
-    std::shared_ptr<Ui::WindowTask> m_task; ///< The command that runs.
-    std::function<void(const Ui::Failure&)> m_task_done;
-    WPARAM m_task_number = 0;
+    Ui::FolderTrail m_trail;
+    Ui::RunningCommand m_command;
 
     bool m_is_name_typed = false; ///< The name box shows what the user typed, not what the list put there.
 };

@@ -4,6 +4,7 @@
 #include "dropbox/RemotePath.h"
 #include "qorv/Values.h"
 #include "ui/dialog/Dialog.h"
+#include "ui/folder/NamePath.h"
 #include "ui/names/NameExtension.h"
 #include "ui/names/QuotedNames.h"
 
@@ -22,7 +23,7 @@ void Dialog::Confirm() {
         ResetName(); // It was a way, and is no name.
     if (way.kind != Ui::Decision::Kind::nothing)
         return Carry(way);
-    if (m_shown_folder != nullptr)
+    if (m_trail.IsShown())
         Carry(Ui::DecideTypedNames(m_mode, GetNamesFromNameEditControl()));
     else
         m_questions->TellWhyNot(L"db.msg.noFolder", {});
@@ -35,23 +36,23 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
         m_items.m_name->SetFocus();
         break;
     case Ui::Decision::Kind::go_up:
-        ShowParent();
+        m_trail.ShowParent();
         break;
     case Ui::Decision::Kind::enter:
-        Show(i_decision.names.front().name, {});
+        m_trail.Show(i_decision.names.front().name, {});
         break;
     case Ui::Decision::Kind::go_to:
         GoTo(i_decision.text);
         break;
     case Ui::Decision::Kind::choose_shown:
-        Choose({{DisplayPath(m_shown_folder), m_shown_folder, nullptr, true}});
+        Choose({{.text = {}, .name = m_trail.GetFolder(), .item = {}, .is_folder = true}});
         break;
     case Ui::Decision::Kind::choose:
         Choose(i_decision.names);
         break;
     case Ui::Decision::Kind::ask_to_replace:
         // The question names the file that is there: it need not be what was typed, letter by letter.
-        if (m_questions->AskToReplace(TitleOf(i_decision.names.front().name)) && !IsBusy())
+        if (m_questions->AskToReplace(Ui::TitleOf(m_context.file_system, i_decision.names.front().name)) && !IsBusy())
             Choose(i_decision.names);
         break;
     case Ui::Decision::Kind::save_new:
@@ -65,13 +66,12 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
 
 void Dialog::GoTo(const std::wstring& i_location) {
     TRACE_FUNCTION();
-    ComPtr<IAFS_Name> from = m_shown_folder != nullptr ? m_shown_folder : m_good_folder;
-    if (from == nullptr)
-        from = RootOfLoadingFolder(); // Nothing could be shown so far.
+    const ComPtr<IAFS_Name> from = m_trail.GetOrigin();
     ComPtr<IAFS_Name> target;
     if (from == nullptr || FAILED(m_context.file_system->StringToName(i_location.c_str(), 0, from, &target)))
         return m_questions->TellWhyNot(L"db.msg.badLocation", i_location);
-    Show(target, {.selected_title = {}, .target = target, .may_be_new = !m_mode.is_open && i_location.back() != L'/'});
+    m_trail.Show(target,
+                 {.selected_title = {}, .target = target, .may_be_new = !m_mode.is_open && i_location.back() != L'/'});
 }
 
 /// Somebody may have made a file of this name since the folder was loaded, and nobody's file may be lost: the service
@@ -79,14 +79,14 @@ void Dialog::GoTo(const std::wstring& i_location) {
 void Dialog::SaveNew(const TypedName& i_name) {
     TRACE_FUNCTION();
     TypedName typed = i_name;
-    if (FAILED(m_context.file_system->StringToName(typed.text.c_str(), 0, m_shown_folder, &typed.name)))
+    if (FAILED(m_context.file_system->StringToName(typed.text.c_str(), 0, m_trail.GetFolder(), &typed.name)))
         return m_questions->TellWhyNot(L"db.msg.badName", typed.text);
     const auto information = std::make_shared<ComPtr<IAFS_FileInfo>>();
     const auto look = [file_system = m_context.file_system, name = typed.name,
                        information](const Ui::WindowTask::IsAbandoned&) {
         return file_system->GetFileInfo(name, nullptr, nullptr, &*information);
     };
-    RunTask(L"db.msg.checkingName", look, [this, typed, information](const Ui::Failure& i_failure) {
+    RunOnWorker(L"db.msg.checkingName", look, [this, typed, information](const Ui::Failure& i_failure) {
         if (i_failure.code == E_INVALIDARG) // Nothing is there.
             return Choose({typed});
         if (FAILED(i_failure.code))
@@ -95,9 +95,10 @@ void Dialog::SaveNew(const TypedName& i_name) {
         (*information)->get_Attributes(&attributes);
         if ((attributes & AFS_Attribute_Folder) != 0)
             m_questions->TellWhyNot(L"db.msg.notAFile", typed.text);
-        else if (!m_mode.asks_before_replacing || m_questions->AskToReplace(TitleOf(typed.name)))
+        else if (!m_mode.asks_before_replacing ||
+                 m_questions->AskToReplace(Ui::TitleOf(m_context.file_system, typed.name)))
             return Choose({typed});
-        Reload(); // The list did not know of it.
+        m_trail.Reload(); // The list did not know of it.
     });
 }
 
@@ -108,8 +109,8 @@ void Dialog::Choose(const std::vector<TypedName>& i_names) {
     ComPtr<NamesCollection> chosen;
     CHECK_HRESULT_THROW(NamesCollection::Create(chosen));
     for (const TypedName& typed : i_names) {
-        if (!m_mode.chooses_folder && !Dropbox::CanBeSent(DisplayPath(typed.name)))
-            return m_questions->TellWhyNot(L"db.msg.badPath", DisplayPath(typed.name));
+        if (!m_mode.chooses_folder && !Dropbox::CanBeSent(Ui::PathOf(m_context.file_system, typed.name)))
+            return m_questions->TellWhyNot(L"db.msg.badPath", Ui::PathOf(m_context.file_system, typed.name));
         CHECK_HRESULT_THROW(chosen->Add(typed.name));
     }
     m_files_to_open = chosen;
@@ -156,7 +157,7 @@ std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
             m_filter->AddFilterExtension(text, m_parameters->DefaultExt.View());
         names.push_back({.text = std::move(text)});
     }
-    MatchTypedNames(m_context.file_system, m_connection->GetItems(), names, trace_function.Name());
+    MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
     return names;
 }
 

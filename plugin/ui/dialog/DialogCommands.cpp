@@ -3,7 +3,6 @@
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 #include "ui/dialog/Dialog.h"
-#include "ui/dialog/DialogMessages.h"
 
 namespace Qorv {
 namespace {
@@ -39,7 +38,7 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
         return;
     switch (i_command) {
     case Ui::DialogCommand::up:
-        ShowParent();
+        m_trail.ShowParent();
         break;
     case Ui::DialogCommand::new_folder:
         NewFolder();
@@ -48,7 +47,7 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
         Delete();
         break;
     case Ui::DialogCommand::refresh:
-        Reload();
+        m_trail.Reload();
         break;
     case Ui::DialogCommand::select_all:
         m_list->SelectAll();
@@ -59,19 +58,19 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
 
 bool Dialog::CanRun(Ui::DialogCommand i_command) const {
     TRACE_FUNCTION();
-    if (IsBusy() || m_connection == nullptr)
+    if (IsBusy() || !m_trail.IsConnected())
         return false;
     switch (i_command) {
     case Ui::DialogCommand::up:
-        return ParentOfShownFolder() != nullptr;
+        return m_trail.GetParentFolder() != nullptr;
     case Ui::DialogCommand::new_folder:
-        return m_shown_folder != nullptr;
+        return m_trail.IsShown();
     case Ui::DialogCommand::delete_items:
-        return m_shown_folder != nullptr && m_list->IsItemSelected();
+        return m_trail.IsShown() && m_list->IsItemSelected();
     case Ui::DialogCommand::refresh:
-        return m_loading_folder != nullptr;
+        return m_trail.GetFolder() != nullptr;
     case Ui::DialogCommand::select_all:
-        return m_shown_folder != nullptr && m_mode.is_open && m_mode.allows_several;
+        return m_trail.IsShown() && m_mode.is_open && m_mode.allows_several;
     }
     return false;
 }
@@ -98,16 +97,15 @@ void Dialog::OnNewFolderNamed(LONG) {
 void Dialog::CreateFolder(const std::wstring& i_title) {
     TRACE_FUNCTION();
     ComPtr<IAFS_Name> folder;
-    if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_shown_folder, &folder)))
+    if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_trail.GetFolder(), &folder)))
         return m_questions->TellWhyNot(L"db.msg.badName", i_title);
     const auto create = [file_system = m_context.file_system, folder](const Ui::WindowTask::IsAbandoned&) {
         return file_system->CreateFolder(folder, nullptr, nullptr);
     };
-    RunTask(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
+    RunOnWorker(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
             m_questions->TellFailure(L"db.msg.createFailed", i_failure);
-        m_arrival.selected_title = i_title;
-        Reload();
+        m_trail.Reload({.selected_title = i_title});
     });
 }
 
@@ -126,10 +124,10 @@ void Dialog::Delete() {
         return DeleteItems(file_system, names, i_is_abandoned);
     };
     const PCStr failure_id = names.size() == 1 ? L"db.msg.nothingDeleted" : L"db.msg.deleteFailed";
-    RunTask(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
+    RunOnWorker(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
             m_questions->TellFailure(failure_id, i_failure);
-        Reload(); // The names of what is gone must not be used any more.
+        m_trail.Reload(); // The names of what is gone must not be used any more.
     });
 }
 
@@ -138,12 +136,12 @@ void Dialog::ChooseUser() {
     if (IsBusy())
         return;
     Bstr location;
-    if (m_loading_folder != nullptr)
-        m_context.file_system->NameToString(m_loading_folder, 0, nullptr, &location);
+    if (m_trail.GetFolder() != nullptr)
+        m_context.file_system->NameToString(m_trail.GetFolder(), 0, nullptr, &location);
     const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
     const auto sign_in = [file_system = m_context.file_system, from = std::wstring(location.View()),
                           folder](const Ui::WindowTask::IsAbandoned&) { return SignIn(file_system, from, *folder); };
-    RunTask(L"db.msg.signingIn", sign_in, [this, folder](const Ui::Failure& i_failure) {
+    RunOnWorker(L"db.msg.signingIn", sign_in, [this, folder](const Ui::Failure& i_failure) {
         if (SUCCEEDED(i_failure.code))
             Connect(*folder);
         else if (i_failure.code != ErrorCanceled)
@@ -153,24 +151,19 @@ void Dialog::ChooseUser() {
 
 /// Runs what reaches the service, and shows meanwhile what that is. `i_done` is called when it is over and the dialog
 /// is still there.
-void Dialog::RunTask(PCStr i_status_id, Ui::WindowTask::Work i_work, std::function<void(const Ui::Failure&)> i_done) {
+void Dialog::RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done) {
     TRACE_FUNCTION();
     CHECK_THROW(!IsBusy(), HResultException(E_UNEXPECTED));
-    m_task = std::make_shared<Ui::WindowTask>(m_context.host_instance, m_window, Ui::task_done_message, ++m_task_number,
-                                              std::move(i_work));
-    m_task_done = std::move(i_done);
+    m_command.Begin(m_window, std::move(i_work), std::move(i_done));
     m_items.m_path->put_Text(Text(i_status_id).c_str());
     UpdateItems();
 }
 
-void Dialog::OnTaskDone() {
+void Dialog::OnCommandEnded(const Ui::RunningCommand::End& i_end) {
     TRACE_FUNCTION();
-    const Ui::Failure failure{m_task->GetResult(), m_task->GetFailureReason()};
-    m_context.reaper.Take(std::move(m_task)); // Its thread may need a moment more.
-    const auto done = std::exchange(m_task_done, nullptr);
-    ShowPath(m_loading_folder);
+    ShowPath(m_trail.GetFolder());
     UpdateItems();
-    done(failure);
+    i_end.done(i_end.failure);
 }
 
 } // namespace Qorv

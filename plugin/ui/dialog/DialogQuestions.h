@@ -3,6 +3,7 @@
 #include "qorv/Host.h"
 #include "qorv/Uix.h"
 #include "ui/dialog/FailureText.h"
+#include "ui/dialog/FolderView.h"
 #include "ui/list/FileRow.h"
 
 #include <initializer_list>
@@ -11,8 +12,6 @@
 #include <vector>
 
 namespace Ui {
-
-enum class FailureAnswer { give_up, try_again, sign_in };
 
 /// What a dialog asks and tells the user, in message boxes that belong to its window. UI thread. A box that cannot be
 /// shown answers like one that was closed.

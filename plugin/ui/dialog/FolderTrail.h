@@ -1,0 +1,77 @@
+#pragma once
+
+#include "ui/dialog/FailureText.h"
+#include "ui/dialog/FolderView.h"
+#include "ui/folder/FolderSource.h"
+
+#include <memory>
+#include <string>
+
+namespace Ui {
+
+/// What is to be done in a folder once it is shown.
+struct Arrival {
+    std::wstring selected_title{};          ///< Of the item to select, such as the folder one came from.
+    Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: when it is a file's, the user means the file.
+    bool may_be_new = false;                ///< The target may be a file that isn't there yet.
+};
+
+/// The way of a dialog through the folders of an account: where it is, what it does on arrival, and what follows when a
+/// folder cannot be shown. It knows no window: the view shows and asks, the source loads. UI thread.
+///
+/// Without a source, and while a folder loads, a request to go somewhere is ignored.
+class FolderTrail {
+public:
+    /// The view outlives the trail.
+    FolderTrail(Qorv::IAFS_FileSys* i_file_system, FolderView& io_view);
+    ~FolderTrail();
+    FolderTrail(const FolderTrail&) = delete;
+    FolderTrail& operator=(const FolderTrail&) = delete;
+
+    /// Begins anew, in another account for instance. The folder may be null: then nothing is shown so far.
+    void Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Name* i_folder);
+    /// Lets go of the source. Nothing is shown, asked or loaded from here on.
+    void Disconnect() noexcept;
+    bool IsConnected() const noexcept { return m_source != nullptr; }
+
+    /// Shows a folder, or a file's folder.
+    void Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival);
+    /// Shows the folder above, with the one that one comes from selected.
+    void ShowParent();
+    /// Loads the folder again. What was to be done on arrival, and wasn't done so far, stays so.
+    void Reload();
+    /// Loads the folder again, for something else to be done in it.
+    void Reload(Arrival i_arrival);
+    /// The source's window was told that this load is over.
+    void OnLoadEnded(WPARAM i_load);
+
+    bool IsLoading() const noexcept { return m_source != nullptr && m_source->IsLoading(); }
+    bool IsShown() const noexcept { return m_source != nullptr && m_state == State::shown; }
+    /// Where the dialog is or, while it loads, where it is going; null before the first folder.
+    Qorv::IAFS_Name* GetFolder() const noexcept { return m_folder; }
+    /// The folder above, null for a root.
+    Qorv::ComPtr<Qorv::IAFS_Name> GetParentFolder() const;
+    /// Where typed locations start from: a folder that was shown, else a root. Null before the first folder.
+    Qorv::ComPtr<Qorv::IAFS_Name> GetOrigin() const;
+    /// What the shown folder holds.
+    const FolderItems& GetItems() const noexcept { return m_source->GetItems(); }
+
+private:
+    enum class State { nothing, loading, shown, failed };
+
+    void OnLoadBegun(bool i_is_reload);
+    void OnLoadFailed(const Failure& i_failure);
+    void GoBack();
+    void Arrive();
+
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    FolderView& m_view;
+    std::unique_ptr<FolderSource> m_source;
+    State m_state = State::nothing;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_folder;
+    Qorv::ComPtr<Qorv::IAFS_Name> m_last_shown_folder; ///< Where a way that failed leads back to.
+    bool m_is_going_back = false;                      ///< To that folder, after a failure.
+    Arrival m_arrival;
+};
+
+} // namespace Ui

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "qorv/Afs.h"
+#include "ui/dialog/FailureText.h"
+
+#include <string>
+
+namespace Ui {
+
+enum class FailureAnswer { give_up, try_again, sign_in };
+
+/// What the user sees of the way through the folders, and is asked on it. UI thread.
+class FolderView {
+public:
+    /// The path of the folder where the dialog is or goes.
+    virtual void ShowPath(Qorv::IAFS_Name* i_folder) = 0;
+    /// A load has begun: nothing is listed until it ends.
+    virtual void OnLoadBegun(bool i_is_reload) = 0;
+    /// The folder's items are there to be listed.
+    virtual void OnFolderShown() = 0;
+    /// The items cannot be loaded; the reason is shown in their place.
+    virtual void OnLoadFailed(const Failure& i_failure) = 0;
+    /// Whether to try again. The trail may be disconnected by the time this returns.
+    virtual FailureAnswer AskAfterLoadFailure(Qorv::IAFS_Name* i_folder, const Failure& i_failure) = 0;
+    virtual void SignInAgain() = 0;
+
+    // On arrival
+    virtual void SelectItem(const std::wstring& i_title) = 0;
+    /// The typed location was that of the folder.
+    virtual void OnTypedFolderReached() = 0;
+    /// The typed location is that of a file in the folder, or of a new one.
+    virtual void OnTypedFileReached(const std::wstring& i_title) = 0;
+
+protected:
+    ~FolderView() = default;
+};
+
+} // namespace Ui

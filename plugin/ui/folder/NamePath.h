@@ -1,0 +1,20 @@
+#pragma once
+
+#include "qorv/Afs.h"
+
+#include <string>
+
+namespace Ui {
+
+// What can be told of a name without asking the service.
+
+/// The path in the account: empty for its root, and for a name that isn't the file system's.
+std::wstring PathOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
+
+/// The last element of the path.
+std::wstring TitleOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
+
+/// The root of a name's account; null for no name.
+Qorv::ComPtr<Qorv::IAFS_Name> RootOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
+
+} // namespace Ui
