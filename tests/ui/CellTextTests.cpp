@@ -8,8 +8,8 @@ namespace {
 
 using CellTextTest = Tests::HostTest;
 
-FileRow Row(const wchar_t* i_title, const wchar_t* i_extension, bool i_is_folder = false) {
-    FileRow row;
+Ui::FileRow Row(const wchar_t* i_title, const wchar_t* i_extension, bool i_is_folder = false) {
+    Ui::FileRow row;
     row.title = i_title;
     row.extension = i_extension;
     row.is_folder = i_is_folder;
@@ -17,46 +17,46 @@ FileRow Row(const wchar_t* i_title, const wchar_t* i_extension, bool i_is_folder
 }
 
 TEST_F(CellTextTest, NamesTheKind) {
-    const CellText cells(m_host);
-    const std::pair<FileRow, const wchar_t*> rows[] = {
+    const Ui::CellText cells(m_host);
+    const std::pair<Ui::FileRow, const wchar_t*> rows[] = {
         {Row(L"letter.pdf", L"PDF"), L"PDF file"}, {Row(L"letter", L""), L"File"},
         {Row(L"Docs", L"", true), L"Folder"},      {Row(L"../", L"", true), L"Folder"},
         {Row(L"a.%1", L"%1"), L"%1 file"},
     };
     for (const auto& [row, kind] : rows) {
-        EXPECT_EQ(kind, cells.Text(row, FileColumn::kind)) << ToUtf8(row.title);
-        EXPECT_EQ(row.title, cells.Text(row, FileColumn::name));
+        EXPECT_EQ(kind, cells.Text(row, Ui::FileColumn::kind)) << ToUtf8(row.title);
+        EXPECT_EQ(row.title, cells.Text(row, Ui::FileColumn::name));
     }
 }
 
 // Units, decimal points and the order of a date's parts are the machine's: only what every one has in common is looked
 // at.
 TEST_F(CellTextTest, TellsSizesAndDatesInTheUsersForm) {
-    const CellText cells(m_host);
-    FileRow row = Row(L"a", L"");
+    const Ui::CellText cells(m_host);
+    Ui::FileRow row = Row(L"a", L"");
     const std::pair<ULONGLONG, const wchar_t*> sizes[] = {
         {0, L"0"}, {999, L"999"}, {5 * 1024, L"5"}, {7ULL << 20, L"7"}, {9ULL << 40, L"9"}};
     for (const auto& [size, number] : sizes) {
         row.size = size;
-        const std::wstring text = cells.Text(row, FileColumn::size);
+        const std::wstring text = cells.Text(row, Ui::FileColumn::size);
         EXPECT_TRUE(text.starts_with(number)) << ToUtf8(text);
         EXPECT_GT(text.size(), std::wcslen(number)) << "a unit belongs to it";
         EXPECT_LT(text.size(), 12U) << ToUtf8(text);
     }
-    EXPECT_EQ(L"", cells.Text(Row(L"Docs", L"", true), FileColumn::size));
+    EXPECT_EQ(L"", cells.Text(Row(L"Docs", L"", true), Ui::FileColumn::size));
 
-    EXPECT_EQ(L"", cells.Text(row, FileColumn::date)) << "it is not known";
+    EXPECT_EQ(L"", cells.Text(row, Ui::FileColumn::date)) << "it is not known";
     row.modified = Dropbox::Utility::ParseDateTime(L"2015-05-12T15:50:38Z");
-    const std::wstring date = cells.Text(row, FileColumn::date);
+    const std::wstring date = cells.Text(row, Ui::FileColumn::date);
     EXPECT_NE(date.find(L"15"), std::wstring::npos) << "the year: " << ToUtf8(date);
     EXPECT_NE(date.find(L"12"), std::wstring::npos) << "the day: " << ToUtf8(date);
     EXPECT_EQ(date.find(L"38"), std::wstring::npos) << "no seconds: " << ToUtf8(date);
     row.modified += 21ULL * 10'000'000; // Still in the same minute,
-    EXPECT_EQ(date, cells.Text(row, FileColumn::date));
+    EXPECT_EQ(date, cells.Text(row, Ui::FileColumn::date));
     row.modified += 10'000'000; // and in the next one.
-    EXPECT_NE(date, cells.Text(row, FileColumn::date));
+    EXPECT_NE(date, cells.Text(row, Ui::FileColumn::date));
     row.modified = ~0ULL;
-    EXPECT_EQ(L"", cells.Text(row, FileColumn::date)) << "no calendar has it";
+    EXPECT_EQ(L"", cells.Text(row, Ui::FileColumn::date)) << "no calendar has it";
 }
 
 } // namespace

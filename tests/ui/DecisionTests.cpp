@@ -20,30 +20,30 @@ protected:
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Strasse.pdf"), "ss");
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Straße.pdf"), "sz");
         const std::atomic<bool> is_running = true;
-        FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
+        Ui::FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
         EXPECT_HRESULT(S_OK, load.Run());
         m_items = load.m_items;
         m_rows.Load(m_file_system, m_items, load.m_parent_folder);
     }
 
-    std::vector<const FileRow*> Selection(std::initializer_list<std::size_t> i_rows) const {
-        std::vector<const FileRow*> rows;
+    std::vector<const Ui::FileRow*> Selection(std::initializer_list<std::size_t> i_rows) const {
+        std::vector<const Ui::FileRow*> rows;
         for (const std::size_t row : i_rows)
             rows.push_back(&m_rows[row]);
         return rows;
     }
 
     Ui::Decision Typed(const Ui::DialogMode& i_mode, std::initializer_list<const wchar_t*> i_texts) const {
-        std::vector<TypedName> names;
+        std::vector<Ui::TypedName> names;
         for (const wchar_t* const text : i_texts)
             names.push_back({.text = text});
-        MatchTypedNames(m_file_system, m_items, names, FunctionName("void Caller::Read()"));
+        Ui::MatchTypedNames(m_file_system, m_items, names, FunctionName("void Caller::Read()"));
         return Ui::DecideTypedNames(i_mode, names);
     }
 
     static constexpr std::size_t up = 0, docs = 1, a_pdf = 2, b_pdf = 3;
-    FolderItems m_items;
-    FileRows m_rows;
+    Ui::FolderItems m_items;
+    Ui::FileRows m_rows;
 };
 
 constexpr Ui::DialogMode open_one{};
@@ -87,7 +87,7 @@ TEST_F(DecisionTest, MakesTheMostOfWhatIsSelected) {
     const struct {
         const char* what;
         Ui::DialogMode mode;
-        std::vector<const FileRow*> selection;
+        std::vector<const Ui::FileRow*> selection;
         Kind kind;
         std::size_t names;
         const wchar_t* message;

@@ -118,8 +118,8 @@ protected:
 
     Qorv::ComPtr<ItemFileSystem> m_file_system = Qorv::Create<ItemFileSystem>();
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent = Qorv::Create<ItemName>(Item{L"Zoo", true, 99, 99});
-    FolderItems m_items;
-    FileRows m_rows;
+    Ui::FolderItems m_items;
+    Ui::FileRows m_rows;
 };
 
 TEST_F(FileRowsTest, HoldWhatIsKnownOfEachItem) {
@@ -164,18 +164,18 @@ TEST_F(FileRowsTest, StandInOrderWithFoldersFirst) {
     Add({L"zip.7z", false, 6, 0});
     Load(m_parent);
     const struct {
-        FileColumn column;
+        Ui::FileColumn column;
         bool is_descending;
         const wchar_t* expected;
     } rows[] = {
-        {FileColumn::name, false, L"../|a2|a10|B|a.txt|letter|Page 2.PDF|page 10.pdf|zip.7z"},
-        {FileColumn::name, true, L"../|B|a10|a2|zip.7z|page 10.pdf|Page 2.PDF|letter|a.txt"},
-        {FileColumn::size, false, L"../|a2|a10|B|a.txt|Page 2.PDF|page 10.pdf|zip.7z|letter"},
-        {FileColumn::size, true, L"../|a2|a10|B|letter|zip.7z|Page 2.PDF|page 10.pdf|a.txt"},
-        {FileColumn::kind, false, L"../|a2|a10|B|letter|zip.7z|Page 2.PDF|page 10.pdf|a.txt"},
-        {FileColumn::kind, true, L"../|a2|a10|B|a.txt|Page 2.PDF|page 10.pdf|zip.7z|letter"},
-        {FileColumn::date, false, L"../|a2|a10|B|zip.7z|a.txt|Page 2.PDF|letter|page 10.pdf"},
-        {FileColumn::date, true, L"../|a2|a10|B|page 10.pdf|letter|a.txt|Page 2.PDF|zip.7z"},
+        {Ui::FileColumn::name, false, L"../|a2|a10|B|a.txt|letter|Page 2.PDF|page 10.pdf|zip.7z"},
+        {Ui::FileColumn::name, true, L"../|B|a10|a2|zip.7z|page 10.pdf|Page 2.PDF|letter|a.txt"},
+        {Ui::FileColumn::size, false, L"../|a2|a10|B|a.txt|Page 2.PDF|page 10.pdf|zip.7z|letter"},
+        {Ui::FileColumn::size, true, L"../|a2|a10|B|letter|zip.7z|Page 2.PDF|page 10.pdf|a.txt"},
+        {Ui::FileColumn::kind, false, L"../|a2|a10|B|letter|zip.7z|Page 2.PDF|page 10.pdf|a.txt"},
+        {Ui::FileColumn::kind, true, L"../|a2|a10|B|a.txt|Page 2.PDF|page 10.pdf|zip.7z|letter"},
+        {Ui::FileColumn::date, false, L"../|a2|a10|B|zip.7z|a.txt|Page 2.PDF|letter|page 10.pdf"},
+        {Ui::FileColumn::date, true, L"../|a2|a10|B|page 10.pdf|letter|a.txt|Page 2.PDF|zip.7z"},
     };
     for (const auto& row : rows) {
         m_rows.SortBy(row.column, row.is_descending);
@@ -190,7 +190,7 @@ TEST_F(FileRowsTest, AreFilteredButForFolders) {
     AddFiles({L"b.pdf", L"a.txt", L"a.pdf"});
     const auto filter =
         std::make_shared<TitleFilter>([](const std::wstring& i_title) { return i_title.ends_with(L".pdf"); });
-    m_rows.SortBy(FileColumn::name, true);
+    m_rows.SortBy(Ui::FileColumn::name, true);
     m_rows.SetFilter(filter, false);
     Load(m_parent);
     EXPECT_EQ(L"../|Docs|b.pdf|a.pdf", Shown());

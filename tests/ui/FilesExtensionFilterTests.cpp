@@ -115,7 +115,7 @@ TEST_F(FilesExtensionFilterTest, GivesTypedNamesTheirExtension) {
 TEST_F(FilesExtensionFilterTest, TypedNamesAreFoundByTitle) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a.pdf"), "a");
     Tests::WriteBytes(Tests::Service::LocalPath(L"/b.pdf"), "b");
-    FolderItems items;
+    Ui::FolderItems items;
     Qorv::ComPtr<Qorv::IAFS_EnumFolder> folder;
     ASSERT_HRESULT_SUCCEEDED(m_file_system->EnumFolder(m_root, nullptr, nullptr, &folder));
     for (Qorv::ComPtr<Qorv::IAFS_EnumFolderItem> item; folder->Next(&item) == S_OK;) {
@@ -126,10 +126,10 @@ TEST_F(FilesExtensionFilterTest, TypedNamesAreFoundByTitle) {
     const Qorv::ComPtr<Qorv::IAFS_Name> foreign = Qorv::Create<Tests::ForeignName>();
     items.emplace(foreign, nullptr); // Nothing is known of it.
 
-    std::vector<TypedName> names{{L"B.PDF", {}, {}}, {L"b.pdf", {}, {}}, {L"new.pdf", {}, {}}};
+    std::vector<Ui::TypedName> names{{L"B.PDF", {}, {}}, {L"b.pdf", {}, {}}, {L"new.pdf", {}, {}}};
     const Tests::LogCapture log;
     constexpr FunctionName caller("void Caller::Read()");
-    MatchTypedNames(m_file_system, items, names, caller);
+    Ui::MatchTypedNames(m_file_system, items, names, caller);
     ASSERT_NE(nullptr, names[0].name);
     EXPECT_EQ(Location(L"/b.pdf"), TextOf(names[0].name));
     EXPECT_EQ(items[names[0].name], names[0].item);

@@ -72,7 +72,7 @@ public:
     }
     IAFS_Name* GetFolder() const noexcept override { return m_folder; }
     IAFS_Name* GetParentFolder() const noexcept override { return m_parent; }
-    const FolderItems& GetItems() const noexcept override { return m_items; }
+    const Ui::FolderItems& GetItems() const noexcept override { return m_items; }
     const FailureReason& GetFailureReason() const noexcept override { return m_reason; }
 
     bool fails_at_once = false;
@@ -87,7 +87,7 @@ private:
     ComPtr<PathFileSystem> m_file_system;
     ComPtr<IAFS_Name> m_folder, m_parent;
     bool m_is_loading = false;
-    FolderItems m_items;
+    Ui::FolderItems m_items;
     FailureReason m_reason;
 };
 

@@ -10,9 +10,9 @@
 namespace {
 
 /// "PDF files:pdf,fdf; All files:*;"
-std::wstring Shown(const std::vector<FilterEntry>& i_entries) {
+std::wstring Shown(const std::vector<Ui::FilterEntry>& i_entries) {
     std::wstring text;
-    for (const FilterEntry& entry : i_entries) {
+    for (const Ui::FilterEntry& entry : i_entries) {
         text += entry.text + L":";
         for (const std::wstring& extension : entry.extensions)
             text += L"<" + extension + L">";
@@ -43,7 +43,7 @@ TEST(FilterStringTest, IsReadInPairs) {
         {L"D|**|E|*.*x|", L"D:<*> E:<*> "},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(row.expected, Shown(ParseFilterString(row.filters))) << ToUtf8(row.filters);
+        EXPECT_EQ(row.expected, Shown(Ui::ParseFilterString(row.filters))) << ToUtf8(row.filters);
 }
 
 TEST(QuotedNamesTest, AreScannedOrRefused) {
@@ -68,7 +68,7 @@ TEST(QuotedNamesTest, AreScannedOrRefused) {
         {L"letter", std::nullopt},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(row.expected, ParseQuotedNames(row.text)) << ToUtf8(row.text);
+        EXPECT_EQ(row.expected, Ui::ParseQuotedNames(row.text)) << ToUtf8(row.text);
 }
 
 TEST(NameExtensionTest, IsThePlatformsOfTheLastElement) {
@@ -87,8 +87,8 @@ TEST(NameExtensionTest, IsThePlatformsOfTheLastElement) {
         {long_name + L".pdf", L".pdf"},
     };
     for (const auto& [name, extension] : rows)
-        EXPECT_EQ(extension, FindExtension(name)) << ToUtf8(name);
-    EXPECT_EQ(std::nullopt, FindExtension(L""));
+        EXPECT_EQ(extension, Ui::FindExtension(name)) << ToUtf8(name);
+    EXPECT_EQ(std::nullopt, Ui::FindExtension(L""));
 }
 
 TEST(NameExtensionTest, DefaultOneGoesBehindAnyOther) {
@@ -111,14 +111,14 @@ TEST(NameExtensionTest, DefaultOneGoesBehindAnyOther) {
     for (const auto& row : rows) {
         const Tests::LogCapture log;
         std::wstring name = row.name;
-        ApplyDefaultExtension(name, row.default_ext, caller);
+        Ui::ApplyDefaultExtension(name, row.default_ext, caller);
         EXPECT_EQ(row.expected, name);
         EXPECT_TRUE(row.line.empty() || log.Messages().find(row.line) != std::string::npos) << log.Messages();
         EXPECT_EQ(row.line.empty(), log.Messages().find("INFORMATION") == std::string::npos);
     }
     const Tests::LogCapture log;
     std::wstring name = L"a";
-    AddExtension(name, L"", caller);
+    Ui::AddExtension(name, L"", caller);
     EXPECT_EQ(L"a", name);
     EXPECT_TRUE(log.Has("Qorv::Dialog::AddDefaultExtension ERROR: Extension to add is empty - adding nothing\n"));
 }

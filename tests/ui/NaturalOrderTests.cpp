@@ -41,8 +41,8 @@ TEST(NaturalOrderTest, IsThatOfAPerson) {
         {long_title + L"2", long_title + L"10"},
     };
     for (const auto& [first, second] : rows) {
-        EXPECT_LT(NaturalSortKey(first), NaturalSortKey(second)) << ToUtf8(first) << " | " << ToUtf8(second);
-        EXPECT_EQ(NaturalSortKey(first), NaturalSortKey(first)) << ToUtf8(first);
+        EXPECT_LT(Ui::NaturalSortKey(first), Ui::NaturalSortKey(second)) << ToUtf8(first) << " | " << ToUtf8(second);
+        EXPECT_EQ(Ui::NaturalSortKey(first), Ui::NaturalSortKey(first)) << ToUtf8(first);
     }
 }
 
@@ -57,9 +57,9 @@ TEST(NaturalOrderTest, KeepsNearlyEqualTitlesApart) {
         {L"é", L"e\x0301", L"f"},  {L"ss", L"ß", L"st"},   {L"1", L"１", L"2"},
     };
     for (const auto& row : rows) {
-        EXPECT_NE(NaturalSortKey(row.first), NaturalSortKey(row.second)) << ToUtf8(row.first);
-        EXPECT_LT(NaturalSortKey(row.first), NaturalSortKey(row.next)) << ToUtf8(row.first);
-        EXPECT_LT(NaturalSortKey(row.second), NaturalSortKey(row.next)) << ToUtf8(row.first);
+        EXPECT_NE(Ui::NaturalSortKey(row.first), Ui::NaturalSortKey(row.second)) << ToUtf8(row.first);
+        EXPECT_LT(Ui::NaturalSortKey(row.first), Ui::NaturalSortKey(row.next)) << ToUtf8(row.first);
+        EXPECT_LT(Ui::NaturalSortKey(row.second), Ui::NaturalSortKey(row.next)) << ToUtf8(row.first);
     }
 }
 

@@ -9,9 +9,9 @@
 
 // What the user means by pressing OK, told from what stands in the dialog. No windows, and no calls to the service.
 
-class FileRows;
-
 namespace Ui {
+
+class FileRows;
 
 /// What a dialog is for.
 struct DialogMode {

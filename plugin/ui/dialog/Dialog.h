@@ -98,12 +98,12 @@ private:
     void Confirm();
     void Carry(const Ui::Decision& i_decision);
     void GoTo(const std::wstring& i_location);
-    void SaveNew(const TypedName& i_name);
-    void Choose(const std::vector<TypedName>& i_names);
+    void SaveNew(const Ui::TypedName& i_name);
+    void Choose(const std::vector<Ui::TypedName>& i_names);
     void End();
     std::wstring NameText() const;
     void ResetName();
-    std::vector<TypedName> GetNamesFromNameEditControl();
+    std::vector<Ui::TypedName> GetNamesFromNameEditControl();
     void AddDefaultExtension(std::wstring& io_name, const Ui::DialogParameters& parameters);
 
     // DialogCommands.cpp: what changes the account's contents, and the account

@@ -76,9 +76,9 @@ void Dialog::GoTo(const std::wstring& i_location) {
 
 /// Somebody may have made a file of this name since the folder was loaded, and nobody's file may be lost: the service
 /// is asked.
-void Dialog::SaveNew(const TypedName& i_name) {
+void Dialog::SaveNew(const Ui::TypedName& i_name) {
     TRACE_FUNCTION();
-    TypedName typed = i_name;
+    Ui::TypedName typed = i_name;
     if (FAILED(m_context.file_system->StringToName(typed.text.c_str(), 0, m_trail.GetFolder(), &typed.name)))
         return m_questions->TellWhyNot(L"db.msg.badName", typed.text);
     const auto information = std::make_shared<ComPtr<IAFS_FileInfo>>();
@@ -102,13 +102,13 @@ void Dialog::SaveNew(const TypedName& i_name) {
     });
 }
 
-void Dialog::Choose(const std::vector<TypedName>& i_names) {
+void Dialog::Choose(const std::vector<Ui::TypedName>& i_names) {
     TRACE_FUNCTION();
     if (m_pObj == nullptr)
         return; // The dialog was closed together with a question.
     ComPtr<NamesCollection> chosen;
     CHECK_HRESULT_THROW(NamesCollection::Create(chosen));
-    for (const TypedName& typed : i_names) {
+    for (const Ui::TypedName& typed : i_names) {
         if (!m_mode.chooses_folder && !Dropbox::CanBeSent(Ui::PathOf(m_context.file_system, typed.name)))
             return m_questions->TellWhyNot(L"db.msg.badPath", Ui::PathOf(m_context.file_system, typed.name));
         CHECK_HRESULT_THROW(chosen->Add(typed.name));
@@ -140,13 +140,13 @@ void Dialog::ResetName() {
     m_is_name_typed = proposed != nullptr;
 }
 
-std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
+std::vector<Ui::TypedName> Dialog::GetNamesFromNameEditControl() {
     TRACE_FUNCTION();
-    std::vector<TypedName> names;
+    std::vector<Ui::TypedName> names;
     std::wstring text = NameText();
     if (text.empty())
         return trace_function.Return(names, L"{}");
-    auto quoted = m_mode.allows_several ? ParseQuotedNames(text) : std::nullopt;
+    auto quoted = m_mode.allows_several ? Ui::ParseQuotedNames(text) : std::nullopt;
     if (quoted) {
         for (std::wstring& name : *quoted)
             names.push_back({.text = std::move(name)});
@@ -157,13 +157,13 @@ std::vector<TypedName> Dialog::GetNamesFromNameEditControl() {
             m_filter->AddFilterExtension(text, m_parameters->DefaultExt.View());
         names.push_back({.text = std::move(text)});
     }
-    MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
+    Ui::MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
     return names;
 }
 
 void Dialog::AddDefaultExtension(std::wstring& io_name, const Ui::DialogParameters& parameters) {
     TRACE_FUNCTION();
-    ApplyDefaultExtension(io_name, parameters.DefaultExt.View(), trace_function.Name());
+    Ui::ApplyDefaultExtension(io_name, parameters.DefaultExt.View(), trace_function.Name());
 }
 
 } // namespace Qorv

@@ -111,11 +111,11 @@ void Dialog::CreateFolder(const std::wstring& i_title) {
 
 void Dialog::Delete() {
     TRACE_FUNCTION();
-    std::vector<const FileRow*> rows = m_list->GetSelection();
-    std::erase_if(rows, [](const FileRow* i_row) { return i_row->is_parent; });
+    std::vector<const Ui::FileRow*> rows = m_list->GetSelection();
+    std::erase_if(rows, [](const Ui::FileRow* i_row) { return i_row->is_parent; });
     std::vector<ComPtr<IAFS_Name>> names;
     names.reserve(rows.size());
-    for (const FileRow* const row : rows)
+    for (const Ui::FileRow* const row : rows)
         names.push_back(row->name);
     if (!m_questions->AskToDelete(rows) || m_pObj == nullptr || IsBusy())
         return;

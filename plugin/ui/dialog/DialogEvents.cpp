@@ -95,7 +95,7 @@ std::wstring Dialog::SelectedNames() const {
     TRACE_FUNCTION();
     std::wstring names;
     std::size_t count = 0;
-    for (const FileRow* const row : m_list->GetSelection()) {
+    for (const Ui::FileRow* const row : m_list->GetSelection()) {
         if (row->is_folder)
             continue;
         ++count;
@@ -111,7 +111,7 @@ void Dialog::OnRowActivated(LONG i_row) {
     if (IsBusy())
         return;
     auto selection = m_list->GetSelection();
-    if (const FileRow* const row = m_list->GetRow(i_row); row != nullptr && selection.empty())
+    if (const Ui::FileRow* const row = m_list->GetRow(i_row); row != nullptr && selection.empty())
         selection = {row};
     Ui::DialogMode mode = m_mode;
     if (selection.size() == 1)
@@ -155,7 +155,7 @@ void Dialog::OnFilterChanged(LONG) {
 /// Neither a quoted list, nor a way to a folder.
 bool Dialog::IsOneName(const std::wstring& i_text) const {
     TRACE_FUNCTION();
-    return !i_text.empty() && !(m_mode.allows_several && ParseQuotedNames(i_text)) &&
+    return !i_text.empty() && !(m_mode.allows_several && Ui::ParseQuotedNames(i_text)) &&
            Ui::DecideWay(i_text, m_list->GetRows()).kind == Ui::Decision::Kind::nothing;
 }
 

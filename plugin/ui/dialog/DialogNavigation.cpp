@@ -81,8 +81,8 @@ void Dialog::OnTypedFileReached(const std::wstring& i_title) {
     if (!m_mode.is_open)
         return Confirm();
     // The whole name was typed: it gets no other extension.
-    std::vector<TypedName> names{{.text = i_title}};
-    MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
+    std::vector<Ui::TypedName> names{{.text = i_title}};
+    Ui::MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
     Carry(Ui::DecideTypedNames(m_mode, names));
 }
 

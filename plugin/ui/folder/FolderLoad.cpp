@@ -2,6 +2,8 @@
 
 #include "core/trace/Check.h"
 
+namespace Ui {
+
 FolderLoad::FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
                        Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running)
     : m_file_system(i_file_system)
@@ -63,3 +65,5 @@ HRESULT FolderLoad::ReadItems() {
     CHECK_RETURN(m_is_running, Qorv::ErrorCanceled);
     return TRACE_RESULT(S_OK);
 }
+
+} // namespace Ui

@@ -5,6 +5,8 @@
 
 #include <atomic>
 
+namespace Ui {
+
 /// One load of a folder on a worker thread: into copies of its own, so that nobody else's hand is on them meanwhile.
 class FolderLoad {
 public:
@@ -29,3 +31,5 @@ private:
 
     const std::atomic<bool>& m_is_running;
 };
+
+} // namespace Ui

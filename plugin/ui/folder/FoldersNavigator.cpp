@@ -52,8 +52,8 @@ void FoldersNavigator::Launch() {
     m_is_delivered = false;
     m_failure_reason = {};
     try {
-        auto load = std::make_shared<FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
-        m_load_task = WorkerTask([this, load = std::move(load)]() mutable {
+        auto load = std::make_shared<Ui::FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
+        m_load_task = Ui::WorkerTask([this, load = std::move(load)]() mutable {
             Complete(*load);
             load.reset(); // Nothing of a load is held once it is over.
             m_is_running.store(false);
@@ -65,7 +65,7 @@ void FoldersNavigator::Launch() {
 }
 
 /// The whole of a load, on its worker.
-HRESULT FoldersNavigator::Complete(FolderLoad& io_load) noexcept {
+HRESULT FoldersNavigator::Complete(Ui::FolderLoad& io_load) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
         const HRESULT result = io_load.Run();
@@ -80,7 +80,7 @@ HRESULT FoldersNavigator::Complete(FolderLoad& io_load) noexcept {
 
 /// On the UI thread, where loads are stopped: between the question and the callback nobody can stop this one. False
 /// when it was stopped before.
-bool FoldersNavigator::Deliver(FolderLoad& io_load, HRESULT i_result) {
+bool FoldersNavigator::Deliver(Ui::FolderLoad& io_load, HRESULT i_result) {
     TRACE_FUNCTION();
     if (!m_is_running)
         return false;

@@ -44,23 +44,23 @@ public:
     Qorv::IAFS_Name* GetFolder() const noexcept { return m_folder; }
     /// Null for a root.
     Qorv::IAFS_Name* GetParentFolder() const noexcept { return m_parent_folder; }
-    const FolderItems& GetItems() const noexcept { return m_items; }
+    const Ui::FolderItems& GetItems() const noexcept { return m_items; }
     /// Why the load failed, in words for a person; empty when nothing is known but the code.
     const FailureReason& GetFailureReason() const noexcept { return m_failure_reason; }
 
 private:
     void Launch();
-    HRESULT Complete(FolderLoad& io_load) noexcept;
-    bool Deliver(FolderLoad& io_load, HRESULT i_result);
+    HRESULT Complete(Ui::FolderLoad& io_load) noexcept;
+    bool Deliver(Ui::FolderLoad& io_load, HRESULT i_result);
 
     Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
     Qorv::ComPtr<Qorv::IAFS_Name> m_folder;
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder;
     std::function<void(HRESULT)> m_completion;
-    FolderItems m_items;
+    Ui::FolderItems m_items;
     FailureReason m_failure_reason;
     bool m_is_delivered = false; ///< The load's completion was called; only its thread's last moments are left.
-    WorkerTask m_load_task;
+    Ui::WorkerTask m_load_task;
     std::atomic<bool> m_is_running = false;
 };

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+namespace Ui {
 namespace {
 
 /// Sets the event when the work is over, however it ends.
@@ -81,3 +82,5 @@ void WorkerTask::Wait() noexcept {
     if (quit_code)
         PostQuitMessage(static_cast<int>(*quit_code));
 }
+
+} // namespace Ui

@@ -4,6 +4,8 @@
 #include <future>
 #include <memory>
 
+namespace Ui {
+
 /// A piece of work on a thread of its own, which has COM initialized for it.
 class WorkerTask {
 public:
@@ -29,3 +31,5 @@ private:
     std::shared_ptr<void> m_ended; ///< An event; the work has it too.
     std::shared_future<void> m_future;
 };
+
+} // namespace Ui

@@ -7,6 +7,7 @@
 
 #include <shlwapi.h>
 
+namespace Ui {
 namespace {
 
 /// A size as the system writes sizes: "1.17 MB".
@@ -37,9 +38,9 @@ std::wstring DateText(ULONGLONG i_time) {
 } // namespace
 
 CellText::CellText(Qorv::IQorv_Inst* host_instance)
-    : m_folder(Ui::FormatString(host_instance, L"db.kind.folder"))
-    , m_file(Ui::FormatString(host_instance, L"db.kind.file"))
-    , m_extension_file(Ui::FormatString(host_instance, L"db.kind.extension")) {
+    : m_folder(FormatString(host_instance, L"db.kind.folder"))
+    , m_file(FormatString(host_instance, L"db.kind.file"))
+    , m_extension_file(FormatString(host_instance, L"db.kind.extension")) {
     TRACE_FUNCTION();
 }
 
@@ -69,3 +70,5 @@ std::wstring CellText::Kind(const FileRow& i_row) const {
         text.replace(place, 2, i_row.extension);
     return text;
 }
+
+} // namespace Ui

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace Ui {
+
 /// What a person reads in the cells of the file list. Nothing is kept of a row: cells are asked for when they are
 /// drawn.
 class CellText {
@@ -22,3 +24,5 @@ private:
     std::wstring m_file;
     std::wstring m_extension_file; ///< With "%1" in the place of the extension.
 };
+
+} // namespace Ui

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace Ui {
+
 /// The columns of the file list, as the list counts them.
 enum class FileColumn : LONG { name, size, kind, date };
 
@@ -19,3 +21,5 @@ struct FileRow {
     Qorv::ComPtr<Qorv::IAFS_Name> name;
     Qorv::ComPtr<Qorv::IAFS_EnumFolderItem> item; ///< Null for the parent folder.
 };
+
+} // namespace Ui

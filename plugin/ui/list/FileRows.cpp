@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <map>
 
+namespace Ui {
 namespace {
 
 constexpr wchar_t parent_title[] = L"../";
@@ -202,3 +203,5 @@ std::optional<std::size_t> FileRows::FindPrefix(std::wstring_view i_prefix, std:
     }
     return std::nullopt;
 }
+
+} // namespace Ui

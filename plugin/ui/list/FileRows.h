@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Ui {
+
 /// The rows of the file list: a folder's items, those of them that pass the filter, in the order that the user chose.
 /// The "../" row is always the first one, and folders stand before files, whatever the order. Belongs to one thread.
 class FileRows {
@@ -58,3 +60,5 @@ private:
     FileColumn m_column = FileColumn::name;
     bool m_is_descending = false;
 };
+
+} // namespace Ui

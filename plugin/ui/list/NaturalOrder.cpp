@@ -5,6 +5,7 @@
 
 #include <array>
 
+namespace Ui {
 namespace {
 
 /// `o_key` may be null with size 0: then the needed size is returned. 0 when it fails.
@@ -37,3 +38,5 @@ std::string NaturalSortKey(std::wstring_view i_title) {
     key.append(reinterpret_cast<const char*>(i_title.data()), i_title.size() * sizeof(wchar_t));
     return key;
 }
+
+} // namespace Ui

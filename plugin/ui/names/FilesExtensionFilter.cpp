@@ -11,15 +11,15 @@
 
 namespace {
 
-bool Contains(const FilterExtensions& i_extensions, std::wstring_view i_extension) {
+bool Contains(const Ui::FilterExtensions& i_extensions, std::wstring_view i_extension) {
     TRACE_FUNCTION();
     return std::ranges::any_of(i_extensions,
                                [&](const std::wstring& i_entry) { return EqualsNoCase(i_entry, i_extension); });
 }
 
-bool IsAllFiles(const FilterExtensions& i_extensions) {
+bool IsAllFiles(const Ui::FilterExtensions& i_extensions) {
     TRACE_FUNCTION();
-    return i_extensions.size() == 1 && i_extensions.front() == all_files_extension;
+    return i_extensions.size() == 1 && i_extensions.front() == Ui::all_files_extension;
 }
 
 } // namespace
@@ -37,7 +37,7 @@ FilesExtensionFilter::~FilesExtensionFilter() {
 HRESULT FilesExtensionFilter::SetFilter(std::wstring_view i_filters) {
     TRACE_FUNCTION();
     CHECK_HRESULT(Clear());
-    for (const FilterEntry& entry : ParseFilterString(i_filters))
+    for (const Ui::FilterEntry& entry : Ui::ParseFilterString(i_filters))
         CHECK_HRESULT(Insert(entry));
     LONG n = 0;
     CHECK_HRESULT(m_combo->get_Count(&n));
@@ -46,11 +46,11 @@ HRESULT FilesExtensionFilter::SetFilter(std::wstring_view i_filters) {
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT FilesExtensionFilter::Insert(const FilterEntry& i_entry) {
+HRESULT FilesExtensionFilter::Insert(const Ui::FilterEntry& i_entry) {
     TRACE_FUNCTION();
     const wchar_t* const text = i_entry.text.c_str();
-    auto item = std::make_unique<FilterExtensions>(i_entry.extensions);
-    std::unique_ptr<FilterExtensions> keeper(item.get()); // Frees the list when the combo does not take it.
+    auto item = std::make_unique<Ui::FilterExtensions>(i_entry.extensions);
+    std::unique_ptr<Ui::FilterExtensions> keeper(item.get()); // Frees the list when the combo does not take it.
     CHECK_HRESULT(m_combo->InsertItem(-1, text, text, nullptr, reinterpret_cast<Qorv::PARAM_T>(item.release()), 0));
     static_cast<void>(keeper.release()); // The combo's item has it now.
     return TRACE_RESULT(S_OK);
@@ -60,21 +60,21 @@ HRESULT FilesExtensionFilter::Clear() {
     TRACE_FUNCTION();
     LONG n = 0;
     CHECK_HRESULT(m_combo->get_Count(&n));
-    std::vector<FilterExtensions*> items;
+    std::vector<Ui::FilterExtensions*> items;
     for (LONG i = 0; i < n; ++i) {
-        FilterExtensions* item = nullptr;
+        Ui::FilterExtensions* item = nullptr;
         CHECK_HRESULT(m_combo->GetItemParam(i, (Qorv::PARAM_T*)&item));
         items.push_back(item);
     }
     CHECK_HRESULT(m_combo->Clear());
-    for (const FilterExtensions* const item : items) // Only now: no item of the combo may carry what is gone.
+    for (const Ui::FilterExtensions* const item : items) // Only now: no item of the combo may carry what is gone.
         delete item;
     return TRACE_RESULT(S_OK);
 }
 
-FilterExtensions* FilesExtensionFilter::ItemExtensions(LONG i_index) {
+Ui::FilterExtensions* FilesExtensionFilter::ItemExtensions(LONG i_index) {
     TRACE_FUNCTION();
-    FilterExtensions* item = nullptr;
+    Ui::FilterExtensions* item = nullptr;
     return SUCCEEDED(m_combo->GetItemParam(i_index, (Qorv::PARAM_T*)&item)) ? item : nullptr;
 }
 
@@ -84,7 +84,7 @@ LONG FilesExtensionFilter::SelectedIndex() {
     return SUCCEEDED(m_combo->get_SelItem(&index)) ? index : -1;
 }
 
-FilterExtensions* FilesExtensionFilter::SelectedExtensions() {
+Ui::FilterExtensions* FilesExtensionFilter::SelectedExtensions() {
     TRACE_FUNCTION();
     const LONG index = SelectedIndex();
     return index >= 0 ? ItemExtensions(index) : nullptr;
@@ -92,32 +92,32 @@ FilterExtensions* FilesExtensionFilter::SelectedExtensions() {
 
 bool FilesExtensionFilter::IsValid(Qorv::IAFS_Name* i_name) {
     TRACE_FUNCTION();
-    const FilterExtensions* const extensions = SelectedExtensions();
+    const Ui::FilterExtensions* const extensions = SelectedExtensions();
     if (extensions == nullptr || IsAllFiles(*extensions))
         return true;
     Qorv::Bstr text;
     if (FAILED(m_file_system->NameToString(i_name, Qorv::AFS_Name2String_ForDisplay, nullptr, &text)))
         return false;
-    const std::wstring_view extension = WithoutDot(FindExtension(text.View()).value_or(L""));
+    const std::wstring_view extension = Ui::WithoutDot(Ui::FindExtension(text.View()).value_or(L""));
     return !extension.empty() && Contains(*extensions, extension);
 }
 
 void FilesExtensionFilter::AddFilterExtension(std::wstring& io_name, std::wstring_view default_ext) {
     TRACE_FUNCTION();
-    const FilterExtensions* const extensions = SelectedExtensions();
+    const Ui::FilterExtensions* const extensions = SelectedExtensions();
     const bool has_filter_extension = extensions != nullptr && !extensions->empty() && !IsAllFiles(*extensions);
     const std::wstring first = has_filter_extension ? extensions->front() : std::wstring();
-    const auto found = FindExtension(io_name);
+    const auto found = Ui::FindExtension(io_name);
     if (!found) {
         if (has_filter_extension) {
             TRACE_TEXT(FormatLogText(L"INFORMATION: Name has no extension - adding first extension from filter '%ls'",
                                      first.c_str()));
-            AddExtension(io_name, first, trace_function.Name());
+            Ui::AddExtension(io_name, first, trace_function.Name());
         } else if (!default_ext.empty()) {
             TRACE_TEXT(FormatLogText(
                 L"INFORMATION: Name has no extension, no filter extension found - adding default one '%ls'",
                 std::wstring(default_ext).c_str()));
-            AddExtension(io_name, default_ext, trace_function.Name());
+            Ui::AddExtension(io_name, default_ext, trace_function.Name());
         } else {
             TRACE_TEXT(L"INFORMATION: Name has no extension, no filter extension found, no default extension - adding "
                        L"nothing");
@@ -129,7 +129,7 @@ void FilesExtensionFilter::AddFilterExtension(std::wstring& io_name, std::wstrin
         TRACE_TEXT(L"INFORMATION: Name has extension, no filter extension found - adding nothing");
         return;
     }
-    const std::wstring extension(WithoutDot(*found));
+    const std::wstring extension(Ui::WithoutDot(*found));
     if (Contains(*extensions, extension)) {
         TRACE_TEXT(L"INFORMATION: Name has extension, it's in current filter extensions - adding nothing");
         return;
@@ -144,7 +144,7 @@ void FilesExtensionFilter::AddFilterExtension(std::wstring& io_name, std::wstrin
                                  L"extension from filter '%ls'",
                                  first.c_str()));
     }
-    AddExtension(io_name, first, trace_function.Name());
+    Ui::AddExtension(io_name, first, trace_function.Name());
 }
 
 bool FilesExtensionFilter::IsInOtherItem(std::wstring_view i_extension, const FunctionName& i_caller) {
@@ -156,7 +156,7 @@ bool FilesExtensionFilter::IsInOtherItem(std::wstring_view i_extension, const Fu
     for (LONG i = 0; i < n; ++i) {
         if (i == selected)
             continue;
-        const FilterExtensions* const extensions = ItemExtensions(i);
+        const Ui::FilterExtensions* const extensions = ItemExtensions(i);
         if (extensions == nullptr) {
             if (IsLogEnabled())
                 TraceText(i_caller, FormatLogText(L"WARNING: Failed to get %i-th filters list item - skipping check",

@@ -33,12 +33,12 @@ public:
     void AddFilterExtension(std::wstring& io_name, std::wstring_view default_ext);
 
 private:
-    HRESULT Insert(const FilterEntry& i_entry);
+    HRESULT Insert(const Ui::FilterEntry& i_entry);
     /// What a combo item carries; null when there is no such item.
-    FilterExtensions* ItemExtensions(LONG i_index);
+    Ui::FilterExtensions* ItemExtensions(LONG i_index);
     LONG SelectedIndex();
     /// Null when no item is selected.
-    FilterExtensions* SelectedExtensions();
+    Ui::FilterExtensions* SelectedExtensions();
     bool IsInOtherItem(std::wstring_view i_extension, const FunctionName& i_caller);
 
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;

@@ -2,6 +2,7 @@
 
 #include "core/trace/Trace.h"
 
+namespace Ui {
 namespace {
 
 /// Takes the text up to the next separator, and the separator, off the front. False when there is no separator.
@@ -43,3 +44,5 @@ std::vector<FilterEntry> ParseFilterString(std::wstring_view i_filters) {
         entries.push_back({std::wstring(text), ParsePatterns(patterns)});
     return entries;
 }
+
+} // namespace Ui

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Ui {
+
 /// The file extensions of one filter, without "*" and ".". The list of the one entry "*" means all files.
 using FilterExtensions = std::vector<std::wstring>;
 
@@ -18,3 +20,5 @@ struct FilterEntry {
 /// Reads a filter string, "PDF files|*.pdf;*.fdf|All files|*.*|". It ends at the first part that is empty or is not
 /// closed by "|": a last pair without its closing "|" is dropped, and that is meant. Blanks are kept.
 std::vector<FilterEntry> ParseFilterString(std::wstring_view i_filters);
+
+} // namespace Ui

@@ -7,6 +7,7 @@
 
 #include <shlwapi.h>
 
+namespace Ui {
 namespace {
 
 /// The platform's look-up knows no "/", and no text that is longer than its paths.
@@ -61,3 +62,5 @@ void ApplyDefaultExtension(std::wstring& io_name, std::wstring_view i_default_ex
                                           default_ext.c_str()));
     AddExtension(io_name, default_ext, i_caller);
 }
+
+} // namespace Ui

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace Ui {
+
 // Extensions of file names, as the platform sees them.
 
 /// The extension of a name's last path element, with its dot ("." for "a."), and empty where the element has none. No
@@ -21,3 +23,5 @@ void AddExtension(std::wstring& io_name, std::wstring_view i_extension, const Fu
 /// The default-extension rule: a name whose extension is another gets the default one behind it ("a.txt.pdf"). Does
 /// nothing without a default extension. Logs its decision under the caller's name.
 void ApplyDefaultExtension(std::wstring& io_name, std::wstring_view i_default_ext, const FunctionName& i_caller);
+
+} // namespace Ui

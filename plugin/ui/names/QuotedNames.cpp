@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+namespace Ui {
 namespace {
 
 constexpr wchar_t blank = L' ';
@@ -34,3 +35,5 @@ std::optional<std::vector<std::wstring>> ParseQuotedNames(std::wstring_view i_te
     }
     return names;
 }
+
+} // namespace Ui

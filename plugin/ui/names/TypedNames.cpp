@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+namespace Ui {
 namespace {
 
 /// An item of the folder that may be what somebody typed.
@@ -109,3 +110,5 @@ void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_ite
         typed.is_folder = match->is_folder;
     }
 }
+
+} // namespace Ui

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace Ui {
+
 /// One name that the user typed, and what it stands for in the shown folder: nothing for a file that does not exist
 /// yet.
 struct TypedName {
@@ -20,3 +22,5 @@ struct TypedName {
 /// item whose title cannot be read is logged, under the caller's name, and left out.
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller);
+
+} // namespace Ui
