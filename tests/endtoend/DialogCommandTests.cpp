@@ -42,12 +42,12 @@ TEST_F(DialogCommandTest, MakesNoFolderWithoutAGoodName) {
                   press New folder
                   edit what?
                   key Enter
-                  text "what?" is no name
+                  text "what?" isn't a name
                   press OK
                   press New folder
                   edit documents
                   key Enter
-                  text Something of this name is there already
+                  text Something with this name already exists
                   press OK
                   open start.pdf)"),
               L"/start.pdf");
@@ -150,13 +150,13 @@ TEST_F(DialogFailureTest, SaysWhyACommandFailed) {
                   key Delete
                   press Delete
                   text Not everything was deleted
-                  text Dropbox has a problem at the moment
+                  text Dropbox is having a problem at the moment
                   press OK
                   gone a.pdf
                   press New folder
                   key Enter
-                  text The folder was not made
-                  text There were too many requests
+                  text The folder wasn't created
+                  text Too many requests were sent
                   press OK
                   open b.pdf)"),
               L"/Documents/b.pdf");
@@ -167,19 +167,19 @@ TEST_F(DialogFailureTest, SaysWhyACommandFailed) {
 TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
     Service::AddFault(failing_listing);
     EXPECT_EQ(Open({}, R"(
-                  text Dropbox has a problem at the moment
+                  text Dropbox is having a problem at the moment
                   press Try again
-                  text Dropbox could not be loaded
+                  text Dropbox couldn't be loaded
                   press Try again
                   open start.pdf)"),
               L"/start.pdf");
     Service::AddFault(failing_listing);
     EXPECT_EQ(Open({}, R"(
-                  text Dropbox has a problem at the moment
+                  text Dropbox is having a problem at the moment
                   press Cancel
-                  text Dropbox has a problem at the moment
+                  text Dropbox is having a problem at the moment
                   key F5
-                  text Dropbox could not be loaded
+                  text Dropbox couldn't be loaded
                   press Cancel
                   key F5
                   open start.pdf)"),
@@ -188,7 +188,7 @@ TEST_F(DialogFailureTest, TriesAgainAsOftenAsTheUserLikes) {
 
 TEST_F(DialogFailureTest, IsOutOfUseWhileItAsksAlsoBehindAnotherProgram) {
     Service::AddFault(R"({"path": "2/files/list_folder", "status": 500, "delay_ms": 300})");
-    Then([] { SetForegroundWindow(GetDesktopWindow()); }, "text Dropbox could not be loaded");
+    Then([] { SetForegroundWindow(GetDesktopWindow()); }, "text Dropbox couldn't be loaded");
     Then([] { EXPECT_EQ(1, CountUsableDialogs()); }, "press Try again \n open start.pdf");
     EXPECT_EQ(Open({}, "text Loading..."), L"/start.pdf");
 }
@@ -196,18 +196,18 @@ TEST_F(DialogFailureTest, IsOutOfUseWhileItAsksAlsoBehindAnotherProgram) {
 TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {
     Then([] { fs::remove_all(Service::LocalPath(L"/Documents")); }, R"(
         key F5
-        text It is not there, or not any more
+        text It doesn't exist, or no longer exists
         press Cancel
         key Alt+Up
         open start.pdf)");
     EXPECT_EQ(Open({L"/Documents"}, "text a.pdf"), L"/start.pdf");
-    EXPECT_EQ(Open({L"/No such folder"}, "text It is not there \n press Cancel \n press Cancel"), canceled);
+    EXPECT_EQ(Open({L"/No such folder"}, "text It doesn't exist \n press Cancel \n press Cancel"), canceled);
 }
 
 TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpired) {
     Then([] { Service::RevokeTokens(); }, R"(
         open Documents
-        text Dropbox does not accept your sign-in any more
+        text Dropbox no longer accepts your sign-in
         press Sign in again
         text Email
         fill email Ada Example

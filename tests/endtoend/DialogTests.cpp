@@ -81,7 +81,7 @@ TEST_F(OpenDialogTest, OpensSeveralFiles) {
               R"(text a.pdf
                  fill ed.name "a.pdf" "zz.pdf"
                  key Enter
-                 text There is no file "zz.pdf"
+                 text There is no file named "zz.pdf"
                  press OK
                  fill ed.name a.pdf
                  press btn.ok)",
@@ -226,12 +226,12 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
               "text start.pdf \n fill ed.name New \n press btn.ok",
               L"/New.fdf"},
              {"a path", {}, "text start.pdf \n fill ed.name /Documents/New.pdf \n key Enter", L"/Documents/New.pdf"},
-             {"a name that the service cannot take",
+             {"a name that the service doesn't accept",
               {},
               R"(text start.pdf
                  fill ed.name what?.pdf
                  press btn.ok
-                 text "what?.pdf" is no name that Dropbox can take
+                 text "what?.pdf" isn't a name Dropbox accepts
                  key Esc
                  fill ed.name what.pdf
                  press btn.ok)",
@@ -244,7 +244,7 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
 }
 
 TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
-    const std::string question = "text \"start.pdf\" exists already \n ";
+    const std::string question = "text \"start.pdf\" already exists \n ";
     EXPECT_EQ(Save({}, "text Documents \n fill ed.name start.pdf \n press btn.ok \n " + question + "press Replace"),
               L"/start.pdf");
     EXPECT_EQ(Save({}, "open start.pdf \n " + question + "press Cancel \n text Documents \n fill ed.name other.pdf\n" +

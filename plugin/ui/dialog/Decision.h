@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-// What the user means by pressing OK, told from what stands in the dialog. No windows, and no calls to the service.
+// What the user means by pressing OK, judged by what the dialog shows. No windows, and no calls to the service.
 
 namespace Ui {
 
@@ -31,7 +31,7 @@ struct Decision {
         choose_shown,   ///< The dialog ends with the shown folder.
         choose,         ///< The dialog ends with the names.
         ask_to_replace, ///< The same, when the user agrees to replace the one name.
-        save_new,       ///< The same for the one name, which the folder did not hold when it was loaded.
+        save_new,       ///< The same for the one name, which wasn't in the folder when it was loaded.
         refuse          ///< Tell the user why not.
     };
 
@@ -45,13 +45,13 @@ struct Decision {
 /// "dropbox://", "..", or the title of a listed folder is a way.
 Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows);
 
-/// The choice of the rows that are selected; of nothing, when there are none.
+/// What to do with the selected rows, which may be none.
 Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected);
 
-/// The choice of names that were typed, as they are after the rules for extensions, matched with what the folder holds.
+/// What to do with typed names, after the extension rules, matched with what the folder holds.
 Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names);
 
-/// Whether the service takes a text as the name of a new file or folder.
+/// Whether the service accepts a text as the name of a new file or folder.
 bool IsNameForService(std::wstring_view i_name);
 
 } // namespace Ui

@@ -27,7 +27,7 @@ VARIANT_BOOL VariantBool(bool i_value) noexcept {
     return i_value ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
-/// A disabled item keeps the keyboard and makes nothing of it: the focus goes to the list instead.
+/// A disabled item would keep the focus and ignore the keys, so the focus goes to the list.
 void Enable(IUIX_Item* i_item, bool i_is_enabled, IUIX_Item* i_list) {
     TRACE_FUNCTION();
     VARIANT_BOOL has_focus = VARIANT_FALSE;
@@ -75,7 +75,7 @@ HRESULT Dialog::DoModal(bool is_open, HWND parent_window) {
     const ComPtr<IUIX_Obj> object(m_pObj); // `Destroy` takes the member's reference back (`OnAttach`).
     LONG result = IDCANCEL;
     const HRESULT modal_result = object->DoModal(UIX_ObjModal_AppModal, &result);
-    if (m_pObj != nullptr) // Null when the window went together with its owner.
+    if (m_pObj != nullptr) // Null if the window was destroyed with its owner.
         CHECK_HRESULT(m_pObj->Destroy());
     CHECK_HRESULT(modal_result);
     CHECK_RETURN(result != 0 && result != IDCANCEL, ErrorCanceled);
@@ -169,7 +169,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnDestroy() noexcept {
     Disconnect();
     if (m_list != nullptr)
         m_list->Close();
-    m_filter.reset(); // It frees what the combo's items carry, as long as these exist.
+    m_filter.reset(); // Frees what the combo's items carry, while they still exist.
     m_items = {};
     return TRACE_RESULT(S_OK);
 }
@@ -179,7 +179,7 @@ bool Dialog::IsBusy() const noexcept {
     return m_command.IsRunning() || m_trail.IsLoading();
 }
 
-/// Lets the user do what can be done now, and nothing else. Cancelling can be done always.
+/// Enables what can be done now, and nothing else. Cancel is always enabled.
 void Dialog::UpdateItems() {
     TRACE_FUNCTION();
     if (m_pObj == nullptr)

@@ -1,4 +1,4 @@
-// What a dialog makes of OK.
+// What OK does.
 
 #include "core/trace/Check.h"
 #include "dropbox/RemotePath.h"
@@ -20,7 +20,7 @@ void Dialog::Confirm() {
         return Carry(Ui::DecideSelection(m_mode, selection));
     const Ui::Decision way = Ui::DecideWay(text, m_list->GetRows());
     if (way.kind == Ui::Decision::Kind::enter || way.kind == Ui::Decision::Kind::go_up)
-        ResetName(); // It was a way, and is no name.
+        ResetName(); // It was a way, not a name.
     if (way.kind != Ui::Decision::Kind::nothing)
         return Carry(way);
     if (m_trail.IsShown())
@@ -51,7 +51,7 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
         Choose(i_decision.names);
         break;
     case Ui::Decision::Kind::ask_to_replace:
-        // The question names the file that is there: it need not be what was typed, letter by letter.
+        // The question names the existing file, which may differ in case from what was typed.
         if (m_questions->AskToReplace(Ui::TitleOf(m_context.file_system, i_decision.names.front().name)) && !IsBusy())
             Choose(i_decision.names);
         break;
@@ -74,8 +74,8 @@ void Dialog::GoTo(const std::wstring& i_location) {
                  {.selected_title = {}, .target = target, .may_be_new = !m_mode.is_open && i_location.back() != L'/'});
 }
 
-/// Somebody may have made a file of this name since the folder was loaded, and nobody's file may be lost: the service
-/// is asked.
+/// Somebody may have created a file with this name since the folder was loaded, so the service is asked: no file may be
+/// replaced without a question.
 void Dialog::SaveNew(const Ui::TypedName& i_name) {
     TRACE_FUNCTION();
     Ui::TypedName typed = i_name;
@@ -98,14 +98,14 @@ void Dialog::SaveNew(const Ui::TypedName& i_name) {
         else if (!m_mode.asks_before_replacing ||
                  m_questions->AskToReplace(Ui::TitleOf(m_context.file_system, typed.name)))
             return Choose({typed});
-        m_trail.Reload(); // The list did not know of it.
+        m_trail.Reload(); // The list doesn't have it yet.
     });
 }
 
 void Dialog::Choose(const std::vector<Ui::TypedName>& i_names) {
     TRACE_FUNCTION();
     if (m_pObj == nullptr)
-        return; // The dialog was closed together with a question.
+        return; // The dialog was closed while a question was open.
     ComPtr<NamesCollection> chosen;
     CHECK_HRESULT_THROW(NamesCollection::Create(chosen));
     for (const Ui::TypedName& typed : i_names) {
@@ -132,7 +132,7 @@ std::wstring Dialog::NameText() const {
     return std::wstring(text.View());
 }
 
-/// What a name box shows that nobody has typed in: in Save the name that the caller proposes.
+/// Shows what a name box shows before anybody has typed in it: for Save, the name that the caller proposes.
 void Dialog::ResetName() {
     TRACE_FUNCTION();
     const BSTR proposed = m_mode.is_open ? nullptr : m_parameters->InitialFileName.m_str;

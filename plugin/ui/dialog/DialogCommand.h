@@ -20,7 +20,7 @@ enum class DialogCommand : LONG {
     select_all = 5,
 };
 
-/// Where a key is a command's; elsewhere it is the item's own.
+/// Where a key runs a command; elsewhere it belongs to the item.
 enum class KeyPlace { everywhere, list, all_but_combo };
 
 struct CommandKey {
@@ -30,7 +30,7 @@ struct CommandKey {
     bool is_with_ctrl = false;
 };
 
-/// All there is to know of a command but what it does.
+/// Everything about a command except what it does.
 struct CommandRow {
     DialogCommand command;
     Qorv::PCStr text_id;                             ///< Null for one that neither bar nor menu has.

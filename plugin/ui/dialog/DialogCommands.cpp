@@ -1,4 +1,4 @@
-// The commands of a dialog that change what is in the account, or the account.
+// The commands of a dialog, which change what is in the account, or the account.
 
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
@@ -7,7 +7,7 @@
 namespace Qorv {
 namespace {
 
-/// Lets the user sign in. The folder is the one of the location, if it is the same user's again; else the root.
+/// Lets the user sign in. The folder is that of the location if the same user signed in again, otherwise the root.
 HRESULT SignIn(IAFS_FileSys* i_file_system, const std::wstring& i_location, ComPtr<IAFS_Name>& o_folder) {
     TRACE_FUNCTION();
     ComPtr<IAFS_AccountData> account;
@@ -127,7 +127,7 @@ void Dialog::Delete() {
     RunOnWorker(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
             m_questions->TellFailure(failure_id, i_failure);
-        m_trail.Reload(); // The names of what is gone must not be used any more.
+        m_trail.Reload(); // The names of deleted items must not be used again.
     });
 }
 
@@ -149,8 +149,8 @@ void Dialog::ChooseUser() {
     });
 }
 
-/// Runs what reaches the service, and shows meanwhile what that is. `i_done` is called when it is over and the dialog
-/// is still there.
+/// Runs work that reaches the service, and shows its status meanwhile. `i_done` is called at its end, if the dialog is
+/// still there.
 void Dialog::RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done) {
     TRACE_FUNCTION();
     CHECK_THROW(!IsBusy(), HResultException(E_UNEXPECTED));

@@ -44,7 +44,7 @@ HRESULT Dialog::Guard(const std::function<void()>& i_body) noexcept {
     };
 }
 
-/// Does what an event asks for. What fails beyond all expectation, as for want of memory, is told; the dialog goes on.
+/// Does what an event asks for. An unexpected failure, such as no memory, is reported, and the dialog goes on.
 HRESULT Dialog::Handle(const std::function<void()>& i_handler) noexcept {
     TRACE_FUNCTION();
     const ComPtr<Dialog> self(this); // The handler may end the dialog.
@@ -104,8 +104,8 @@ std::wstring Dialog::SelectedNames() const {
     return count == 1 ? names.substr(1, names.size() - 2) : names;
 }
 
-/// A double click, or Enter: a single folder is always gone into, even where folders are chosen. What is selected
-/// counts, and where nothing is, the row.
+/// A double click, or Enter: a single folder is always opened, even where folders are chosen. The selection counts, or
+/// without one the row.
 void Dialog::OnRowActivated(LONG i_row) {
     TRACE_FUNCTION();
     if (IsBusy())

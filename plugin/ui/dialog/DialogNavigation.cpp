@@ -16,7 +16,7 @@ void Dialog::Connect(IAFS_Name* i_folder) {
     UpdateItems();
 }
 
-/// What still runs goes on without the dialog until it notices.
+/// What still runs is left to the reaper.
 void Dialog::Disconnect() noexcept {
     TRACE_FUNCTION();
     m_trail.Disconnect();
@@ -33,7 +33,7 @@ void Dialog::OnLoadBegun(bool i_is_reload) {
     TRACE_FUNCTION();
     m_list->Empty(Text(L"db.msg.loading"), i_is_reload);
     if (!m_is_name_typed && m_mode.is_open && !i_is_reload)
-        m_items.m_name->put_Text(L""); // The list put it there, and does not list it any more.
+        m_items.m_name->put_Text(L""); // The list put it there, and no longer lists it.
     UpdateItems();
 }
 
@@ -65,13 +65,13 @@ void Dialog::SelectItem(const std::wstring& i_title) {
     TRACE_FUNCTION();
     m_list->Select(i_title);
     if (!m_mode.is_open && !NameText().empty())
-        m_is_name_typed = true; // The user has not chosen the row: OK still means the name.
+        m_is_name_typed = true; // The user hasn't chosen the row, so OK still means the name.
     UpdateItems();
 }
 
 void Dialog::OnTypedFolderReached() {
     TRACE_FUNCTION();
-    ResetName(); // What was typed was the way.
+    ResetName(); // What was typed was a way.
 }
 
 void Dialog::OnTypedFileReached(const std::wstring& i_title) {
@@ -80,7 +80,7 @@ void Dialog::OnTypedFileReached(const std::wstring& i_title) {
     m_is_name_typed = true;
     if (!m_mode.is_open)
         return Confirm();
-    // The whole name was typed: it gets no other extension.
+    // The full name was typed, so no extension is added.
     std::vector<Ui::TypedName> names{{.text = i_title}};
     Ui::MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
     Carry(Ui::DecideTypedNames(m_mode, names));

@@ -19,7 +19,7 @@ Qorv::Bstr StringOf(const CabDictionary& CabNode, const wchar_t* i_id) {
     return text;
 }
 
-/// The object of an item by the wanted interface; null where it has none.
+/// An item's object by the wanted interface; null if it doesn't have it.
 template <typename Interface>
 Qorv::ComPtr<Interface> ObjectOf(const CabDictionary& CabNode, const wchar_t* i_id) {
     TRACE_FUNCTION();

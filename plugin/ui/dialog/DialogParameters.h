@@ -7,7 +7,7 @@
 
 namespace Ui {
 
-/// What a caller asks of the Open and Save dialogs. Empty texts and 0 stand for what was not asked.
+/// What a caller asks of the Open and Save dialogs. Empty texts and 0 mean the default.
 struct DialogParameters {
     /// Bits of `Flags`.
     static constexpr LONG SeveralNames = 1;          ///< Several quoted names may be typed.
@@ -15,8 +15,8 @@ struct DialogParameters {
     static constexpr LONG UseDefaultExtension = 16;  ///< Typed names get the default extension, not the filter's.
     static constexpr LONG ChooseFolder = 0x40000000; ///< The provider's own: folders are chosen.
 
-    /// Reads a dictionary of the host, which is given the template of the dialogs' parameters first. An item that holds
-    /// something else than its field takes leaves the field empty. Fails only where the template cannot be applied.
+    /// Reads a dictionary of the host, after applying the template of the dialogs' parameters to it. An item of the
+    /// wrong type leaves its field empty. Fails only if the template can't be applied.
     HRESULT LoadFromCab(Qorv::IAUX_Inst* i_aux_instance, Qorv::IAUX_CabNode* i_cab);
 
     /// Writes the filter that the user ended on, and nothing else: every other item keeps the caller's value.

@@ -58,7 +58,7 @@ FailureAnswer DialogQuestions::AskAfterLoadFailure(const std::wstring& i_folder,
     return answer == 0 ? FailureAnswer::try_again : FailureAnswer::give_up;
 }
 
-/// The index of the button that was pressed, the last one's when none was.
+/// The index of the pressed button, or of the last one if none was pressed.
 ULONG DialogQuestions::Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
                            std::initializer_list<Qorv::PCStr> i_buttons) const {
     TRACE_FUNCTION();

@@ -13,24 +13,24 @@
 
 namespace Ui {
 
-/// What a dialog asks and tells the user, in message boxes that belong to its window. UI thread. A box that cannot be
-/// shown answers like one that was closed.
+/// What a dialog asks and tells the user, in message boxes owned by its window. UI thread. A box that can't be shown
+/// counts as closed without an answer.
 class DialogQuestions {
 public:
     DialogQuestions(Qorv::IQorv_Inst* i_host_instance, HWND i_window);
 
-    /// Tells why something is not done: a localized text with "%1" for the name.
+    /// Says why something isn't done: a localized text with "%1" for the name.
     void TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name) const;
 
-    /// Tells of what failed: a localized text with "%1" for the failure.
+    /// Says what failed: a localized text with "%1" for the failure.
     void TellFailure(Qorv::PCStr i_text_id, const Failure& i_failure) const;
 
     bool AskToReplace(const std::wstring& i_name) const;
 
-    /// Names what goes: the item, or the first of many.
+    /// Names what will be deleted: the item, or the first of many.
     bool AskToDelete(const std::vector<const FileRow*>& i_rows) const;
 
-    /// Tells why a folder cannot be shown, and asks what now. The folder is given as a person reads it.
+    /// Says why a folder can't be shown, and asks what to do. The folder is given as a person reads it.
     FailureAnswer AskAfterLoadFailure(const std::wstring& i_folder, const Failure& i_failure) const;
 
 private:

@@ -13,12 +13,12 @@ namespace {
 
 constexpr DWORD status_too_many_requests = 429;
 
-/// A failure that the service told: by its status, or by a tag of its own word.
+/// A failure that the service reported, known by its status or by a tag in its summary.
 struct Kind {
     std::wstring_view tag; ///< Empty when the status decides.
     Qorv::PCStr text_id;
     DWORD status = 0;
-    bool is_clear = false; ///< The text says it all: the service's own words would only confuse.
+    bool is_clear = false; ///< The text says it all; the service's own words would only confuse.
 };
 
 constexpr Kind kinds[] = {

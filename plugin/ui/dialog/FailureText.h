@@ -7,13 +7,13 @@
 
 namespace Ui {
 
-/// What a failed call of the provider left: its code, and its reason, which may be empty.
+/// A failed call of the provider: its code, and its reason, which may be empty.
 struct Failure {
     HRESULT code = E_UNEXPECTED;
     FailureReason reason{};
 };
 
-/// Whether the account's token is refused, so that only a new sign-in helps.
+/// Whether the account's token was refused, so that only a new sign-in helps.
 bool IsSignInNeeded(const Failure& i_failure) noexcept;
 
 /// The failure in words for a person: what is known to them first, then the service's or the system's own words.

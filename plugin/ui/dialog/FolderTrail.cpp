@@ -45,7 +45,7 @@ void FolderTrail::Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival) {
         m_view.ShowPath(m_folder);
         Arrive();
     } else {
-        Reload(); // It could not be loaded the last time.
+        Reload(); // It couldn't be loaded last time.
     }
 }
 
@@ -86,7 +86,7 @@ void FolderTrail::OnLoadEnded(WPARAM i_load) {
     if (FAILED(*result))
         return OnLoadFailed({*result, m_source->GetFailureReason()});
     m_state = State::shown;
-    m_folder = m_source->GetFolder(); // The folder, should it have been a file's name.
+    m_folder = m_source->GetFolder(); // The folder itself, if the name was a file's.
     m_last_shown_folder = m_folder;
     m_is_going_back = false;
     m_view.OnFolderShown();
@@ -113,17 +113,17 @@ void FolderTrail::Arrive() {
 void FolderTrail::OnLoadFailed(const Failure& i_failure) {
     TRACE_FUNCTION();
     m_state = State::failed;
-    // Where a file is to be saved that isn't there yet, its folder may be.
+    // A file to be saved that doesn't exist yet: its folder may.
     if (m_arrival.may_be_new && i_failure.code == E_INVALIDARG)
         if (const auto parent = GetParentFolder())
             return Show(parent, {.selected_title = {}, .target = m_arrival.target});
 
     m_view.OnLoadFailed(i_failure);
     if (std::exchange(m_is_going_back, false))
-        return; // The user has read of one failure already.
+        return; // The user has been told of one failure already.
     const FailureAnswer answer = m_view.AskAfterLoadFailure(m_folder, i_failure);
     if (m_source == nullptr)
-        return; // The dialog was closed together with the question.
+        return; // The dialog was closed while the question was open.
     if (answer == FailureAnswer::try_again)
         Reload();
     else if (answer == FailureAnswer::sign_in)

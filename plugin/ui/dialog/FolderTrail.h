@@ -9,7 +9,7 @@
 
 namespace Ui {
 
-/// What is to be done in a folder once it is shown.
+/// What to do in a folder once it is shown.
 struct Arrival {
     std::wstring selected_title{};          ///< Of the item to select, such as the folder one came from.
     Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: when it is a file's, the user means the file.
@@ -28,7 +28,7 @@ public:
     FolderTrail(const FolderTrail&) = delete;
     FolderTrail& operator=(const FolderTrail&) = delete;
 
-    /// Begins anew, in another account for instance. The folder may be null: then nothing is shown so far.
+    /// Starts over, for instance in another account. The folder may be null: then nothing is shown yet.
     void Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Name* i_folder);
     /// Lets go of the source. Nothing is shown, asked or loaded from here on.
     void Disconnect() noexcept;
@@ -38,7 +38,7 @@ public:
     void Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival);
     /// Shows the folder above, with the one that one comes from selected.
     void ShowParent();
-    /// Loads the folder again. What was to be done on arrival, and wasn't done so far, stays so.
+    /// Loads the folder again. What is still to be done on arrival stays so.
     void Reload();
     /// Loads the folder again, for something else to be done in it.
     void Reload(Arrival i_arrival);
@@ -69,7 +69,7 @@ private:
     std::unique_ptr<FolderSource> m_source;
     State m_state = State::nothing;
     Qorv::ComPtr<Qorv::IAFS_Name> m_folder;
-    Qorv::ComPtr<Qorv::IAFS_Name> m_last_shown_folder; ///< Where a way that failed leads back to.
+    Qorv::ComPtr<Qorv::IAFS_Name> m_last_shown_folder; ///< Where to go back to after a failure.
     bool m_is_going_back = false;                      ///< To that folder, after a failure.
     Arrival m_arrival;
 };

@@ -9,15 +9,15 @@
 
 namespace Ui {
 
-/// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog (but in its
-/// combo Alt+Up is the combo's), Backspace, Delete and Ctrl+A in its list. UI thread.
+/// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog (except that
+/// Alt+Up in the combo belongs to the combo), Backspace, Delete and Ctrl+A in the list. UI thread.
 class KeyCommands final : public Qorv::CoClass<KeyCommands, Qorv::IUIX_EventLoopMonitor> {
 public:
     KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,
                 std::function<void(DialogCommand)> i_run);
     ~KeyCommands();
 
-    /// Hears no keys any more.
+    /// Ignores all keys from here on.
     void Close() noexcept;
 
     HRESULT STDMETHODCALLTYPE OnEventLoopMonitor(Qorv::IUIX_LoopEvent* io_event) noexcept override;

@@ -10,7 +10,7 @@
 
 namespace Ui {
 
-/// The plug-in's Open and Save dialogs: one for each request, run on the UI thread. It keeps nothing of a request.
+/// The plug-in's Open and Save dialogs: one for each request, run on the UI thread. Nothing of a request is kept.
 class OpenSaveDialog {
 public:
     /// `i_plugin` is kept alive as long as dialogs can be shown.

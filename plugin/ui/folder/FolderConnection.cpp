@@ -33,7 +33,7 @@ HRESULT FolderConnection::Reload() {
     return TRACE_RESULT(S_OK);
 }
 
-/// Messages may arrive while the navigator waits for the last moments of an earlier load: it counts as loading before.
+/// Messages may arrive while the navigator waits for an earlier load to end, so loading starts before that.
 HRESULT FolderConnection::Begin(const std::function<HRESULT()>& i_begin) {
     TRACE_FUNCTION();
     m_is_loading = true;

@@ -6,7 +6,7 @@
 
 namespace Ui {
 
-/// What a folder holds, by the names' references: the order is theirs, not the texts'.
+/// What a folder holds, ordered by the names' addresses, not by their text.
 using FolderItems = std::map<Qorv::ComPtr<Qorv::IAFS_Name>, Qorv::ComPtr<Qorv::IAFS_EnumFolderItem>>;
 
 } // namespace Ui

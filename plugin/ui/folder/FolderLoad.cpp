@@ -41,7 +41,7 @@ HRESULT FolderLoad::FindFolders() {
         Qorv::ComPtr<Qorv::IAFS_Name> parent;
         CHECK_HRESULT(m_file_system->NameGetParent(m_folder, &parent));
         m_folder = parent;
-        m_parent_folder.Reset(); // It was the file's: the folder has another.
+        m_parent_folder.Reset(); // It was the file's parent, not the folder's.
     }
     if (m_parent_folder == nullptr)
         CHECK_HRESULT(m_file_system->NameGetParent(m_folder, &m_parent_folder));

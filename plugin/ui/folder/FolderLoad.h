@@ -7,7 +7,7 @@
 
 namespace Ui {
 
-/// One load of a folder on a worker thread: into copies of its own, so that nobody else's hand is on them meanwhile.
+/// One load of a folder on a worker thread, into its own copies, which nobody else touches meanwhile.
 class FolderLoad {
 public:
     /// Ends early when `i_is_running`, which must outlive it, becomes false. The parent may be null: then it is looked
@@ -19,7 +19,7 @@ public:
     HRESULT Run() noexcept;
 
     const Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
-    Qorv::ComPtr<Qorv::IAFS_Name> m_folder;        ///< A file's folder, once it is known that the name was a file's.
+    Qorv::ComPtr<Qorv::IAFS_Name> m_folder; ///< Replaced by the file's folder if the name turns out to be a file's.
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder; ///< Null for a root.
     FolderItems m_items;
     FailureReason m_failure_reason; ///< Why the load failed; empty when nothing is known but the code.

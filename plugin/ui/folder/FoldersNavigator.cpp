@@ -21,7 +21,7 @@ HRESULT FoldersNavigator::SetFolder(Qorv::IAFS_Name* folder_or_file_item) {
     if (m_folder != nullptr && are_equal != VARIANT_FALSE)
         return TRACE_RESULT(S_OK);
     m_parent_folder.Reset();
-    // The very same object, not an equal location: then it is a child of the shown folder.
+    // Deliberately the same object, not an equal location: then it is a child of the shown folder.
     if (m_items.contains(folder_or_file_item))
         m_parent_folder = m_folder;
     m_folder = folder_or_file_item;
@@ -55,7 +55,7 @@ void FoldersNavigator::Launch() {
         auto load = std::make_shared<Ui::FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
         m_load_task = Ui::WorkerTask([this, load = std::move(load)]() mutable {
             Complete(*load);
-            load.reset(); // Nothing of a load is held once it is over.
+            load.reset(); // Nothing of a load is kept once it is over.
             m_is_running.store(false);
         });
     } catch (...) {
@@ -78,8 +78,8 @@ HRESULT FoldersNavigator::Complete(Ui::FolderLoad& io_load) noexcept {
     };
 }
 
-/// On the UI thread, where loads are stopped: between the question and the callback nobody can stop this one. False
-/// when it was stopped before.
+/// On the UI thread, where loads are stopped, so that nothing can stop this one between the check and the callback.
+/// False if it was stopped before.
 bool FoldersNavigator::Deliver(Ui::FolderLoad& io_load, HRESULT i_result) {
     TRACE_FUNCTION();
     if (!m_is_running)

@@ -23,18 +23,18 @@ public:
     FoldersNavigator(const FoldersNavigator&) = delete;
     FoldersNavigator& operator=(const FoldersNavigator&) = delete;
 
-    /// Shows a folder, or a file's folder. Does nothing when it is the one that is shown already: to try again,
-    /// `Refresh`. E_FAIL while a load runs.
+    /// Shows a folder, or a file's folder. Does nothing if it is already shown; `Refresh` tries again. E_FAIL while a
+    /// load runs.
     HRESULT SetFolder(Qorv::IAFS_Name* folder_or_file_item);
 
-    /// Loads the folder again. S_OK when a load was begun, S_FALSE when there is no folder, E_FAIL while a load runs.
+    /// Loads the folder again. S_OK when a load was started, S_FALSE when there is no folder, E_FAIL while a load runs.
     HRESULT Refresh();
 
     /// Ends a running load, without a completion, and waits for its end; thread-safe calls to this thread are served
     /// meanwhile, so that messages posted to its windows arrive.
     void Stop() noexcept;
 
-    /// The part of `Stop` that does not wait: from here on the running load completes nothing.
+    /// `Stop` without waiting: the running load won't be completed.
     void Abandon() noexcept;
 
     /// Until its completion was delivered, or it was stopped.
@@ -60,7 +60,7 @@ private:
     std::function<void(HRESULT)> m_completion;
     Ui::FolderItems m_items;
     FailureReason m_failure_reason;
-    bool m_is_delivered = false; ///< The load's completion was called; only its thread's last moments are left.
+    bool m_is_delivered = false; ///< The load's completion was called; its thread is about to end.
     Ui::WorkerTask m_load_task;
     std::atomic<bool> m_is_running = false;
 };

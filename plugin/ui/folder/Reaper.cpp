@@ -22,7 +22,7 @@ void Reaper::Take(std::shared_ptr<void> i_object) noexcept {
     try {
         m_tasks.emplace_back([object = std::move(i_object)]() mutable { object.reset(); });
     } catch (...) {
-        // The exception took the object with it, which waits as long as it must.
+        // The object was destroyed here, by the failed attempt, however long that took.
     }
 }
 

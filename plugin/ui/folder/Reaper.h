@@ -7,8 +7,8 @@
 
 namespace Ui {
 
-/// Destroys what takes long to destroy, such as a listing that hangs in the network, on threads of its own: so that
-/// nobody who closes a window waits for it. UI thread.
+/// Destroys what takes long to destroy, such as a listing that hangs in the network, on threads of its own, so that
+/// closing a window never waits. UI thread.
 class Reaper {
 public:
     Reaper();
@@ -17,8 +17,8 @@ public:
     Reaper(const Reaper&) = delete;
     Reaper& operator=(const Reaper&) = delete;
 
-    /// Takes the last reference to an object that may be destroyed on any thread. Without a further thread it is
-    /// destroyed here and now. Null is nothing to do.
+    /// Takes the last reference to an object that may be destroyed on any thread. If no thread can be created, it is
+    /// destroyed right here. Null is ignored.
     void Take(std::shared_ptr<void> i_object) noexcept;
 
 private:

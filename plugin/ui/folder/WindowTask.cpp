@@ -21,8 +21,8 @@ WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_
         state->result = work([&] { return state->is_abandoned.load(); });
         if (FAILED(state->result))
             state->failure_reason = TakeThreadReason();
-        work = nullptr; // Nothing of the work is held once it is over.
-        // On the UI thread, where it is abandoned: the window is there as long as it is not.
+        work = nullptr; // Nothing of the work is kept once it is over.
+        // On the UI thread, where tasks are abandoned: until then the window exists.
         CallThreadSafe(host, [&] {
             if (!state->is_abandoned)
                 PostMessageW(i_window, i_message, i_serial, 0);

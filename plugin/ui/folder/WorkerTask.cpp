@@ -24,7 +24,8 @@ struct ComOnThread {
     const bool is_initialized;
 };
 
-/// Dispatches what stands in the queue but input and painting. The code of a request to quit, which is not for here.
+/// Dispatches queued messages other than input and painting. Returns the code of a WM_QUIT, which belongs to the
+/// outer loop.
 std::optional<WPARAM> ServeCalls() noexcept {
     TRACE_FUNCTION();
     std::optional<WPARAM> quit_code;
@@ -69,11 +70,11 @@ void WorkerTask::Wait() noexcept {
     TRACE_FUNCTION();
     if (!m_future.valid())
         return;
-    const auto event = m_ended; // What is dispatched below may put another task in this one's place.
+    const auto event = m_ended; // A dispatched message may replace this task by another.
     const auto future = m_future;
     std::optional<WPARAM> quit_code;
     const HANDLE ended = event.get();
-    // What came before the wait counts too: the flag MWMO_INPUTAVAILABLE.
+    // MWMO_INPUTAVAILABLE: messages that were queued before the wait count too.
     while (MsgWaitForMultipleObjectsEx(1, &ended, INFINITE, QS_POSTMESSAGE | QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) ==
            WAIT_OBJECT_0 + 1)
         if (const auto code = ServeCalls())

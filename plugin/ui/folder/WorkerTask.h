@@ -11,7 +11,7 @@ class WorkerTask {
 public:
     /// No work.
     WorkerTask() noexcept = default;
-    /// Begins the work, which must not throw. Throws `std::system_error` when the system has no further thread.
+    /// Begins the work, which must not throw. Throws `std::system_error` when the system can't create a thread.
     explicit WorkerTask(std::function<void()> i_work);
     WorkerTask(WorkerTask&&) noexcept = default;
     /// Waits for the old work, like the destructor: without serving calls, so `Wait` first.
@@ -22,9 +22,9 @@ public:
     /// stays in the queue. Returns at once when there is no work.
     void Wait() noexcept;
 
-    /// Waits for the end of work that needs nothing of this thread any more: no message is dispatched.
+    /// Waits for the end of work that no longer needs this thread: no message is dispatched.
     void Join() noexcept;
-    /// Whether nothing is left to wait for, but the thread's last moments.
+    /// Whether the work is over, or there is none.
     bool IsOver() const noexcept;
 
 private:

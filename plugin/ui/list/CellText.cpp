@@ -18,8 +18,8 @@ std::wstring SizeText(ULONGLONG i_size) {
     return text.data();
 }
 
-/// A file time in the local time of its own date (summer or winter), in the user's short form; empty for 0 and for a
-/// time that no calendar has.
+/// A file time in local time, with the daylight saving of its own date, in the user's short format; empty for 0 and
+/// for a time outside the calendar.
 std::wstring DateText(ULONGLONG i_time) {
     TRACE_FUNCTION();
     const FILETIME file_time{static_cast<DWORD>(i_time), static_cast<DWORD>(i_time >> 32)};

@@ -112,7 +112,7 @@ FileList::Selection FileList::RememberSelection() const {
     return selection;
 }
 
-/// Lets the control show the rows as they are now, with those selected that were.
+/// Shows the rows as they are now, with the same ones selected as before.
 HRESULT FileList::ShowRows(const Selection& i_selection) {
     TRACE_FUNCTION();
     m_new_folder.reset();
@@ -130,9 +130,9 @@ HRESULT FileList::ShowRows(const Selection& i_selection) {
             focused = row;
     }
     if (selected.empty() && i_selection.first_row != no_row)
-        focused = std::min(i_selection.first_row, count - 1); // What was selected is gone: its neighbour.
+        focused = std::min(i_selection.first_row, count - 1); // The selected rows are gone: focus their neighbour.
     if (selected.size() == m_rows.size() && count > 0)
-        selected = {no_row}; // All at once: one by one takes long.
+        selected = {no_row}; // All at once; one by one would take long.
     for (const LONG row : selected)
         CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
     if (focused != no_row)

@@ -33,7 +33,7 @@ public:
     /// Lists a folder; the text stands in the list of one that holds nothing.
     HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
                  const std::wstring& i_empty_text);
-    /// Asks the filter anew. What is selected stays so.
+    /// Applies the filter again. The selection stays.
     HRESULT Refresh();
     /// Sorts by a column, the other way round when it was that one already. What is selected stays so.
     HRESULT SortBy(LONG i_column);

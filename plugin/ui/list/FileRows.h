@@ -26,7 +26,7 @@ public:
     /// Shows the folders and, unless only folders are wanted, the files that pass the filter (all without one). The
     /// filter is kept, and asked when items are loaded.
     void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
-    /// Asks the filter anew, after a change of what it passes.
+    /// Applies the filter again, after it has changed.
     void Refilter();
 
     /// Kinds are ordered by the extension. Rows that are equal in the column stand by name, ascending in either

@@ -28,8 +28,8 @@ public:
     /// By the extension of the name's last path element, case ignored.
     bool IsValid(Qorv::IAFS_Name* i_name) override;
 
-    /// Gives a typed name the extension of the selected file type where it has none of that type's own. `default_ext`
-    /// is for an empty name without one. Every decision is logged.
+    /// Gives a typed name the extension of the selected file type, unless it already has one of that type.
+    /// `default_ext` is for an empty name when no type is selected. Every decision is logged.
     void AddFilterExtension(std::wstring& io_name, std::wstring_view default_ext);
 
 private:

@@ -18,7 +18,7 @@ struct FilterEntry {
 };
 
 /// Reads a filter string, "PDF files|*.pdf;*.fdf|All files|*.*|". It ends at the first part that is empty or is not
-/// closed by "|": a last pair without its closing "|" is dropped, and that is meant. Blanks are kept.
+/// closed by "|": a last pair without its closing "|" is dropped, deliberately. Spaces are kept.
 std::vector<FilterEntry> ParseFilterString(std::wstring_view i_filters);
 
 } // namespace Ui

@@ -10,10 +10,10 @@
 namespace Ui {
 namespace {
 
-/// The platform's look-up knows no "/", and no text that is longer than its paths.
+/// The platform's look-up doesn't know "/", nor texts longer than its paths.
 std::wstring LookupText(std::wstring_view i_name) {
     TRACE_FUNCTION();
-    i_name.remove_prefix(i_name.rfind(L'/') + 1); // Nothing is removed where there is none: npos + 1 is 0.
+    i_name.remove_prefix(i_name.rfind(L'/') + 1); // Removes nothing if there is none: npos + 1 is 0.
     constexpr std::size_t capacity = MAX_PATH - 1;
     if (i_name.size() > capacity)
         i_name.remove_prefix(i_name.size() - capacity);

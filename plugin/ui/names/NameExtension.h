@@ -20,7 +20,7 @@ std::wstring_view WithoutDot(std::wstring_view i_extension) noexcept;
 /// Appends an extension, with a dot before it unless the name ends with one. Logs under the caller's name.
 void AddExtension(std::wstring& io_name, std::wstring_view i_extension, const FunctionName& i_caller);
 
-/// The default-extension rule: a name whose extension is another gets the default one behind it ("a.txt.pdf"). Does
+/// The default-extension rule: a name with another extension gets the default one appended ("a.txt.pdf"). Does
 /// nothing without a default extension. Logs its decision under the caller's name.
 void ApplyDefaultExtension(std::wstring& io_name, std::wstring_view i_default_ext, const FunctionName& i_caller);
 
