@@ -254,5 +254,11 @@ TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
     EXPECT_TRUE(Exists(L"/start.pdf"));
 }
 
+TEST_F(SaveDialogTest, TakesAFileThatResemblesTheNameForAnotherOne) {
+    MakeFile(L"/stra\u00dfe.pdf");
+    EXPECT_EQ(Save({}, "text start.pdf \n fill ed.name strasse.pdf \n press btn.ok"), L"/strasse.pdf");
+    EXPECT_EQ(Save({}, "text start.pdf \n fill ed.name /strasse.pdf \n press btn.ok"), L"/strasse.pdf");
+}
+
 } // namespace
 } // namespace Tests

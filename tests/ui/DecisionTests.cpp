@@ -19,6 +19,8 @@ protected:
         // To the platform these two are equal, to the service they are not.
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Strasse.pdf"), "ss");
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Straße.pdf"), "sz");
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Maße.pdf"), "sz");
+        Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/r\u00e9sum\u00e9.pdf"), "composed");
         const std::atomic<bool> is_running = true;
         Ui::FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
         EXPECT_HRESULT(S_OK, load.Run());
@@ -149,7 +151,7 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
     EXPECT_NE(nullptr, Typed(save, {L"A.pdf"}).names.front().name);
 }
 
-TEST_F(DecisionTest, TakesTheLikestOfEqualTitles) {
+TEST_F(DecisionTest, TakesNoLikenessForTheNameThatIsMeant) {
     for (const wchar_t* const typed : {L"Strasse.pdf", L"STRASSE.pdf", L"Straße.pdf"}) {
         const Ui::Decision decision = Typed(save, {typed});
         ASSERT_EQ(Kind::ask_to_replace, decision.kind) << ToUtf8(typed);
@@ -160,6 +162,17 @@ TEST_F(DecisionTest, TakesTheLikestOfEqualTitles) {
     const Ui::Decision both = Typed(open_several, {L"straße.pdf", L"strasse.pdf"});
     ASSERT_EQ(2U, both.names.size());
     EXPECT_NE(both.names[0].name, both.names[1].name);
+
+    // The platform finds each of these equal to a listed title.
+    for (const wchar_t* const typed : {L"Masse.pdf", L"a\u200b.pdf", L"a.p\u00addf", L"re\u0301sume\u0301.pdf"}) {
+        const Ui::Decision decision = Typed(save, {typed});
+        ASSERT_EQ(Kind::save_new, decision.kind) << ToUtf8(typed);
+        EXPECT_EQ(nullptr, decision.names.front().name) << ToUtf8(typed);
+        EXPECT_EQ(L"db.msg.fileNotFound", MessageOf(Typed(open_one, {typed}))) << ToUtf8(typed);
+        EXPECT_EQ(Kind::nothing, Ui::DecideWay(typed, m_rows).kind) << ToUtf8(typed);
+    }
+    EXPECT_EQ(Kind::ask_to_replace, Typed(save, {L"R\u00c9SUM\u00c9.pdf"}).kind) << "only the case differs";
+    EXPECT_EQ(Kind::nothing, Ui::DecideWay(L"Do\u200bcs", m_rows).kind) << "a folder is not entered either";
 }
 
 TEST_F(DecisionTest, KnowsTheNamesThatTheServiceTakes) {

@@ -6,6 +6,7 @@
 #include "qorv/Values.h"
 #include "ui/list/NaturalOrder.h"
 #include "ui/names/NameExtension.h"
+#include "ui/names/TitleMatch.h"
 
 #include <algorithm>
 #include <map>
@@ -185,7 +186,7 @@ std::optional<std::size_t> FileRows::FindTitle(std::wstring_view i_title) const 
             continue;
         if (row.title == i_title)
             return i;
-        if (!found && EqualsNoCase(row.title, i_title))
+        if (!found && IsSameTitle(row.title, i_title))
             found = i;
     }
     return found;

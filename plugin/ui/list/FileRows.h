@@ -37,8 +37,8 @@ public:
     std::size_t size() const noexcept { return m_shown.size(); }
     const FileRow& operator[](std::size_t i_row) const noexcept { return m_rows[m_shown[i_row]]; }
 
-    /// The shown row of a title: the very same one where there is one, else one that differs in case only. Never the
-    /// "../" row.
+    /// The shown row with this title, else one that differs in case only; never one that merely resembles it
+    /// (`TitleMatch.h`), nor the "../" row.
     std::optional<std::size_t> FindTitle(std::wstring_view i_title) const;
 
     /// The first shown row whose title begins with a text, case ignored, from a row on to the end and then from the

@@ -2,10 +2,9 @@
 
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
-#include "core/trace/Text.h"
 #include "qorv/Values.h"
+#include "ui/names/TitleMatch.h"
 
-#include <algorithm>
 #include <unordered_map>
 
 namespace Ui {
@@ -20,22 +19,7 @@ struct Candidate {
 };
 
 /// By the keys of their titles: a folder and a list of names may both be long.
-using Candidates = std::unordered_map<std::string, std::vector<Candidate>>;
-
-/// Texts that the platform compares as equal, case ignored, have equal keys: that is what its sort keys are.
-std::string ComparisonKey(std::wstring_view i_text) {
-    TRACE_FUNCTION();
-    constexpr DWORD flags = LCMAP_SORTKEY | NORM_IGNORECASE;
-    const int length = static_cast<int>(i_text.size());
-    const auto map = [&](char* o_key, int i_size) {
-        return LCMapStringEx(LOCALE_NAME_INVARIANT, flags, i_text.data(), length, reinterpret_cast<wchar_t*>(o_key),
-                             i_size, nullptr, nullptr, 0);
-    };
-    std::string key(static_cast<std::size_t>(length > 0 ? map(nullptr, 0) : 0), '\0');
-    if (!key.empty())
-        map(key.data(), static_cast<int>(key.size()));
-    return key;
-}
+using Candidates = std::unordered_map<std::wstring, std::vector<Candidate>>;
 
 HRESULT ReadItem(Qorv::IAFS_FileSys* i_file_system, FolderItems::const_iterator i_item, Candidate& o_candidate) {
     TRACE_FUNCTION();
@@ -63,32 +47,22 @@ Candidates ReadCandidates(Qorv::IAFS_FileSys* i_file_system, const FolderItems& 
     for (auto item = i_items.begin(); item != i_items.end(); ++item) {
         Candidate candidate;
         if (const HRESULT result = ReadItem(i_file_system, item, candidate); SUCCEEDED(result))
-            candidates[ComparisonKey(candidate.title)].push_back(std::move(candidate));
+            candidates[TitleKey(candidate.title)].push_back(std::move(candidate));
         else if (IsLogEnabled())
             TraceText(i_caller, TitleError(i_file_system, item->first, result));
     }
     return candidates;
 }
 
-/// How much a title is the text: the platform takes more for equal than the service does, "straße" and "strasse" too.
-int Likeness(std::wstring_view i_title, std::wstring_view i_text) noexcept {
-    TRACE_FUNCTION();
-    if (i_title == i_text)
-        return 2;
-    const int result = CompareStringOrdinal(i_title.data(), static_cast<int>(i_title.size()), i_text.data(),
-                                            static_cast<int>(i_text.size()), TRUE);
-    return result == CSTR_EQUAL ? 1 : 0;
-}
-
-/// The likest one that stands for no other name yet; null when there is none.
+/// Of the items that stand for no other name yet, the one with exactly this title, else one that differs in case; null
+/// if there is none.
 Candidate* Find(std::vector<Candidate>& io_candidates, std::wstring_view i_text) {
     TRACE_FUNCTION();
-    Candidate* likest = nullptr;
+    Candidate* found = nullptr;
     for (Candidate& candidate : io_candidates)
-        if (!candidate.is_taken &&
-            (likest == nullptr || Likeness(candidate.title, i_text) > Likeness(likest->title, i_text)))
-            likest = &candidate;
-    return likest;
+        if (!candidate.is_taken && (found == nullptr || candidate.title == i_text))
+            found = &candidate;
+    return found;
 }
 
 } // namespace
@@ -100,8 +74,8 @@ void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_ite
         return;
     Candidates candidates = ReadCandidates(i_file_system, i_items, i_caller);
     for (TypedName& typed : io_names) {
-        const auto equal_ones = candidates.find(ComparisonKey(typed.text));
-        Candidate* const match = equal_ones != candidates.end() ? Find(equal_ones->second, typed.text) : nullptr;
+        const auto same_ones = candidates.find(TitleKey(typed.text));
+        Candidate* const match = same_ones != candidates.end() ? Find(same_ones->second, typed.text) : nullptr;
         if (match == nullptr)
             continue;
         match->is_taken = true;

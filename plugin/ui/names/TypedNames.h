@@ -18,8 +18,9 @@ struct TypedName {
     bool is_folder = false;
 };
 
-/// Finds typed names among the items of a folder, by their titles, case ignored; of several equal ones the likest. An
-/// item whose title cannot be read is logged, under the caller's name, and left out.
+/// Finds typed names among the items of a folder, by their titles, case ignored; an exact one counts more. What only
+/// resembles a title (`TitleMatch.h`) is not found. An item whose title cannot be read is logged, under the caller's
+/// name, and left out.
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller);
 
