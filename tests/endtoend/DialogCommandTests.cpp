@@ -81,6 +81,32 @@ TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
     EXPECT_TRUE(Exists(L"/Documents/b.pdf"));
 }
 
+TEST_F(DialogCommandTest, NeverDeletesTheWayUp) {
+    EXPECT_EQ(Open({L"/Documents/Inner"}, R"(
+                  row ../
+                  add deep.pdf
+                  key Delete
+                  text Do you want to delete the file "deep.pdf"?
+                  press Delete
+                  gone deep.pdf
+                  close)"),
+              canceled);
+    EXPECT_TRUE(Exists(L"/Documents/a.pdf"));
+    EXPECT_FALSE(Exists(L"/Documents/Inner/deep.pdf"));
+}
+
+TEST_F(DialogCommandTest, LeavesTheKeysOfTheNameBoxToIt) {
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  fill ed.name c.txtx
+                  focus ed.name
+                  key End Backspace Home Delete
+                  type c
+                  key Enter)"),
+              L"/Documents/c.txt");
+    EXPECT_TRUE(Exists(L"/Documents/a.pdf"));
+}
+
 TEST_F(DialogCommandTest, ReloadsWhatOthersChanged) {
     Then([] { MakeFile(L"/Documents/from somebody.pdf"); }, "key F5 \n open from somebody.pdf");
     EXPECT_EQ(Open({L"/Documents"}, "row a.pdf"), L"/Documents/from somebody.pdf");
@@ -128,6 +154,23 @@ TEST_F(DialogFailureTest, ClosesAtOnceWhileACommandRuns) {
     EXPECT_LT(GetTickCount64() - begin, 2000u);
     EXPECT_EQ(0, Close()) << "what still runs is waited for";
     EXPECT_FALSE(Exists(L"/start.pdf"));
+}
+
+TEST_F(DialogFailureTest, DeletesNothingMoreOnceItIsClosed) {
+    Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 1000})");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  add b.pdf
+                  add c.txt
+                  key Delete
+                  press Delete
+                  text Deleting...
+                  key Esc)"),
+              canceled);
+    EXPECT_EQ(0, Close());
+    EXPECT_EQ(1, CountRequests("POST /2/files/delete "));
+    EXPECT_TRUE(Exists(L"/Documents/b.pdf"));
+    EXPECT_TRUE(Exists(L"/Documents/c.txt"));
 }
 
 TEST_F(DialogFailureTest, DoesOneThingAtATime) {

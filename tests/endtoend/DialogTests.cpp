@@ -254,10 +254,31 @@ TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
     EXPECT_TRUE(Exists(L"/start.pdf"));
 }
 
+TEST_F(SaveDialogTest, AsksBeforeAFileIsReplacedThatSomebodyMadeMeanwhile) {
+    const auto make = [] { MakeFile(L"/New.pdf"); };
+    const std::string save = "fill ed.name new.pdf \n press btn.ok \n text \"New.pdf\" already exists \n ";
+    Then(make, save + "press Cancel \n text New.pdf \n close");
+    EXPECT_EQ(Save({}, "text start.pdf"), canceled);
+    fs::remove(Service::LocalPath(L"/New.pdf"));
+    Then(make, save + "press Replace");
+    EXPECT_EQ(Save({}, "text start.pdf"), L"/New.pdf");
+}
+
 TEST_F(SaveDialogTest, TakesAFileThatResemblesTheNameForAnotherOne) {
     MakeFile(L"/stra\u00dfe.pdf");
     EXPECT_EQ(Save({}, "text start.pdf \n fill ed.name strasse.pdf \n press btn.ok"), L"/strasse.pdf");
     EXPECT_EQ(Save({}, "text start.pdf \n fill ed.name /strasse.pdf \n press btn.ok"), L"/strasse.pdf");
+}
+
+TEST_F(SaveDialogTest, MeansTheRowThatIsSelectedAfterANameWasTyped) {
+    EXPECT_EQ(Save({}, R"(
+                  text start.pdf
+                  fill ed.name New.pdf
+                  row Documents
+                  press btn.ok
+                  text a.pdf
+                  press btn.ok)"),
+              L"/Documents/New.pdf");
 }
 
 } // namespace
