@@ -1,6 +1,7 @@
 // What dialogs do on workers, and how they part from it.
 
 #include "afs/AfsTest.h"
+#include "core/host/Cancellation.h"
 #include "ui/HeldFileSystem.h"
 #include "ui/dialog/FailureText.h"
 #include "ui/folder/FolderConnection.h"
@@ -104,7 +105,7 @@ TEST_F(BackgroundTest, AHangingListingHoldsNobodyUp) {
 
 TEST_F(BackgroundTest, ATaskIsToldOfWithItsReason) {
     const auto gone = NameOf(L"/gone");
-    const auto remove = [&](const Ui::WindowTask::IsAbandoned&) {
+    const auto remove = [&](Qorv::IQorv_CancelFlag*) {
         EXPECT_NE(GetCurrentThreadId(), GetWindowThreadProcessId(m_window, nullptr));
         return m_file_system->CreateFolder(m_root, nullptr, nullptr); // The root cannot be made.
     };
@@ -117,11 +118,11 @@ TEST_F(BackgroundTest, ATaskIsToldOfWithItsReason) {
 
 TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
     std::promise<bool> noticed;
-    const auto wait = [&](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
+    const auto wait = [&](Qorv::IQorv_CancelFlag* i_stop_flag) {
         const ULONGLONG end = GetTickCount64() + patience;
-        while (!i_is_abandoned() && GetTickCount64() < end)
+        while (!IsCanceled(i_stop_flag) && GetTickCount64() < end)
             Sleep(1);
-        noticed.set_value(i_is_abandoned());
+        noticed.set_value(IsCanceled(i_stop_flag));
         return S_OK;
     };
     auto task = std::make_shared<Ui::WindowTask>(m_host, m_window, message_of_test, 1, wait);

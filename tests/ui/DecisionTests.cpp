@@ -22,7 +22,7 @@ protected:
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/Maße.pdf"), "sz");
         Tests::WriteBytes(Tests::Service::LocalPath(L"/Here/r\u00e9sum\u00e9.pdf"), "composed");
         const std::atomic<bool> is_running = true;
-        Ui::FolderLoad load(m_file_system, NameOf(L"/Here"), nullptr, is_running);
+        Ui::FolderLoad load({m_file_system, nullptr}, NameOf(L"/Here"), nullptr, is_running);
         EXPECT_HRESULT(S_OK, load.Run());
         m_items = load.m_items;
         m_rows.Load(m_file_system, m_items, load.m_parent_folder);

@@ -1,4 +1,5 @@
 #include "afs/AfsTest.h"
+#include "core/host/Cancellation.h"
 #include "ui/HeldFileSystem.h"
 #include "ui/folder/FoldersNavigator.h"
 
@@ -168,6 +169,26 @@ TEST_F(FoldersNavigatorTest, StopEndsAListingBetweenTwoItems) {
     EXPECT_HRESULT(S_OK, m_navigator->Refresh());
     EXPECT_HRESULT(S_OK, Completed());
     EXPECT_EQ(3U, Listed().size());
+}
+
+TEST_F(FoldersNavigatorTest, StopReachesTheCallThatIsUnderWay) {
+    for (auto* const call : {&m_held->in_file_info, &m_held->in_listing}) {
+        std::promise<void> reached;
+        bool is_noticed = false;
+        *call = [&](Qorv::IQorv_CancelFlag* i_flag) {
+            reached.set_value();
+            for (const ULONGLONG end = GetTickCount64() + patience; !IsCanceled(i_flag) && GetTickCount64() < end;)
+                Sleep(1);
+            is_noticed = IsCanceled(i_flag);
+        };
+        EXPECT_HRESULT(S_OK, m_navigator->SetFolder(m_root));
+        reached.get_future().wait();
+        m_navigator->Stop();
+        EXPECT_TRUE(is_noticed);
+        *call = [](Qorv::IQorv_CancelFlag*) {};
+        m_navigator = MakeNavigator();
+    }
+    Show(m_root); // A flag is one load's: the next one is not stopped by it.
 }
 
 TEST_F(FoldersNavigatorTest, TellsWhyALoadFailed) {

@@ -37,6 +37,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE GetFileInfo(Name* name, Details* out_details, Cancel* cancel,
                                           Qorv::IAFS_FileInfo** out_info) noexcept override {
+        in_file_info(cancel);
         return m_inner->GetFileInfo(name, out_details, cancel, out_info);
     }
     HRESULT STDMETHODCALLTYPE NameGetParent(Name* name, Name** out_parent) noexcept override {
@@ -45,6 +46,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE EnumFolder(Name* name, ULONG flags, Details* out_details, Cancel* cancel,
                                          Qorv::IAFS_EnumFolder** out_enum) noexcept override {
+        in_listing(cancel);
         Qorv::ComPtr<Qorv::IAFS_EnumFolder> inner = m_listing;
         const HRESULT result = inner != nullptr ? inner->Reset(out_details, cancel)
                                                 : m_inner->EnumFolder(name, flags, out_details, cancel, &inner);
@@ -57,6 +59,8 @@ public:
 
     std::atomic<int> parent_lookups = 0;
     std::function<void()> before_next = [] {};
+    std::function<void(Cancel*)> in_file_info = [](Cancel*) {};
+    std::function<void(Cancel*)> in_listing = [](Cancel*) {};
 
 private:
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_inner;

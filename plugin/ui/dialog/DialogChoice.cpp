@@ -83,8 +83,8 @@ void Dialog::SaveNew(const Ui::TypedName& i_name) {
         return m_questions->TellWhyNot(L"db.msg.badName", typed.text);
     const auto information = std::make_shared<ComPtr<IAFS_FileInfo>>();
     const auto look = [file_system = m_context.file_system, name = typed.name,
-                       information](const Ui::WindowTask::IsAbandoned&) {
-        return file_system->GetFileInfo(name, nullptr, nullptr, &*information);
+                       information](IQorv_CancelFlag* i_stop_flag) {
+        return file_system->GetFileInfo(name, nullptr, i_stop_flag, &*information);
     };
     RunOnWorker(L"db.msg.checkingName", look, [this, typed, information](const Ui::Failure& i_failure) {
         if (i_failure.code == E_INVALIDARG) // Nothing is there.

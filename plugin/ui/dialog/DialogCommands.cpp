@@ -8,25 +8,24 @@ namespace Qorv {
 namespace {
 
 /// Lets the user sign in. The folder is that of the location if the same user signed in again, otherwise the root.
-HRESULT SignIn(IAFS_FileSys* i_file_system, const std::wstring& i_location, ComPtr<IAFS_Name>& o_folder) {
+HRESULT SignIn(IAFS_FileSys* i_file_system, const std::wstring& i_location, IQorv_CancelFlag* i_stop_flag,
+               ComPtr<IAFS_Name>& o_folder) {
     TRACE_FUNCTION();
     ComPtr<IAFS_AccountData> account;
-    CHECK_HRESULT(i_file_system->CreateAccount(nullptr, nullptr, nullptr, &account));
+    CHECK_HRESULT(i_file_system->CreateAccount(nullptr, nullptr, i_stop_flag, &account));
     ComPtr<IAFS_Name> root;
-    CHECK_HRESULT(i_file_system->BindToObject(account, nullptr, 0, nullptr, nullptr, &root));
+    CHECK_HRESULT(i_file_system->BindToObject(account, nullptr, 0, nullptr, i_stop_flag, &root));
     if (i_location.empty() || FAILED(i_file_system->StringToName(i_location.c_str(), 0, root, &o_folder)))
         o_folder = root;
     return TRACE_RESULT(S_OK);
 }
 
-/// Stops at the first that fails, and when nobody waits for it any more.
+/// Stops at the first failure. The provider refuses further items once the flag is set.
 HRESULT DeleteItems(IAFS_FileSys* i_file_system, const std::vector<ComPtr<IAFS_Name>>& i_names,
-                    const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
+                    IQorv_CancelFlag* i_stop_flag) {
     TRACE_FUNCTION();
-    for (const auto& name : i_names) {
-        CHECK_RETURN(!i_is_abandoned(), ErrorCanceled);
-        CHECK_HRESULT(i_file_system->Delete(name, nullptr, nullptr));
-    }
+    for (const auto& name : i_names)
+        CHECK_HRESULT(i_file_system->Delete(name, nullptr, i_stop_flag));
     return TRACE_RESULT(S_OK);
 }
 
@@ -99,8 +98,8 @@ void Dialog::CreateFolder(const std::wstring& i_title) {
     ComPtr<IAFS_Name> folder;
     if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_trail.GetFolder(), &folder)))
         return m_questions->TellWhyNot(L"db.msg.badName", i_title);
-    const auto create = [file_system = m_context.file_system, folder](const Ui::WindowTask::IsAbandoned&) {
-        return file_system->CreateFolder(folder, nullptr, nullptr);
+    const auto create = [file_system = m_context.file_system, folder](IQorv_CancelFlag* i_stop_flag) {
+        return file_system->CreateFolder(folder, nullptr, i_stop_flag);
     };
     RunOnWorker(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
@@ -119,9 +118,8 @@ void Dialog::Delete() {
         names.push_back(row->name);
     if (!m_questions->AskToDelete(rows) || m_pObj == nullptr || IsBusy())
         return;
-    const auto remove = [file_system = m_context.file_system,
-                         names](const Ui::WindowTask::IsAbandoned& i_is_abandoned) {
-        return DeleteItems(file_system, names, i_is_abandoned);
+    const auto remove = [file_system = m_context.file_system, names](IQorv_CancelFlag* i_stop_flag) {
+        return DeleteItems(file_system, names, i_stop_flag);
     };
     const PCStr failure_id = names.size() == 1 ? L"db.msg.nothingDeleted" : L"db.msg.deleteFailed";
     RunOnWorker(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
@@ -139,8 +137,8 @@ void Dialog::ChooseUser() {
     if (m_trail.GetFolder() != nullptr)
         m_context.file_system->NameToString(m_trail.GetFolder(), 0, nullptr, &location);
     const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
-    const auto sign_in = [file_system = m_context.file_system, from = std::wstring(location.View()),
-                          folder](const Ui::WindowTask::IsAbandoned&) { return SignIn(file_system, from, *folder); };
+    const auto sign_in = [file_system = m_context.file_system, from = std::wstring(location.View()), folder](
+                             IQorv_CancelFlag* i_stop_flag) { return SignIn(file_system, from, i_stop_flag, *folder); };
     RunOnWorker(L"db.msg.signingIn", sign_in, [this, folder](const Ui::Failure& i_failure) {
         if (SUCCEEDED(i_failure.code))
             Connect(*folder);

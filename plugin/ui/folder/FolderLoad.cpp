@@ -4,7 +4,7 @@
 
 namespace Ui {
 
-FolderLoad::FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
+FolderLoad::FolderLoad(const StoppableFileSystem& i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
                        Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running)
     : m_file_system(i_file_system)
     , m_folder(i_folder_or_file_item)

@@ -2,6 +2,7 @@
 
 #include "core/trace/FailureReason.h"
 #include "ui/folder/FolderItems.h"
+#include "ui/folder/StoppableFileSystem.h"
 
 #include <atomic>
 
@@ -10,15 +11,15 @@ namespace Ui {
 /// One load of a folder on a worker thread, into its own copies, which nobody else touches meanwhile.
 class FolderLoad {
 public:
-    /// Ends early when `i_is_running`, which must outlive it, becomes false. The parent may be null: then it is looked
-    /// up.
-    FolderLoad(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
+    /// Ends early when `i_is_running`, which must outlive it, becomes false, and at once where a call of the provider
+    /// heeds the flag. The parent may be null: then it is looked up.
+    FolderLoad(const StoppableFileSystem& i_file_system, Qorv::IAFS_Name* i_folder_or_file_item,
                Qorv::IAFS_Name* i_parent_folder, const std::atomic<bool>& i_is_running);
 
     /// The first failure's code; `Qorv::ErrorCanceled` when it was stopped.
     HRESULT Run() noexcept;
 
-    const Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
+    const StoppableFileSystem m_file_system;
     Qorv::ComPtr<Qorv::IAFS_Name> m_folder; ///< Replaced by the file's folder if the name turns out to be a file's.
     Qorv::ComPtr<Qorv::IAFS_Name> m_parent_folder; ///< Null for a root.
     FolderItems m_items;

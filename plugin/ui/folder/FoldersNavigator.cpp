@@ -52,7 +52,10 @@ void FoldersNavigator::Launch() {
     m_is_delivered = false;
     m_failure_reason = {};
     try {
-        auto load = std::make_shared<Ui::FolderLoad>(m_file_system, m_folder, m_parent_folder, m_is_running);
+        m_stop_flag = Qorv::Create<Ui::StopFlag>();
+        CHECK_THROW(m_stop_flag != nullptr, HResultException(E_OUTOFMEMORY));
+        const Ui::StoppableFileSystem file_system(m_file_system, m_stop_flag);
+        auto load = std::make_shared<Ui::FolderLoad>(file_system, m_folder, m_parent_folder, m_is_running);
         m_load_task = Ui::WorkerTask([this, load = std::move(load)]() mutable {
             Complete(*load);
             load.reset(); // Nothing of a load is kept once it is over.
@@ -96,6 +99,8 @@ bool FoldersNavigator::Deliver(Ui::FolderLoad& io_load, HRESULT i_result) {
 void FoldersNavigator::Abandon() noexcept {
     TRACE_FUNCTION();
     m_is_running.store(false);
+    if (m_stop_flag != nullptr)
+        m_stop_flag->Set(); // A call that is under way ends too.
 }
 
 void FoldersNavigator::Stop() noexcept {

@@ -2,6 +2,7 @@
 
 #include "qorv/Host.h"
 #include "ui/folder/FolderLoad.h"
+#include "ui/folder/StopFlag.h"
 #include "ui/folder/WorkerTask.h"
 
 #include <functional>
@@ -37,7 +38,7 @@ public:
     /// `Stop` without waiting: the running load won't be completed.
     void Abandon() noexcept;
 
-    /// Until its completion was delivered, or it was stopped.
+    /// Until its completion was delivered, or it was stopped, or the host has refused to deliver it.
     bool IsRunning() const noexcept { return m_is_running && !m_is_delivered; }
 
     // What the last load found. To be read when its completion arrives, and until the next call that begins one.
@@ -63,4 +64,5 @@ private:
     bool m_is_delivered = false; ///< The load's completion was called; its thread is about to end.
     Ui::WorkerTask m_load_task;
     std::atomic<bool> m_is_running = false;
+    Qorv::ComPtr<Ui::StopFlag> m_stop_flag; ///< Of the last load.
 };

@@ -2,13 +2,13 @@
 
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
-
-#include <atomic>
+#include "ui/folder/StopFlag.h"
 
 namespace Ui {
 
 struct WindowTask::State {
-    std::atomic<bool> is_abandoned = false;
+    const Qorv::ComPtr<StopFlag> stop_flag = Qorv::Create<StopFlag>();
+    bool is_abandoned = false; ///< Only of interest on the UI thread.
     HRESULT result = E_UNEXPECTED;
     FailureReason failure_reason;
 };
@@ -16,9 +16,10 @@ struct WindowTask::State {
 WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_message, WPARAM i_serial, Work i_work)
     : m_state(std::make_shared<State>()) {
     TRACE_FUNCTION();
+    CHECK_THROW(m_state->stop_flag != nullptr, HResultException(E_OUTOFMEMORY));
     m_task = WorkerTask([host = Qorv::ComPtr(i_host_instance), state = m_state, i_window, i_message, i_serial,
                          work = std::move(i_work)]() mutable {
-        state->result = work([&] { return state->is_abandoned.load(); });
+        state->result = work(state->stop_flag);
         if (FAILED(state->result))
             state->failure_reason = TakeThreadReason();
         work = nullptr; // Nothing of the work is kept once it is over.
@@ -39,6 +40,7 @@ WindowTask::~WindowTask() {
 void WindowTask::Abandon() noexcept {
     TRACE_FUNCTION();
     m_state->is_abandoned = true;
+    m_state->stop_flag->Set();
 }
 
 HRESULT WindowTask::GetResult() const noexcept {

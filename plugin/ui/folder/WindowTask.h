@@ -16,9 +16,8 @@ namespace Ui {
 /// holds up no window.
 class WindowTask {
 public:
-    /// Whether the work was abandoned: to be asked between its steps.
-    using IsAbandoned = std::function<bool()>;
-    using Work = std::function<HRESULT(const IsAbandoned&)>;
+    /// The flag is set when the work is abandoned. Its calls of the provider carry it.
+    using Work = std::function<HRESULT(Qorv::IQorv_CancelFlag* i_stop_flag)>;
 
     /// Begins the work, which must not touch windows and must not throw. When it is over, the message is posted to the
     /// window, with the given first parameter. Throws `std::system_error` when the system can't create a thread.
@@ -31,7 +30,10 @@ public:
     /// From here on no message is posted.
     void Abandon() noexcept;
 
-    // Valid once the message has arrived.
+    /// Whether the work is over. Its message may still be under way, or may have found no way to the window.
+    bool IsOver() const noexcept { return m_task.IsOver(); }
+
+    // Valid once the work is over.
     HRESULT GetResult() const noexcept;
     /// Why the work failed; empty when nothing is known but the code.
     const FailureReason& GetFailureReason() const noexcept;
