@@ -3,7 +3,10 @@
 #include "afs/AfsTest.h"
 #include "core/host/Cancellation.h"
 #include "ui/HeldFileSystem.h"
+#include "ui/OddHost.h"
+#include "ui/dialog/DialogQuestions.h"
 #include "ui/dialog/FailureText.h"
+#include "ui/dialog/RunningCommand.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/WindowTask.h"
 
@@ -131,6 +134,42 @@ TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
     EXPECT_TRUE(noticed.get_future().get());
     m_reaper.reset();
     EXPECT_EQ(0U, NextMessage(1));
+}
+
+TEST_F(BackgroundTest, AnEndThatNoMessageTellsOfIsFound) {
+    const auto host = Qorv::Create<Tests::OddHost>(m_host);
+    const auto wait_for = [this](const auto& i_take) {
+        for (const ULONGLONG end = GetTickCount64() + patience; GetTickCount64() < end; NextMessage(1))
+            if (const auto result = i_take())
+                return *result;
+        throw std::runtime_error("the end was never found");
+    };
+    const auto no_window = reinterpret_cast<HWND>(~std::uintptr_t{0xFF}); // Posting fails, as into a full queue.
+    Ui::FolderConnection unposted(host, m_held, no_window, message_of_test, *m_reaper);
+    EXPECT_HRESULT(S_OK, unposted.Show(m_root));
+    EXPECT_EQ(S_OK, wait_for([&] { return unposted.TakeUntoldResult(); }));
+    EXPECT_FALSE(unposted.IsLoading());
+    EXPECT_EQ(1U, unposted.GetItems().size());
+    EXPECT_FALSE(unposted.TakeUntoldResult()) << "taken already";
+
+    host->is_deaf_to_workers = true;
+    Ui::FolderConnection undelivered(host, m_held, m_window, message_of_test, *m_reaper);
+    EXPECT_HRESULT(S_OK, undelivered.Show(m_root));
+    EXPECT_EQ(E_UNEXPECTED, wait_for([&] { return undelivered.TakeUntoldResult(); }));
+    EXPECT_FALSE(undelivered.IsLoading());
+
+    Ui::RunningCommand command(host, *m_reaper);
+    std::promise<void> goes_on;
+    command.Begin(m_window,
+                  [&](Qorv::IQorv_CancelFlag*) {
+                      goes_on.get_future().wait();
+                      return E_ACCESSDENIED;
+                  },
+                  {});
+    EXPECT_FALSE(command.TakeUntoldEnd()) << "it still runs";
+    goes_on.set_value();
+    EXPECT_EQ(E_ACCESSDENIED, wait_for([&] { return command.TakeUntoldEnd(); }).failure.code);
+    EXPECT_FALSE(command.IsRunning());
 }
 
 TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {

@@ -4,6 +4,7 @@
 #include "script/KeySteps.h"
 #include "services/CabNode.h"
 #include "support/OnceInUse.h"
+#include "ui/OddHost.h"
 #include "ui/dialog/DialogParameters.h"
 #include "ui/dialog/OpenSaveDialog.h"
 
@@ -60,6 +61,24 @@ TEST_F(DialogLifeTest, LeavesNothingBehindAfterManyRuns) {
     }
     GetProcessHandleCount(GetCurrentProcess(), &handles_after);
     EXPECT_LE(handles_after, handles_before + 5);
+}
+
+TEST_F(DialogLifeTest, NoticesThatALoadsEndIsNeverDelivered) {
+    const auto host = Qorv::Create<Tests::OddHost>(m_host);
+    host->is_deaf_to_workers = true;
+    Ui::OpenSaveDialog dialog(m_plugin, host, m_file_system);
+    Ui::DialogParameters parameters;
+    int step = 0;
+    const Tests::OnceInUse retry([&](HWND i_window) {
+        if (step == 0 && DevHost::WaitForText(i_window, L"couldn't be loaded")) {
+            host->is_deaf_to_workers = false;
+            step = DevHost::PressButton(i_window, L"Try again") ? 1 : 0;
+            return false;
+        }
+        return step == 1 && DevHost::WaitForText(i_window, L"a.pdf") && DevHost::CloseByBox(i_window, {});
+    });
+    EXPECT_HRESULT(Qorv::ErrorCanceled, dialog.ShowOpenSinglePlace(&m_names, parameters, m_root, nullptr));
+    EXPECT_EQ(1, step);
 }
 
 TEST_F(DialogLifeTest, NeedsAPlaceForTheNames) {

@@ -70,12 +70,17 @@ public:
         m_parent = ParentOf(m_folder);
         return result;
     }
+    std::optional<HRESULT> TakeUntoldResult() noexcept override {
+        return untold_result ? TakeResult(static_cast<DWORD>(*std::exchange(untold_result, std::nullopt)))
+                             : std::nullopt;
+    }
     IAFS_Name* GetFolder() const noexcept override { return m_folder; }
     IAFS_Name* GetParentFolder() const noexcept override { return m_parent; }
     const Ui::FolderItems& GetItems() const noexcept override { return m_items; }
     const FailureReason& GetFailureReason() const noexcept override { return m_reason; }
 
     bool fails_at_once = false;
+    std::optional<HRESULT> untold_result;
 
 private:
     ComPtr<IAFS_Name> ParentOf(IAFS_Name* i_name) const {
@@ -103,6 +108,7 @@ protected:
     ///   go, type, new PATH   show it; as a location that was typed; as one that may be a new file's
     ///   up, again, made T    the folder above; load again; load again to select a title
     ///   ok, gone, bad        how the load ends
+    ///   check, lost          a look at the load, which runs; which has failed untold
     ///   odd                  the next request fails at once
     ///   try, sign-in, quit   the answer to the next question; without one the user gives up
     std::string Walk(const std::string& i_steps) {
@@ -150,6 +156,10 @@ private:
         } else if (i_word == "ok" || i_word == "gone" || i_word == "bad") {
             const HRESULT result = i_word == "ok" ? S_OK : i_word == "gone" ? E_INVALIDARG : E_FAIL;
             m_trail->OnLoadEnded(static_cast<DWORD>(result));
+        } else if (i_word == "check" || i_word == "lost") {
+            if (i_word == "lost")
+                m_source->untold_result = E_UNEXPECTED;
+            m_trail->CheckLoad();
         } else if (i_word == "odd") {
             m_source->fails_at_once = true;
         } else {
@@ -249,6 +259,7 @@ TEST_F(FolderTrailTest, ComesBackFromAFailure) {
          "<> loads shows <> </b/N> loads </b> loads fails asks:/b <> loads shows <> | at "},
         {"a new file, and no connection", "go / ok new /b/N bad ok",
          "<> loads shows <> </b/N> loads fails asks:/b/N <> loads shows <> | at "},
+        {"a load whose end is never told", "go /a ok go /b check lost check ok", a + b_fails + a + "| at /a"},
         {"a load that cannot even begin", "go /a ok odd go /b ok",
          a + "</b> fails asks:/b </a> </a> reloads shows </a> | at /a"},
     };

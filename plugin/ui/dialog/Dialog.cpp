@@ -97,6 +97,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnInit() noexcept {
         CHECK_HRESULT(m_items.PutCaptions(m_pObj, *m_parameters));
         CHECK_HRESULT(InitFilter());
         CHECK_HRESULT(InitWindow());
+        m_watch = std::make_unique<Ui::WatchTimer>([this] { Handle([this] { CheckWorkers(); }); });
         Connect(m_default_folder != nullptr ? m_default_folder : m_parameters->InitialPathName);
         return TRACE_RESULT(S_OK);
     };
@@ -166,6 +167,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnDestroy() noexcept {
         m_ui->RemoveEventLoopMonitor(keys);
         keys->Close();
     }
+    m_watch.reset();
     Disconnect();
     if (m_list != nullptr)
         m_list->Close();
@@ -177,6 +179,14 @@ HRESULT STDMETHODCALLTYPE Dialog::OnDestroy() noexcept {
 bool Dialog::IsBusy() const noexcept {
     TRACE_FUNCTION();
     return m_command.IsRunning() || m_trail.IsLoading();
+}
+
+/// The host may have refused to deliver an end, or the queue to take its message: the dialog must not wait for ever.
+void Dialog::CheckWorkers() {
+    TRACE_FUNCTION();
+    m_trail.CheckLoad();
+    if (const auto end = m_command.TakeUntoldEnd())
+        OnCommandEnded(*end);
 }
 
 /// Enables what can be done now, and nothing else. Cancel is always enabled.

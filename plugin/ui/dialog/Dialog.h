@@ -10,6 +10,7 @@
 #include "ui/dialog/FolderTrail.h"
 #include "ui/dialog/KeyCommands.h"
 #include "ui/dialog/RunningCommand.h"
+#include "ui/dialog/WatchTimer.h"
 #include "ui/list/FileList.h"
 #include "ui/names/FilesExtensionFilter.h"
 
@@ -58,6 +59,7 @@ private:
     HRESULT InitWindow();
     void UpdateItems();
     bool IsBusy() const noexcept;
+    void CheckWorkers();
     std::wstring Text(PCStr i_id, std::initializer_list<std::wstring_view> i_arguments = {}) const;
 
     // DialogEvents.cpp: what the user does with the items
@@ -135,6 +137,7 @@ private:
 
     Ui::FolderTrail m_trail;
     Ui::RunningCommand m_command;
+    std::unique_ptr<Ui::WatchTimer> m_watch; ///< Over both.
 
     bool m_is_name_typed = false; ///< The name box shows what the user typed, not what the list put there.
 };

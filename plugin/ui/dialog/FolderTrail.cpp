@@ -80,11 +80,24 @@ void FolderTrail::OnLoadBegun(bool i_is_reload) {
 
 void FolderTrail::OnLoadEnded(WPARAM i_load) {
     TRACE_FUNCTION();
-    const auto result = m_source != nullptr ? m_source->TakeResult(i_load) : std::nullopt;
-    if (!result)
+    if (m_source == nullptr)
         return;
-    if (FAILED(*result))
-        return OnLoadFailed({*result, m_source->GetFailureReason()});
+    if (const auto result = m_source->TakeResult(i_load))
+        OnResult(*result);
+}
+
+void FolderTrail::CheckLoad() {
+    TRACE_FUNCTION();
+    if (!IsLoading())
+        return;
+    if (const auto result = m_source->TakeUntoldResult())
+        OnResult(*result);
+}
+
+void FolderTrail::OnResult(HRESULT i_result) {
+    TRACE_FUNCTION();
+    if (FAILED(i_result))
+        return OnLoadFailed({i_result, m_source->GetFailureReason()});
     m_state = State::shown;
     m_folder = m_source->GetFolder(); // The folder itself, if the name was a file's.
     m_last_shown_folder = m_folder;

@@ -44,6 +44,8 @@ public:
     void Reload(Arrival i_arrival);
     /// The source's window was told that this load is over.
     void OnLoadEnded(WPARAM i_load);
+    /// Notices the end of a load that no message has told of. To be called from time to time.
+    void CheckLoad();
 
     bool IsLoading() const noexcept { return m_source != nullptr && m_source->IsLoading(); }
     bool IsShown() const noexcept { return m_source != nullptr && m_state == State::shown; }
@@ -60,6 +62,7 @@ private:
     enum class State { nothing, loading, shown, failed };
 
     void OnLoadBegun(bool i_is_reload);
+    void OnResult(HRESULT i_result);
     void OnLoadFailed(const Failure& i_failure);
     void GoBack();
     void Arrive();

@@ -31,6 +31,11 @@ std::optional<RunningCommand::End> RunningCommand::TakeEnd(WPARAM i_number) {
     return end;
 }
 
+std::optional<RunningCommand::End> RunningCommand::TakeUntoldEnd() {
+    TRACE_FUNCTION();
+    return IsRunning() && m_task->IsOver() ? TakeEnd(m_number) : std::nullopt;
+}
+
 void RunningCommand::Abandon() noexcept {
     TRACE_FUNCTION();
     if (m_task != nullptr)

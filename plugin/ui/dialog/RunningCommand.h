@@ -35,6 +35,8 @@ public:
 
     /// The end that a message tells of. No value for the late message of a command that was abandoned.
     std::optional<End> TakeEnd(WPARAM i_number);
+    /// The end that no message has told of. To be asked from time to time.
+    std::optional<End> TakeUntoldEnd();
 
     /// Leaves the command to the reaper. Nothing follows it.
     void Abandon() noexcept;

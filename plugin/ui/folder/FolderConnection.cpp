@@ -24,7 +24,7 @@ FolderConnection::~FolderConnection() {
 HRESULT FolderConnection::Show(Qorv::IAFS_Name* i_folder_or_file) {
     TRACE_FUNCTION();
     CHECK_HRESULT(Begin([&] { return m_navigator->SetFolder(i_folder_or_file); }));
-    return m_is_loading ? TRACE_RESULT(S_OK) : TRACE_RESULT(S_FALSE);
+    return IsLoading() ? TRACE_RESULT(S_OK) : TRACE_RESULT(S_FALSE);
 }
 
 HRESULT FolderConnection::Reload() {
@@ -36,20 +36,28 @@ HRESULT FolderConnection::Reload() {
 /// Messages may arrive while the navigator waits for an earlier load to end, so loading starts before that.
 HRESULT FolderConnection::Begin(const std::function<HRESULT()>& i_begin) {
     TRACE_FUNCTION();
-    m_is_loading = true;
+    m_phase = Phase::beginning;
     ++m_completion->load;
+    m_completion->result = E_UNEXPECTED;
     const HRESULT result = i_begin();
-    m_is_loading = m_navigator->IsRunning();
+    m_phase = m_navigator->IsRunning() ? Phase::loading : Phase::idle;
     CHECK_HRESULT(result);
     return TRACE_RESULT(S_OK);
 }
 
 std::optional<HRESULT> FolderConnection::TakeResult(WPARAM i_load) noexcept {
     TRACE_FUNCTION();
-    if (!m_is_loading || i_load != m_completion->load)
+    if (!IsLoading() || i_load != m_completion->load)
         return std::nullopt;
-    m_is_loading = false;
+    m_phase = Phase::idle;
     return m_completion->result;
+}
+
+std::optional<HRESULT> FolderConnection::TakeUntoldResult() noexcept {
+    TRACE_FUNCTION();
+    if (m_phase != Phase::loading || m_navigator->IsRunning())
+        return std::nullopt;
+    return TakeResult(m_completion->load);
 }
 
 } // namespace Ui

@@ -22,8 +22,9 @@ public:
 
     HRESULT Show(Qorv::IAFS_Name* i_folder_or_file) override;
     HRESULT Reload() override;
-    bool IsLoading() const noexcept override { return m_is_loading; }
+    bool IsLoading() const noexcept override { return m_phase != Phase::idle; }
     std::optional<HRESULT> TakeResult(WPARAM i_load) noexcept override;
+    std::optional<HRESULT> TakeUntoldResult() noexcept override;
 
     Qorv::IAFS_Name* GetFolder() const noexcept override { return m_navigator->GetFolder(); }
     Qorv::IAFS_Name* GetParentFolder() const noexcept override { return m_navigator->GetParentFolder(); }
@@ -39,12 +40,14 @@ private:
         HRESULT result = E_UNEXPECTED;
     };
 
+    enum class Phase { idle, beginning, loading };
+
     HRESULT Begin(const std::function<HRESULT()>& i_begin);
 
     Reaper& m_reaper;
     std::shared_ptr<Completion> m_completion;
     std::shared_ptr<FoldersNavigator> m_navigator;
-    bool m_is_loading = false;
+    Phase m_phase = Phase::idle;
 };
 
 } // namespace Ui

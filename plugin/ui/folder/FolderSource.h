@@ -20,6 +20,9 @@ public:
 
     /// The result of the load that a message speaks of. No value for a load that was followed by another one.
     virtual std::optional<HRESULT> TakeResult(WPARAM i_load) noexcept = 0;
+    /// The result of a load that is over although no message has told so; E_UNEXPECTED where it was lost with it. To be
+    /// asked from time to time while a load runs.
+    virtual std::optional<HRESULT> TakeUntoldResult() noexcept = 0;
 
     // Of the load whose result was taken, until the next one begins.
     virtual Qorv::IAFS_Name* GetFolder() const noexcept = 0;
