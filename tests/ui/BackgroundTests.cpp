@@ -203,4 +203,18 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
     EXPECT_TRUE(Ui::FailureText(m_host, odd).ends_with(L"\n(odd words that mention HTTP 401 and a conflict)"));
 }
 
+TEST_F(BackgroundTest, WhatOthersSayIsToldShortAndInOneDirection) {
+    const auto detail = [this](std::wstring i_words) {
+        const std::wstring text = Ui::FailureText(m_host, {E_FAIL, {std::move(i_words)}});
+        return text.substr(text.find(L'\n') + 1);
+    };
+    EXPECT_EQ(L"(one two three)", detail(L" one\r\n\ttwo\u0085\u2028three\x7f \x01"));
+    EXPECT_EQ(L"(fdp.exe)", detail(L"\u202efdp\u2066.e\u200ex\u200fe\u061c"));
+    EXPECT_EQ(L"(" + std::wstring(300, L'n') + L")", detail(std::wstring(300, L'n') + L"\r\n"));
+    EXPECT_EQ(L"(" + std::wstring(299, L'n') + L"\u2026)", detail(std::wstring(5'000'000, L'n')));
+    const std::wstring face = L"\xD83D\xDE00";
+    EXPECT_EQ(L"(" + std::wstring(298, L'n') + L"\u2026)", detail(std::wstring(298, L'n') + face + face))
+        << "no half of a character";
+}
+
 } // namespace

@@ -7,11 +7,13 @@
 #include <wininet.h>
 
 #include <string_view>
+#include <utility>
 
 namespace Ui {
 namespace {
 
 constexpr DWORD status_too_many_requests = 429;
+constexpr std::size_t longest_detail = 300; ///< Of what the service or the system says; it may be a whole page.
 
 /// A failure that the service reported, known by its status or by a tag in its summary.
 struct Kind {
@@ -59,11 +61,40 @@ Kind KindOf(const Failure& i_failure) noexcept {
     return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", 0, true} : Kind{{}, L"db.fail.other"};
 }
 
-std::wstring OneParagraph(std::wstring i_text) {
+bool IsControl(wchar_t i_character) noexcept {
     TRACE_FUNCTION();
-    while (!i_text.empty() && i_text.back() <= L' ')
-        i_text.pop_back();
-    return i_text;
+    return i_character < L' ' || (i_character >= 0x7F && i_character <= 0x9F) || i_character == 0x2028 ||
+           i_character == 0x2029;
+}
+
+/// The marks that turn the direction of the text around them, which could make a message read as another one.
+bool IsDirectionMark(wchar_t i_character) noexcept {
+    TRACE_FUNCTION();
+    return i_character == 0x061C || i_character == 0x200E || i_character == 0x200F ||
+           (i_character >= 0x202A && i_character <= 0x202E) || (i_character >= 0x2066 && i_character <= 0x2069);
+}
+
+/// What others wrote, as one short paragraph that is safe to show.
+std::wstring OneParagraph(std::wstring_view i_text) {
+    TRACE_FUNCTION();
+    std::wstring paragraph;
+    bool is_blank_due = false;
+    for (const wchar_t character : i_text) {
+        if (paragraph.size() > longest_detail)
+            break;
+        if (character == L' ' || IsControl(character)) {
+            is_blank_due = !paragraph.empty();
+        } else if (!IsDirectionMark(character)) {
+            paragraph.append(std::exchange(is_blank_due, false) ? 1 : 0, L' ');
+            paragraph += character;
+        }
+    }
+    if (paragraph.size() <= longest_detail)
+        return paragraph;
+    paragraph.resize(longest_detail - 1);
+    if (IS_HIGH_SURROGATE(paragraph.back()))
+        paragraph.pop_back(); // Half a character shows as a box.
+    return paragraph + L'\u2026';
 }
 
 } // namespace
