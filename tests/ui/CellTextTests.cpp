@@ -59,4 +59,14 @@ TEST_F(CellTextTest, TellsSizesAndDatesInTheUsersForm) {
     EXPECT_EQ(L"", cells.Text(row, Ui::FileColumn::date)) << "no calendar has it";
 }
 
+TEST_F(CellTextTest, TellsDatesInLocalTime) {
+    TIME_ZONE_INFORMATION utc{}, half_a_day_ahead{};
+    half_a_day_ahead.Bias = -12 * 60;
+    Ui::FileRow row = Row(L"a", L"");
+    row.modified = Dropbox::Utility::ParseDateTime(L"2015-05-12T15:50:38Z");
+    const std::wstring there = Ui::CellText(m_host, &half_a_day_ahead).Text(row, Ui::FileColumn::date);
+    row.modified = Dropbox::Utility::ParseDateTime(L"2015-05-13T03:50:38Z");
+    EXPECT_EQ(Ui::CellText(m_host, &utc).Text(row, Ui::FileColumn::date), there);
+}
+
 } // namespace

@@ -20,14 +20,14 @@ std::wstring SizeText(ULONGLONG i_size) {
 
 /// A file time in local time, with the daylight saving of its own date, in the user's short format; empty for 0 and
 /// for a time outside the calendar.
-std::wstring DateText(ULONGLONG i_time) {
+std::wstring DateText(ULONGLONG i_time, const TIME_ZONE_INFORMATION* i_time_zone) {
     TRACE_FUNCTION();
     const FILETIME file_time{static_cast<DWORD>(i_time), static_cast<DWORD>(i_time >> 32)};
     SYSTEMTIME utc{}, local{};
     std::array<wchar_t, 128> date{}, time{};
     const int capacity = static_cast<int>(date.size());
     if (i_time == 0 || !FileTimeToSystemTime(&file_time, &utc) ||
-        !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) ||
+        !SystemTimeToTzSpecificLocalTime(i_time_zone, &utc, &local) ||
         GetDateFormatEx(LOCALE_NAME_USER_DEFAULT, DATE_SHORTDATE, &local, nullptr, date.data(), capacity, nullptr) ==
             0 ||
         GetTimeFormatEx(LOCALE_NAME_USER_DEFAULT, TIME_NOSECONDS, &local, nullptr, time.data(), capacity) == 0)
@@ -37,8 +37,9 @@ std::wstring DateText(ULONGLONG i_time) {
 
 } // namespace
 
-CellText::CellText(Qorv::IQorv_Inst* host_instance)
-    : m_folder(FormatString(host_instance, L"db.kind.folder"))
+CellText::CellText(Qorv::IQorv_Inst* host_instance, const TIME_ZONE_INFORMATION* i_time_zone)
+    : m_time_zone(i_time_zone)
+    , m_folder(FormatString(host_instance, L"db.kind.folder"))
     , m_file(FormatString(host_instance, L"db.kind.file"))
     , m_extension_file(FormatString(host_instance, L"db.kind.extension")) {
     TRACE_FUNCTION();
@@ -54,7 +55,7 @@ std::wstring CellText::Text(const FileRow& i_row, FileColumn i_column) const {
     case FileColumn::kind:
         return Kind(i_row);
     case FileColumn::date:
-        return DateText(i_row.modified);
+        return DateText(i_row.modified, m_time_zone);
     }
     return {};
 }

@@ -11,8 +11,8 @@ namespace Ui {
 /// drawn.
 class CellText {
 public:
-    /// Fetches the localized texts, once for all cells.
-    explicit CellText(Qorv::IQorv_Inst* host_instance);
+    /// Fetches the localized texts, once for all cells. The time zone, null for the user's, outlives it.
+    explicit CellText(Qorv::IQorv_Inst* host_instance, const TIME_ZONE_INFORMATION* i_time_zone = nullptr);
 
     /// Empty where there is nothing to tell: a folder's size, a date that is not known.
     std::wstring Text(const FileRow& i_row, FileColumn i_column) const;
@@ -20,6 +20,7 @@ public:
 private:
     std::wstring Kind(const FileRow& i_row) const;
 
+    const TIME_ZONE_INFORMATION* m_time_zone;
     std::wstring m_folder;
     std::wstring m_file;
     std::wstring m_extension_file; ///< With "%1" in the place of the extension.
