@@ -3,6 +3,8 @@
 #include "afs/NamesCollection.h"
 #include "afs/QorvString.h"
 
+#include <atomic>
+#include <latch>
 #include <thread>
 
 namespace {
@@ -76,17 +78,29 @@ TEST_F(CollectionTest, IsWalkedInOrder) {
 }
 
 TEST_F(CollectionTest, TakesSeveralThreads) {
-    const auto fill = [this] {
-        for (int i = 0; i < 1000; ++i) {
-            m_names->Add(m_a);
-            m_names->Add(m_b);
-            m_names->Remove(m_a);
-        }
-    };
-    std::thread other(fill);
-    fill();
-    other.join();
-    EXPECT_EQ(2000U, Count());
+    constexpr int thread_count = 3;
+    std::latch start(thread_count);
+    std::vector<std::thread> threads;
+    std::atomic<int> bad_answers = 0;
+    for (int thread = 0; thread < thread_count; ++thread)
+        threads.emplace_back([&, name = thread % 2 == 0 ? m_a : m_b] {
+            start.arrive_and_wait(); // Otherwise the first is done before the second begins.
+            for (int i = 0; i < 1000; ++i) {
+                m_names->Add(name);
+                ComPtr<Qorv::IAFS_EnumNames> walk;
+                ComPtr<IAFS_Name> walked, item;
+                ULONG count = 0;
+                const bool is_good = m_names->get_Count(&count) == S_OK && count >= 1 && count <= thread_count &&
+                                     m_names->get_Item(0, &item) == S_OK && (item == m_a || item == m_b) &&
+                                     m_names->get_Enum(&walk) == S_OK && walk->Next(1, &walked, nullptr) == S_OK;
+                if (!is_good || m_names->Remove(name) != S_OK)
+                    ++bad_answers;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(0, bad_answers);
+    EXPECT_EQ(0U, Count());
 }
 
 TEST(QorvString, Answers) {

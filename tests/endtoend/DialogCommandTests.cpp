@@ -156,6 +156,22 @@ TEST_F(DialogFailureTest, ClosesAtOnceWhileACommandRuns) {
     EXPECT_FALSE(Exists(L"/start.pdf"));
 }
 
+TEST_F(DialogFailureTest, ChoosesNoFileWhosePathCannotBeSent) {
+    Service::AddFault(
+        R"({"path": "2/files/list_folder", "times": 1, "body": "{\"cursor\": \"c\", \"has_more\": false, )"
+        R"(\"entries\": [{\".tag\": \"file\", \"name\": \"a\\\"b.pdf\", \"path_display\": \"/a\\\"b.pdf\", )"
+        R"(\"size\": 1, \"server_modified\": \"2015-05-12T15:50:38Z\", )"
+        R"(\"client_modified\": \"2015-05-12T15:50:38Z\"}]}"})");
+    EXPECT_EQ(Open({}, R"(
+                  row a"b.pdf
+                  press btn.ok
+                  text "/a"b.pdf" can't be opened or saved from here
+                  press OK
+                  key F5
+                  open start.pdf)"),
+              L"/start.pdf");
+}
+
 TEST_F(DialogFailureTest, DeletesNothingMoreOnceItIsClosed) {
     Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 1000})");
     EXPECT_EQ(Open({L"/Documents"}, R"(

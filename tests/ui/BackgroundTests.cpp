@@ -217,4 +217,26 @@ TEST_F(BackgroundTest, WhatOthersSayIsToldShortAndInOneDirection) {
         << "no half of a character";
 }
 
+TEST_F(BackgroundTest, ABoxThatCannotBeShownAgreesToNothing) {
+    const auto host = Qorv::Create<Tests::OddHost>(m_host);
+    host->has_no_services = true;
+    const Ui::DialogQuestions questions(host, m_window);
+    EXPECT_FALSE(questions.AskToReplace(L"a.pdf"));
+    Ui::FileRow row;
+    row.title = L"a.pdf";
+    EXPECT_FALSE(questions.AskToDelete({&row}));
+    for (const DWORD status : {401, 500})
+        EXPECT_EQ(Ui::FailureAnswer::give_up, questions.AskAfterLoadFailure(L"/", {E_FAIL, {L"", status}}));
+}
+
+TEST_F(BackgroundTest, WorkersHaveComInitialized) {
+    HRESULT result = E_UNEXPECTED;
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
+    Ui::WorkerTask([&] { result = CoGetApartmentType(&type, &qualifier); }).Wait();
+    EXPECT_HRESULT(S_OK, result);
+    EXPECT_EQ(APTTYPE_MTA, type);
+    EXPECT_NE(APTTYPEQUALIFIER_IMPLICIT_MTA, qualifier) << "only by the grace of another thread";
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 // The life of a dialog beside that of the plug-in, of its owner and of its caller's names.
 
 #include "afs/AfsTest.h"
+#include "core/host/ModalOwner.h"
 #include "script/KeySteps.h"
 #include "services/CabNode.h"
 #include "support/OnceInUse.h"
@@ -46,6 +47,24 @@ TEST_F(DialogLifeTest, EndsTogetherWithItsOwner) {
     });
     EXPECT_HRESULT(Qorv::ErrorCanceled, Show(owner));
     EXPECT_FALSE(IsWindow(owner));
+}
+
+TEST_F(DialogLifeTest, StandsBetweenTheHostsFrameAndWhatComesNext) {
+    const auto host = Qorv::Create<Tests::OddHost>(m_host);
+    host->frame = CreateWindowW(L"STATIC", L"frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr, nullptr,
+                                nullptr, nullptr);
+    Ui::OpenSaveDialog dialog(m_plugin, host, m_file_system);
+    Ui::DialogParameters parameters;
+    const Tests::OnceInUse look([&](HWND i_window) {
+        if (i_window == host->frame || !DevHost::WaitForText(i_window, L"a.pdf"))
+            return false;
+        EXPECT_EQ(host->frame, GetWindow(i_window, GW_OWNER));
+        SetForegroundWindow(GetDesktopWindow()); // Another program is in use: no window of ours is active.
+        EXPECT_EQ(i_window, Ui::ModalOwner(host)) << "the frame is disabled, and a second dialog is not for it";
+        return DevHost::CloseByBox(i_window, {});
+    });
+    EXPECT_HRESULT(Qorv::ErrorCanceled, dialog.ShowOpenSinglePlace(&m_names, parameters, m_root, nullptr));
+    DestroyWindow(host->frame);
 }
 
 TEST_F(DialogLifeTest, LeavesNothingBehindAfterManyRuns) {

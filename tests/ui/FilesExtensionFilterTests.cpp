@@ -1,4 +1,5 @@
 #include "afs/AfsTest.h"
+#include "ui/AllocationCount.h"
 #include "ui/WindowlessCombo.h"
 #include "ui/names/FilesExtensionFilter.h"
 #include "ui/names/TypedNames.h"
@@ -31,6 +32,19 @@ TEST_F(FilesExtensionFilterTest, FillsTheCombo) {
     EXPECT_TRUE(log.Has("Expression: \"m_combo->InsertItem(-1, text, text, nullptr, "
                         "reinterpret_cast<Qorv::PARAM_T>(item.release()), 0)\" caused returning \""))
         << log.Messages();
+}
+
+TEST_F(FilesExtensionFilterTest, FreesWhatTheComboCarries) {
+    constexpr long rounds = 100;
+    const long before = Tests::LiveAllocations();
+    for (long round = 0; round < rounds; ++round) {
+        const auto combo = Qorv::Create<Tests::Combo>();
+        FilesExtensionFilter filter(m_file_system, combo);
+        EXPECT_HRESULT(S_OK, filter.SetFilter(two_types));
+        combo->capacity = 1;
+        EXPECT_HRESULT(E_OUTOFMEMORY, filter.SetFilter(two_types)); // The second list finds no item.
+    }
+    EXPECT_LT(Tests::LiveAllocations() - before, rounds);
 }
 
 TEST_F(FilesExtensionFilterTest, PassesNamesByTheLastElementsExtension) {
