@@ -3,14 +3,28 @@
 #include "afs/NamesCollection.h"
 #include "afs/QorvString.h"
 
-#include <atomic>
-#include <latch>
-#include <thread>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <utility>
 
 namespace {
 
 using Qorv::ComPtr;
 using Qorv::IAFS_Name;
+
+/// Does something when the next reference to it is taken.
+class WatchingName final : public Qorv::CoClass<WatchingName, IAFS_Name> {
+public:
+    HRESULT STDMETHODCALLTYPE get_FileSys(Qorv::IAFS_FileSys**) noexcept override { return E_NOTIMPL; }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override {
+        if (const auto call = std::exchange(on_copied, nullptr))
+            call();
+        return CoClass::AddRef();
+    }
+
+    std::function<void()> on_copied;
+};
 
 class CollectionTest : public testing::Test {
 protected:
@@ -77,30 +91,46 @@ TEST_F(CollectionTest, IsWalkedInOrder) {
     EXPECT_HRESULT(E_POINTER, clone->Next(2, both, nullptr));
 }
 
-TEST_F(CollectionTest, TakesSeveralThreads) {
-    constexpr int thread_count = 3;
-    std::latch start(thread_count);
-    std::vector<std::thread> threads;
-    std::atomic<int> bad_answers = 0;
-    for (int thread = 0; thread < thread_count; ++thread)
-        threads.emplace_back([&, name = thread % 2 == 0 ? m_a : m_b] {
-            start.arrive_and_wait(); // Otherwise the first is done before the second begins.
-            for (int i = 0; i < 1000; ++i) {
-                m_names->Add(name);
-                ComPtr<Qorv::IAFS_EnumNames> walk;
-                ComPtr<IAFS_Name> walked, item;
-                ULONG count = 0;
-                const bool is_good = m_names->get_Count(&count) == S_OK && count >= 1 && count <= thread_count &&
-                                     m_names->get_Item(0, &item) == S_OK && (item == m_a || item == m_b) &&
-                                     m_names->get_Enum(&walk) == S_OK && walk->Next(1, &walked, nullptr) == S_OK;
-                if (!is_good || m_names->Remove(name) != S_OK)
-                    ++bad_answers;
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(0, bad_answers);
-    EXPECT_EQ(0U, Count());
+// While one call holds the list, which a name knows that is being copied there, no other call goes on.
+TEST_F(CollectionTest, LocksItsListInEveryCall) {
+    using Call = std::function<void(NamesCollection&)>;
+    const auto watcher = Qorv::Create<WatchingName>();
+    const Call add = [&](NamesCollection& io_names) { io_names.Add(m_a); };
+    const Call count = [](NamesCollection& io_names) {
+        ULONG number = 0;
+        io_names.get_Count(&number);
+    };
+    const Call remove = [&](NamesCollection& io_names) { io_names.Remove(m_a); };
+    const Call item = [](NamesCollection& io_names) {
+        ComPtr<IAFS_Name> name;
+        io_names.get_Item(0, &name);
+    };
+    const Call walk = [](NamesCollection& io_names) {
+        ComPtr<Qorv::IAFS_EnumNames> names;
+        io_names.get_Enum(&names);
+    };
+    const Call add_watcher = [&](NamesCollection& io_names) { io_names.Add(watcher); };
+    const struct {
+        const char* what;
+        Call holding, waiting;
+    } rows[] = {
+        {"add, add", add_watcher, add},   {"add, count", add_watcher, count}, {"add, remove", add_watcher, remove},
+        {"add, item", add_watcher, item}, {"add, walk", add_watcher, walk},   {"item, count", item, count},
+        {"walk, count", walk, count},
+    };
+    for (const auto& row : rows) {
+        NamesCollection::Create(m_names);
+        m_names->Add(watcher);
+        std::future<void> other;
+        bool is_let_in = true;
+        watcher->on_copied = [&] {
+            other = std::async(std::launch::async, row.waiting, std::ref(*m_names.Get()));
+            is_let_in = other.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
+        };
+        row.holding(*m_names.Get());
+        EXPECT_FALSE(is_let_in) << row.what;
+        other.get();
+    }
 }
 
 TEST(QorvString, Answers) {

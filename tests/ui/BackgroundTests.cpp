@@ -152,9 +152,11 @@ TEST_F(BackgroundTest, AnEndThatNoMessageTellsOfIsFound) {
     EXPECT_EQ(1U, unposted.GetItems().size());
     EXPECT_FALSE(unposted.TakeUntoldResult()) << "taken already";
 
-    host->is_deaf_to_workers = true;
     Ui::FolderConnection undelivered(host, m_held, m_window, message_of_test, *m_reaper);
     EXPECT_HRESULT(S_OK, undelivered.Show(m_root));
+    EXPECT_EQ(S_OK, undelivered.TakeResult(NextMessage()));
+    host->is_deaf_to_workers = true;
+    EXPECT_HRESULT(S_OK, undelivered.Reload());
     EXPECT_EQ(E_UNEXPECTED, wait_for([&] { return undelivered.TakeUntoldResult(); }));
     EXPECT_FALSE(undelivered.IsLoading());
 

@@ -82,22 +82,34 @@ TEST_F(DialogLifeTest, LeavesNothingBehindAfterManyRuns) {
     EXPECT_LE(handles_after, handles_before + 5);
 }
 
-TEST_F(DialogLifeTest, NoticesThatALoadsEndIsNeverDelivered) {
+TEST_F(DialogLifeTest, NoticesAnEndThatTheHostNeverDelivers) {
     const auto host = Qorv::Create<Tests::OddHost>(m_host);
     host->is_deaf_to_workers = true;
     Ui::OpenSaveDialog dialog(m_plugin, host, m_file_system);
     Ui::DialogParameters parameters;
-    int step = 0;
-    const Tests::OnceInUse retry([&](HWND i_window) {
-        if (step == 0 && DevHost::WaitForText(i_window, L"couldn't be loaded")) {
-            host->is_deaf_to_workers = false;
-            step = DevHost::PressButton(i_window, L"Try again") ? 1 : 0;
+    const auto try_again = [&](HWND i_window) {
+        if (!DevHost::WaitForText(i_window, L"couldn't be loaded"))
             return false;
-        }
-        return step == 1 && DevHost::WaitForText(i_window, L"a.pdf") && DevHost::CloseByBox(i_window, {});
-    });
+        host->is_deaf_to_workers = false;
+        return DevHost::PressButton(i_window, L"Try again");
+    };
+    const std::function<bool(HWND)> steps[] = {
+        try_again, // The first load.
+        [&](HWND i_window) {
+            if (!DevHost::WaitForText(i_window, L"a.pdf"))
+                return false;
+            host->is_deaf_to_workers = true;
+            return DevHost::PressButton(i_window, L"New folder");
+        },
+        [](HWND i_window) { return DevHost::PressKey(i_window, L"Enter"); },
+        try_again, // The command, whose end loads the folder again.
+        [](HWND i_window) { return DevHost::WaitForText(i_window, L"a.pdf") && DevHost::CloseByBox(i_window, {}); },
+    };
+    std::size_t step = 0;
+    const Tests::OnceInUse walk([&](HWND i_window) { return (step += steps[step](i_window)) == std::size(steps); });
     EXPECT_HRESULT(Qorv::ErrorCanceled, dialog.ShowOpenSinglePlace(&m_names, parameters, m_root, nullptr));
-    EXPECT_EQ(1, step);
+    EXPECT_EQ(std::size(steps), step);
+    EXPECT_TRUE(std::filesystem::exists(Tests::Service::LocalPath(L"/New folder")));
 }
 
 TEST_F(DialogLifeTest, NeedsAPlaceForTheNames) {

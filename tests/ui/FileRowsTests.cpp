@@ -244,12 +244,12 @@ TEST_F(FileRowsTest, AreFoundByTheBeginningOfTheirTitle) {
 }
 
 TEST_F(FileRowsTest, AreFoundByTheirWholeTitle) {
-    // Two titles that are the same but for case, to the platform.
-    AddFiles({L"alpha", L"Strasse", L"straße"});
+    // To the platform's comparison "ss" and "ß" are the same.
+    AddFiles({L"alpha", L"Strasse", L"straße", L"Fuß"});
     Load(m_parent);
     const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"alpha", L"alpha"},   {L"ALPHA", L"alpha"}, {L"alp", L""}, {L"Strasse", L"Strasse"},
-        {L"straße", L"straße"}, {L"../", L""},        {L"", L""},
+        {L"alpha", L"alpha"}, {L"ALPHA", L"alpha"}, {L"alp", L""},    {L"Strasse", L"Strasse"}, {L"straße", L"straße"},
+        {L"../", L""},        {L"", L""},           {L"FUß", L"Fuß"}, {L"Fuss", L""},
     };
     for (const auto& [title, expected] : rows) {
         const auto found = m_rows.FindTitle(title);
