@@ -102,6 +102,7 @@ TEST_F(DialogCommandTest, LeavesTheKeysOfTheNameBoxToIt) {
                   focus ed.name
                   key End Backspace Home Delete
                   type c
+                  text Inner
                   key Enter)"),
               L"/Documents/c.txt");
     EXPECT_TRUE(Exists(L"/Documents/a.pdf"));

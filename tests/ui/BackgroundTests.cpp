@@ -7,6 +7,7 @@
 #include "ui/dialog/DialogQuestions.h"
 #include "ui/dialog/FailureText.h"
 #include "ui/dialog/RunningCommand.h"
+#include "ui/dialog/WatchTimer.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/WindowTask.h"
 
@@ -172,6 +173,33 @@ TEST_F(BackgroundTest, AnEndThatNoMessageTellsOfIsFound) {
     goes_on.set_value();
     EXPECT_EQ(E_ACCESSDENIED, wait_for([&] { return command.TakeUntoldEnd(); }).failure.code);
     EXPECT_FALSE(command.IsRunning());
+}
+
+TEST_F(BackgroundTest, ATimerCallsUntilItIsDestroyed) {
+    const auto next_tick = [] {
+        MSG message{};
+        const ULONGLONG end = GetTickCount64() + patience;
+        while (!PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE) && GetTickCount64() < end)
+            Sleep(1);
+        return message;
+    };
+    int calls = 0;
+    auto timer = std::make_unique<Ui::WatchTimer>([&] { ++calls; });
+    const MSG tick = next_tick();
+    DispatchMessageW(&tick);
+    EXPECT_EQ(1, calls);
+    timer.reset();
+    DispatchMessageW(&tick); // As if it had been in the queue all the time.
+    EXPECT_EQ(1, calls);
+
+    timer = std::make_unique<Ui::WatchTimer>([&] {
+        timer.reset();
+        ++calls;
+    });
+    const MSG last_tick = next_tick();
+    DispatchMessageW(&last_tick);
+    EXPECT_EQ(2, calls);
+    EXPECT_EQ(nullptr, timer);
 }
 
 TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {

@@ -110,7 +110,8 @@ protected:
     ///   ok, gone, bad        how the load ends
     ///   check, lost          a look at the load, which runs; which has failed untold
     ///   odd                  the next request fails at once
-    ///   try, sign-in, quit   the answer to the next question; without one the user gives up
+    ///   try, sign-in, quit   the answer to the next question; without one the user gives up; `quit` closes the dialog,
+    ///                        and whatever it answers must not matter any more
     std::string Walk(const std::string& i_steps) {
         m_told.clear();
         const auto file_system = Qorv::Create<PathFileSystem>();
@@ -185,6 +186,7 @@ private:
             m_trail->Disconnect();
         return answer == "try"       ? Ui::FailureAnswer::try_again
                : answer == "sign-in" ? Ui::FailureAnswer::sign_in
+               : answer == "quit"    ? Ui::FailureAnswer::sign_in
                                      : Ui::FailureAnswer::give_up;
     }
     void SignInAgain() override { Tell(L"signs-in"); }
