@@ -25,6 +25,8 @@ class BackgroundTest : public Tests::AfsTest {
 protected:
     BackgroundTest() : m_held(Qorv::Create<Tests::HeldFileSystem>(m_file_system)) {
         Tests::WriteBytes(Tests::Service::LocalPath(L"/a.txt"), "a");
+        SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountMessages));
+        dispatched = 0;
     }
     ~BackgroundTest() override {
         m_reaper.reset();
@@ -48,6 +50,12 @@ protected:
         return 0;
     }
 
+    /// The messages to the window that were dispatched while something was waited for.
+    static LRESULT CALLBACK CountMessages(HWND i_window, UINT i_message, WPARAM i_w_param, LPARAM i_l_param) {
+        dispatched += i_message == message_of_test ? 1 : 0;
+        return DefWindowProcW(i_window, i_message, i_w_param, i_l_param);
+    }
+
     void WaitForHeldCall() {
         for (const ULONGLONG end = GetTickCount64() + patience; !m_host->MainThread().HasPendingCalls(); Sleep(1))
             ASSERT_LT(GetTickCount64(), end) << "no completion";
@@ -56,6 +64,7 @@ protected:
     const HWND m_window = CreateWindowW(L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     std::unique_ptr<Ui::Reaper> m_reaper = std::make_unique<Ui::Reaper>();
     ComPtr<Tests::HeldFileSystem> m_held;
+    static inline int dispatched = 0;
 };
 
 TEST_F(BackgroundTest, ALoadIsToldOfOnce) {
@@ -93,6 +102,7 @@ TEST_F(BackgroundTest, PartsFromALoadAThousandTimesWithTheCompletionHeld) {
     }
     m_reaper.reset();
     EXPECT_EQ(0U, NextMessage(1)) << "a load was told of after its end";
+    EXPECT_EQ(0, dispatched);
 }
 
 TEST_F(BackgroundTest, AHangingListingHoldsNobodyUp) {
@@ -135,6 +145,7 @@ TEST_F(BackgroundTest, AnAbandonedTaskIsSilentAndNoticesIt) {
     EXPECT_TRUE(noticed.get_future().get());
     m_reaper.reset();
     EXPECT_EQ(0U, NextMessage(1));
+    EXPECT_EQ(0, dispatched);
 }
 
 TEST_F(BackgroundTest, AnEndThatNoMessageTellsOfIsFound) {
@@ -170,9 +181,30 @@ TEST_F(BackgroundTest, AnEndThatNoMessageTellsOfIsFound) {
                   },
                   {});
     EXPECT_FALSE(command.TakeUntoldEnd()) << "it still runs";
+    EXPECT_FALSE(command.TakeEnd(7)) << "another one's";
     goes_on.set_value();
     EXPECT_EQ(E_ACCESSDENIED, wait_for([&] { return command.TakeUntoldEnd(); }).failure.code);
     EXPECT_FALSE(command.IsRunning());
+}
+
+TEST_F(BackgroundTest, AnAbandonedCommandIsStoppedAtOnceAndNothingFollows) {
+    Ui::Reaper reaper;
+    Ui::RunningCommand command(m_host, reaper);
+    std::promise<ComPtr<Qorv::IQorv_CancelFlag>> flag;
+    std::promise<void> goes_on;
+    const auto work = [&](Qorv::IQorv_CancelFlag* i_stop_flag) {
+        flag.set_value(i_stop_flag);
+        goes_on.get_future().wait();
+        return S_OK;
+    };
+    command.Begin(m_window, work, [](const Ui::Failure&) { ADD_FAILURE() << "nobody is there any more"; });
+    const auto stop_flag = flag.get_future().get();
+    EXPECT_FALSE(IsCanceled(stop_flag));
+    command.Abandon();
+    EXPECT_TRUE(IsCanceled(stop_flag));
+    EXPECT_FALSE(command.IsRunning());
+    goes_on.set_value();
+    EXPECT_EQ(0U, NextMessage(100));
 }
 
 TEST_F(BackgroundTest, ATimerCallsUntilItIsDestroyed) {

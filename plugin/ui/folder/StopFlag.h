@@ -11,6 +11,7 @@ namespace Ui {
 class StopFlag final : public Qorv::CoClass<StopFlag, Qorv::IQorv_CancelFlag> {
 public:
     void Set() noexcept { m_is_set = true; }
+    bool IsSet() const noexcept { return m_is_set; }
 
     HRESULT STDMETHODCALLTYPE get_IsCanceled(VARIANT_BOOL* o_is_canceled) noexcept override;
 

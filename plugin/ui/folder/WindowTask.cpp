@@ -8,7 +8,6 @@ namespace Ui {
 
 struct WindowTask::State {
     const Qorv::ComPtr<StopFlag> stop_flag = Qorv::Create<StopFlag>();
-    bool is_abandoned = false; ///< Only of interest on the UI thread.
     HRESULT result = E_UNEXPECTED;
     FailureReason failure_reason;
 };
@@ -25,7 +24,7 @@ WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_
         work = nullptr; // Nothing of the work is kept once it is over.
         // On the UI thread, where tasks are abandoned: until then the window exists.
         CallThreadSafe(host, [&] {
-            if (!state->is_abandoned)
+            if (!state->stop_flag->IsSet())
                 PostMessageW(i_window, i_message, i_serial, 0);
         });
     });
@@ -39,7 +38,6 @@ WindowTask::~WindowTask() {
 
 void WindowTask::Abandon() noexcept {
     TRACE_FUNCTION();
-    m_state->is_abandoned = true;
     m_state->stop_flag->Set();
 }
 
