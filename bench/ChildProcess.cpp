@@ -1,5 +1,7 @@
 #include "ChildProcess.h"
 
+#include "base/Unicode.h"
+
 #include "qorv/Base.h"
 
 #include <array>
@@ -60,9 +62,9 @@ std::vector<double> RunChild(const std::wstring& i_job, const std::wstring& i_ar
     std::array<wchar_t, 1024> program{};
     GetModuleFileNameW(nullptr, program.data(), DWORD{program.size()});
     Pipe pipe = CreateInheritedPipe();
-    const Handle process =
-        Start(L"\"" + std::wstring(program.data()) + L"\" " + child_option + L" " + i_job + L" \"" + i_argument + L"\"",
-              pipe.write_end);
+    const Handle process = Start(L"\"" + std::wstring(program.data()) + L"\" " + DevHost::FromUtf8(child_option) +
+                                     L" " + i_job + L" \"" + i_argument + L"\"",
+                                 pipe.write_end);
     pipe.write_end.reset(); // Else the pipe would never end.
     std::istringstream text(ReadToEnd(pipe.read_end));
     DWORD exit_code = 1;

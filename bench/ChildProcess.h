@@ -1,12 +1,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Bench {
 
 /// The argument that makes this program a child: "--child JOB [ARGUMENT]".
-inline constexpr wchar_t child_option[] = L"--child";
+inline constexpr std::string_view child_option = "--child";
 
 /// Runs a job in a fresh process of this program and returns the numbers that it printed. Throws std::runtime_error
 /// when it fails.

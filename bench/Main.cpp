@@ -1,17 +1,18 @@
-// dropbox_bench [--quick] [--json FILE] [NAME...]: measures the module that ships, or only the topics of these names,
-// and prints a table. To be run by ./bench.sh, which sets up the service and its folders.
+// dropbox_bench: measures the module that ships and prints a table. To be run by ./bench.sh, which sets up the service
+// and its folders.
 
 #include "Benchmarks.h"
 #include "ChildProcess.h"
 #include "base/Unicode.h"
 #include "wine/WineNetwork.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <ole2.h>
-#include <stdexcept>
-#include <string_view>
+#include <set>
 
 namespace Bench {
 
@@ -22,38 +23,37 @@ constexpr int exit_usage = 2;
 constexpr int quick_rounds = 3;
 
 struct Topic {
-    std::wstring_view name;
+    const char* name;
     void (*measure)(Report&, const Effort&);
 };
 
 constexpr std::array topics{
-    Topic{L"transfer", &MeasureTransfers}, Topic{L"list", &MeasureListings}, Topic{L"memory", &MeasureListingMemory},
-    Topic{L"dialog", &MeasureDialog},      Topic{L"load", &MeasureLoading},  Topic{L"trace", &MeasureTracing},
-};
-
-struct UsageError : std::runtime_error {
-    using runtime_error::runtime_error;
+    Topic{"transfer", &MeasureTransfers}, Topic{"list", &MeasureListings}, Topic{"memory", &MeasureListingMemory},
+    Topic{"dialog", &MeasureDialog},      Topic{"load", &MeasureLoading},  Topic{"trace", &MeasureTracing},
 };
 
 struct Options {
     Effort effort;
     std::filesystem::path json;
-    std::vector<std::wstring_view> names; ///< None: all.
+    std::vector<std::string> names; ///< None: all.
 };
 
-Options ParseOptions(const std::vector<std::wstring_view>& i_arguments) {
+/// Throws a CLI::ParseError, which may be a call for help.
+Options ParseOptions(CLI::App& io_program, std::vector<std::string> i_arguments) {
     Options options;
-    for (auto argument = i_arguments.begin(); argument != i_arguments.end(); ++argument) {
-        if (*argument == L"--quick")
-            options.effort = {quick_rounds, true};
-        else if (*argument == L"--json" && std::next(argument) != i_arguments.end())
-            options.json = *++argument;
-        else if (std::ranges::find(topics, *argument, &Topic::name) != topics.end())
-            options.names.push_back(*argument);
-        else
-            throw UsageError("unknown: " + DevHost::ToUtf8(*argument) +
-                             "\nusage: [--quick] [--json FILE] [transfer] [list] [memory] [dialog] [load] [trace]");
-    }
+    bool is_quick = false;
+    std::string json;
+    std::set<std::string> known;
+    for (const Topic& topic : topics)
+        known.insert(topic.name);
+    io_program.add_flag("--quick", is_quick, "fewer rounds, and fewer bytes");
+    io_program.add_option("--json", json, "write the figures to this file too")->type_name("FILE");
+    io_program.add_option("NAME", options.names, "topics; by default all of them")->check(CLI::IsMember(known));
+    std::ranges::reverse(i_arguments); // The parser takes them from the end.
+    io_program.parse(std::move(i_arguments));
+    if (is_quick)
+        options.effort = {quick_rounds, true};
+    options.json = DevHost::FromUtf8(json);
     return options;
 }
 
@@ -67,15 +67,21 @@ void RunTopics(const Options& i_options) {
         report.Write(i_options.json);
 }
 
-void RunChildJob(std::wstring_view i_job, std::wstring_view i_argument) {
-    AnswerParent(i_job == L"list" ? ListInChild(std::wstring(i_argument)) : LoadInChild());
-}
-
-void Run(const std::vector<std::wstring_view>& i_arguments) {
-    if (i_arguments.size() == 3 && i_arguments.front() == child_option)
-        RunChildJob(i_arguments[1], i_arguments[2]);
-    else
-        RunTopics(ParseOptions(i_arguments));
+/// Returns the exit code.
+int Run(const std::vector<std::string>& i_arguments) {
+    if (i_arguments.size() == 3 && i_arguments.front() == child_option) {
+        AnswerParent(i_arguments[1] == "list" ? ListInChild(DevHost::FromUtf8(i_arguments[2])) : LoadInChild());
+        return 0;
+    }
+    CLI::App program("Measures the module that ships and prints a table. ./bench.sh sets up what it needs.",
+                     "dropbox_bench");
+    program.allow_windows_style_options(false);
+    try {
+        RunTopics(ParseOptions(program, i_arguments));
+        return 0;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : exit_usage;
+    }
 }
 
 } // namespace
@@ -83,16 +89,14 @@ void Run(const std::vector<std::wstring_view>& i_arguments) {
 
 int wmain(int i_count, wchar_t** i_arguments) {
     OleInitialize(nullptr);
-    int result = 0;
+    int result = Bench::exit_failed;
     try {
         DevHost::RedirectWinInet();
-        Bench::Run({i_arguments + 1, i_arguments + i_count});
-    } catch (const Bench::UsageError& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        result = Bench::exit_usage;
+        std::vector<std::string> arguments;
+        std::transform(i_arguments + 1, i_arguments + i_count, std::back_inserter(arguments), DevHost::ToUtf8);
+        result = Bench::Run(arguments);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "error: %s\n", error.what());
-        result = Bench::exit_failed;
     }
     OleUninitialize();
     return result;

@@ -10,13 +10,17 @@ add_compile_options("-fmacro-prefix-map=${PROJECT_SOURCE_DIR}=." "-fdebug-prefix
 # The runtimes are linked in: a module imports only what Windows ships.
 add_link_options(-static)
 
-# RapidJSON is headers only, but stands where a cross compiler does not look.
-find_path(RAPIDJSON_INCLUDE_DIR rapidjson/document.h PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-set(RAPIDJSON_COPY "${CMAKE_BINARY_DIR}/include")
-file(MAKE_DIRECTORY "${RAPIDJSON_COPY}")
-file(CREATE_LINK "${RAPIDJSON_INCLUDE_DIR}/rapidjson" "${RAPIDJSON_COPY}/rapidjson" SYMBOLIC)
-add_library(rapidjson INTERFACE)
-target_include_directories(rapidjson SYSTEM INTERFACE "${RAPIDJSON_COPY}")
+# Libraries that are headers only stand where a cross compiler does not look.
+set(HEADER_LIBRARIES "${CMAKE_BINARY_DIR}/include")
+file(MAKE_DIRECTORY "${HEADER_LIBRARIES}")
+function(add_header_library NAME FOLDER HEADER)
+    find_path(${NAME}_INCLUDE_DIR ${FOLDER}/${HEADER} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    file(CREATE_LINK "${${NAME}_INCLUDE_DIR}/${FOLDER}" "${HEADER_LIBRARIES}/${FOLDER}" SYMBOLIC)
+    add_library(${NAME} INTERFACE)
+    target_include_directories(${NAME} SYSTEM INTERFACE "${HEADER_LIBRARIES}")
+endfunction()
+add_header_library(rapidjson rapidjson document.h)
+add_header_library(cli11 CLI CLI.hpp)
 
 # The platform's and the library's headers take four fifths of a compilation: they are compiled once for each set of
 # options, and every target says `target_precompile_headers(NAME REUSE_FROM platform_headers)`. None of our own are among

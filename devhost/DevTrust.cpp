@@ -2,11 +2,15 @@
 // service's certificate; and takes it out again. A program of its own because WinINet reads the trusted authorities
 // once per process, at its first TLS connection.
 
+#include "base/LocalFile.h"
+#include "base/Unicode.h"
 #include "wine/WineNetwork.h"
+
+#include <CLI/CLI.hpp>
 
 #include <wincrypt.h>
 
-#include <array>
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
@@ -25,19 +29,6 @@ struct FreeCertificate {
     void operator()(const CERT_CONTEXT* i_certificate) const { CertFreeCertificateContext(i_certificate); }
 };
 using Certificate = std::unique_ptr<const CERT_CONTEXT, FreeCertificate>;
-
-std::string ReadWholeFile(const wchar_t* i_path) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(_wfopen(i_path, L"rb"), &std::fclose);
-    if (!file) {
-        throw std::runtime_error("the file cannot be read");
-    }
-    std::string text;
-    std::array<char, 4096> block{};
-    while (const size_t size = std::fread(block.data(), 1, block.size(), file.get())) {
-        text.append(block.data(), size);
-    }
-    return text;
-}
 
 /// The certificates of a PEM file, which may hold more than one.
 std::vector<Certificate> ParseCertificates(std::string_view i_pem) {
@@ -89,29 +80,41 @@ void Remove(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
     }
 }
 
+/// Throws a CLI::ParseError for arguments that cannot be understood.
+void Run(CLI::App& io_program, const std::vector<std::string>& i_arguments) {
+    io_program.allow_windows_style_options(false); // The file may begin with a "/".
+    std::string file;
+    const auto add_command = [&](const char* i_name, const std::string& i_summary) {
+        auto* const command = io_program.add_subcommand(i_name, i_summary);
+        command->add_option("CA.PEM", file)->required();
+        return command;
+    };
+    const auto* const add = add_command("add", "trust the authorities in a file");
+    add_command("remove", "take them out again");
+    io_program.require_subcommand(1);
+    io_program.parse(std::vector(i_arguments.rbegin(), i_arguments.rend())); // The parser takes them from the end.
+    if (!DevHost::IsWine())
+        throw std::runtime_error("works in a private Wine prefix only. Windows would ask you to trust this authority "
+                                 "for everything you do; import the file by hand if that is what you want");
+    const std::vector<Certificate> certificates = ParseCertificates(DevHost::ReadWholeFile(DevHost::FromUtf8(file)));
+    const Store store = OpenTrustedAuthorities();
+    for (const Certificate& certificate : certificates)
+        (add->parsed() ? &Add : &Remove)(store.get(), certificate.get());
+}
+
 } // namespace
 
 int wmain(int i_count, wchar_t** i_arguments) {
-    const std::wstring_view command = i_count == 3 ? i_arguments[1] : L"";
-    if (command != L"add" && command != L"remove") {
-        std::fputs("usage: devtrust add|remove CA.PEM\n", stderr);
-        return 2;
-    }
-    if (!DevHost::IsWine()) {
-        std::fputs("devtrust: works in a private Wine prefix only. Windows would ask you to trust this authority for "
-                   "everything you do; import the file by hand if that is what you want.\n",
-                   stderr);
-        return 1;
-    }
+    CLI::App program("Makes certificate authorities trusted in the private Wine prefix.", "devtrust");
     try {
-        const std::vector<Certificate> certificates = ParseCertificates(ReadWholeFile(i_arguments[2]));
-        const Store store = OpenTrustedAuthorities();
-        for (const Certificate& certificate : certificates) {
-            (command == L"add" ? &Add : &Remove)(store.get(), certificate.get());
-        }
+        std::vector<std::string> arguments;
+        std::transform(i_arguments + 1, i_arguments + i_count, std::back_inserter(arguments), DevHost::ToUtf8);
+        Run(program, arguments);
         return 0;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : 2;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "devtrust: %s: %ls\n", error.what(), i_arguments[2]);
+        std::fprintf(stderr, "devtrust: %s\n", error.what());
         return 1;
     }
 }

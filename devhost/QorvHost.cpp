@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr int exit_failed = 1;
-constexpr int exit_usage = 2;
-
 Qorv::ComPtr<DevHost::CancelFlag> g_cancel_flag;
 
 /// The first Ctrl+C ends the running operation in order, the second one the program.
@@ -34,7 +31,7 @@ std::wstring WindowScriptFile() {
     return {file.data(), length < file.size() ? length : 0};
 }
 
-int Run(const DevHost::Options& i_options) {
+int Run(const DevHost::CommandLine& i_line) {
     DevHost::RedirectWinInet();
     std::optional<DevHost::BrowserRegistration> own_browser;
     if (DevHost::IsWine()) // Its browser cannot show a page.
@@ -42,11 +39,11 @@ int Run(const DevHost::Options& i_options) {
     std::optional<DevHost::WindowScript> script;
     if (const std::wstring file = WindowScriptFile(); !file.empty())
         script.emplace(file);
-    DevHost::Shell shell(i_options, g_cancel_flag);
-    const int result = shell.Execute(i_options.command);
+    DevHost::Shell shell(i_line.ProgramOptions(), g_cancel_flag);
+    const int result = shell.Execute(i_line);
     const int end = shell.Finish();
     if (script && script->HasFailed())
-        return exit_failed;
+        return DevHost::exit_failed;
     return end != 0 ? end : result;
 }
 
@@ -57,12 +54,12 @@ int wmain(int i_count, wchar_t** i_arguments) {
     OleInitialize(nullptr);
     g_cancel_flag = Qorv::Create<DevHost::CancelFlag>();
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
-    int result = exit_failed;
+    int result = DevHost::exit_failed;
     try {
-        result = Run(DevHost::ParseOptions({i_arguments + 1, i_arguments + i_count}));
+        result = Run(DevHost::CommandLine({i_arguments + 1, i_arguments + i_count}));
     } catch (const DevHost::UsageError& error) {
-        DevHost::Output(false).Note(error.Text());
-        result = exit_usage;
+        DevHost::Output(false).Note(DevHost::FromUtf8(error.what()));
+        result = DevHost::exit_usage;
     } catch (const std::exception& error) {
         DevHost::Output(false).Note(DevHost::FromUtf8(error.what()));
     }

@@ -1,7 +1,9 @@
 #include "Options.h"
 
 #include <algorithm>
-#include <charconv>
+#include <limits>
+
+#include <CLI/CLI.hpp>
 
 namespace DevService {
 
@@ -10,23 +12,12 @@ namespace {
 constexpr std::string_view DefaultUser = "Dana Sample";
 constexpr std::string_view DefaultPassword = "sample";
 
-/// @param i_wanted the option and what it takes, for the message
-template <class Number>
-Number ParseNumber(const std::string& i_text, std::string_view i_wanted) {
-    Number number = 0;
-    const auto [end, error] = std::from_chars(i_text.data(), i_text.data() + i_text.size(), number);
-    if (error != std::errc() || end != i_text.data() + i_text.size())
-        throw UsageError(std::string(i_wanted) + ", not \"" + i_text + "\"");
-    return number;
-}
+using Texts = std::vector<std::string>;
 
 /// The i-th folder belongs to the i-th name and password.
-std::vector<Options::User> MakeUsers(const std::vector<std::string>& i_roots, const std::vector<std::string>& i_names,
-                                     const std::vector<std::string>& i_passwords) {
-    if (i_roots.empty())
-        throw UsageError("--root FOLDER is missing: which folder shall be served?");
+std::vector<Options::User> MakeUsers(const Texts& i_roots, const Texts& i_names, const Texts& i_passwords) {
     if (i_names.size() > i_roots.size() || i_passwords.size() > i_roots.size())
-        throw UsageError("there are more users or passwords than --root folders");
+        throw CLI::ValidationError("--user and --password", "there are more of them than --root folders");
     std::vector<Options::User> users;
     for (std::size_t i = 0; i < i_roots.size(); ++i) {
         const std::string default_name(DefaultUser);
@@ -37,68 +28,57 @@ std::vector<Options::User> MakeUsers(const std::vector<std::string>& i_roots, co
         user.password = i < i_passwords.size() ? i_passwords[i] : DefaultPassword;
         user.root = i_roots[i];
         if (user.name.empty() || std::ranges::find(users, user.name, &Options::User::name) != users.end())
-            throw UsageError("every --user needs a name of its own");
-        if (!std::filesystem::is_directory(user.root))
-            throw UsageError("--root " + i_roots[i] + ": there is no such folder");
+            throw CLI::ValidationError("--user", "every account needs a name of its own");
         users.push_back(std::move(user));
     }
     return users;
 }
 
-} // namespace
-
-std::string_view Options::Help() {
-    return R"(usage: devservice --root FOLDER [--user NAME] [--password TEXT] ... [options]
-
-Serves folders of this machine as accounts of the storage service, to programs on
-this machine only. Reach it as an HTTPS proxy; docs/devservice.md tells more.
-
-  --root FOLDER     the folder of an account; once for each account
-  --user NAME       name of the account of the same place in order
-                    (default: "Dana Sample", then "Dana Sample 2" and so on)
-  --password TEXT   its password on the sign-in page (default: "sample")
-  --port N          port on 127.0.0.1 (default: 0, a free one)
-  --state DIR       folder for "address", "ca.pem", "token" and "token.1", ...
-                    (default: a new folder among the temporary files)
-  --max-upload N    bytes of content in one request (default: 157286400, the
-                    150 MiB of the public service)
-  --help            shows this text
-
-SIGINT and SIGTERM end it.
-)";
+Texts TextsOf(const CLI::App& i_program, const char* i_name) {
+    return i_program.count(i_name) == 0 ? Texts() : i_program[i_name]->as<Texts>();
 }
 
-Options Options::Parse(std::span<const char* const> i_arguments) {
-    Options options;
-    std::vector<std::string> roots, names, passwords;
-    for (std::size_t i = 0; i < i_arguments.size(); ++i) {
-        const std::string_view option = i_arguments[i];
-        if (option == "--help" || option == "-h") {
-            options.is_help_wanted = true;
-            return options;
-        }
-        const auto value = [&]() -> std::string {
-            if (i + 1 == i_arguments.size())
-                throw UsageError(std::string(option) + " wants a value");
-            return i_arguments[++i];
-        };
-        if (option == "--root")
-            roots.push_back(value());
-        else if (option == "--user")
-            names.push_back(value());
-        else if (option == "--password")
-            passwords.push_back(value());
-        else if (option == "--port")
-            options.port = ParseNumber<std::uint16_t>(value(), "--port wants a number from 0 to 65535");
-        else if (option == "--max-upload")
-            options.max_upload = ParseNumber<std::uint64_t>(value(), "--max-upload wants a number of bytes");
-        else if (option == "--state")
-            options.state_folder = value();
-        else
-            throw UsageError("unknown option \"" + std::string(option) + "\"");
-    }
-    options.users = MakeUsers(roots, names, passwords);
-    return options;
+} // namespace
+
+void Options::AddTo(CLI::App& io_program) {
+    const auto add_texts = [&](const char* i_name, const char* const i_meaning) {
+        return io_program.add_option(i_name, i_meaning)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    };
+    io_program.name("devservice");
+    io_program.set_help_flag("-h,--help", "show this text");
+    io_program.failure_message([](const CLI::App*, const CLI::Error& i_error) {
+        return "devservice: " + std::string(i_error.what()) + ". Try: devservice --help\n";
+    });
+    io_program.description(
+        "Serves folders of this machine as accounts of the storage service, to programs on this\n"
+        "machine only. Use it as an HTTPS proxy; see docs/devservice.md. SIGINT and SIGTERM end it.");
+    add_texts("--root", "the folder of an account; once for each account")
+        ->required()
+        ->check(CLI::Validator(CLI::ExistingDirectory).description(""))
+        ->type_name("FOLDER");
+    add_texts("--user", "the name of an account, in the order of the folders;\n"
+                        "by default \"Dana Sample\", then \"Dana Sample 2\" and so on")
+        ->type_name("NAME");
+    add_texts("--password", "its password on the sign-in page; by default \"sample\"")->type_name("TEXT");
+    io_program.add_option("--port", port, "the port on 127.0.0.1; by default 0, a free one")
+        ->check(CLI::Range(0, 65535).description(""))
+        ->type_name("N");
+    io_program
+        .add_option("--state", "the folder for \"address\", \"ca.pem\", \"token\", \"token.1\" and so on;\n"
+                               "by default a new one among the temporary files")
+        ->type_name("DIR");
+    io_program
+        .add_option("--max-upload", max_upload,
+                    "bytes of content in one request;\n"
+                    "by default 157286400, the 150 MiB of the public service")
+        ->check(CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description(""))
+        ->type_name("N");
+    io_program.callback([this, &io_program] {
+        users =
+            MakeUsers(TextsOf(io_program, "--root"), TextsOf(io_program, "--user"), TextsOf(io_program, "--password"));
+        if (io_program.count("--state") != 0)
+            state_folder = io_program["--state"]->as<std::string>();
+    });
 }
 
 } // namespace DevService

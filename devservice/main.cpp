@@ -4,6 +4,7 @@
 #include <iostream>
 #include <string>
 
+#include <CLI/CLI.hpp>
 #include <boost/asio/signal_set.hpp>
 
 #include "Encoding.h"
@@ -53,16 +54,14 @@ int Serve(const Options& i_options) {
 } // namespace
 
 int main(int i_argument_count, char** i_arguments) {
+    CLI::App program;
+    Options options;
+    options.AddTo(program);
     try {
-        const Options options = Options::Parse({i_arguments + 1, static_cast<std::size_t>(i_argument_count - 1)});
-        if (options.is_help_wanted) {
-            std::cout << Options::Help();
-            return 0;
-        }
+        program.parse(i_argument_count, i_arguments);
         return Serve(options);
-    } catch (const UsageError& error) {
-        std::cerr << "devservice: " << error.what() << "\nTry devservice --help.\n";
-        return 2;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : 2;
     } catch (const std::exception& error) {
         std::cerr << "devservice: " << error.what() << '\n';
         return 1;

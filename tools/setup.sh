@@ -7,7 +7,7 @@ source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 # x11-utils has xprop, which tells whether a display answers.
 run_packages=(
     g++ g++-mingw-w64-x86-64-posix cmake ninja-build
-    libboost-dev libssl-dev libutf8proc-dev rapidjson-dev googletest
+    libboost-dev libssl-dev libutf8proc-dev rapidjson-dev libcli11-dev googletest
     wine64 libgnutls30 ca-certificates fonts-wine fonts-liberation xvfb x11-utils
 )
 
@@ -15,7 +15,7 @@ run_packages=(
 check_packages=(clang-format clang-tidy git)
 
 # What ./package needs (GoogleTest, because the build is configured with its tests).
-package_packages=(g++-mingw-w64-x86-64-posix cmake ninja-build rapidjson-dev googletest zip git)
+package_packages=(g++-mingw-w64-x86-64-posix cmake ninja-build rapidjson-dev libcli11-dev googletest zip git)
 
 InstallRunPackages() { InstallPackages "${run_packages[@]}"; }
 InstallCheckPackages() { InstallPackages "${run_packages[@]}" "${check_packages[@]}"; }

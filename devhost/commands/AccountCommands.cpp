@@ -11,36 +11,18 @@ constexpr wchar_t id_item[] = L"UserId";
 constexpr wchar_t user_name_item[] = L"UserName";
 constexpr wchar_t token_item[] = L"Token";
 
-struct LogInArguments {
-    std::wstring token;
-    std::wstring id;
-};
-
-LogInArguments ReadArguments(const Arguments& i_arguments) {
-    LogInArguments result;
-    for (size_t i = 0; i < i_arguments.size(); ++i) {
-        if (i_arguments[i] == L"--token" && i + 1 < i_arguments.size())
-            result.token = i_arguments[++i];
-        else if (i_arguments[i].starts_with(L"-") || !result.id.empty())
-            throw UsageError();
-        else
-            result.id = i_arguments[i];
-    }
-    return result;
-}
-
 /// What the plug-in makes the account of: a saved one keeps its id, so that nobody signs in as somebody else.
-CabNode::Node SourceDictionary(Shell& io_shell, const LogInArguments& i_arguments) {
+CabNode::Node SourceDictionary(Shell& io_shell, const CommandLine& i_line) {
     const CabNode::Node source =
-        i_arguments.id.empty() ? Qorv::Create<CabNode>() : io_shell.Accounts().Get(i_arguments.id).file.Load();
-    source->Member(token_item)->SetValue(i_arguments.token); // Clear text, which the plug-in takes as it stands.
+        i_line.Has("ID") ? io_shell.Accounts().Get(i_line.Text("ID")).file.Load() : Qorv::Create<CabNode>();
+    source->Member(token_item)->SetValue(i_line.Text("--token")); // Clear text, which the plug-in takes as it stands.
     return source;
 }
 
 } // namespace
 
-void LogIn(Shell& io_shell, const Arguments& i_arguments) {
-    const CabNode::Node source = SourceDictionary(io_shell, ReadArguments(i_arguments));
+void LogIn(Shell& io_shell, const CommandLine& i_line) {
+    const CabNode::Node source = SourceDictionary(io_shell, i_line);
     const Operation operation = io_shell.Begin(L"Signing in");
     Qorv::ComPtr<Qorv::IAFS_AccountData> account;
     operation.Check(io_shell.FileSystem().CreateAccount(source, operation.Details(), operation.Cancel(), &account));
@@ -56,7 +38,7 @@ void LogIn(Shell& io_shell, const Arguments& i_arguments) {
         io_shell.Out().Line(L"Signed in as " + user_name + L" (" + id + L")");
 }
 
-void ListAccounts(Shell& io_shell, const Arguments&) {
+void ListAccounts(Shell& io_shell, const CommandLine&) {
     const std::vector<SavedAccount> accounts = io_shell.Accounts().List();
     if (io_shell.Out().IsJson()) {
         JsonValue json;
@@ -77,8 +59,8 @@ void ListAccounts(Shell& io_shell, const Arguments&) {
     io_shell.Out().Table(rows);
 }
 
-void LogOut(Shell& io_shell, const Arguments& i_arguments) {
-    const SavedAccount account = io_shell.Accounts().Get(i_arguments.front());
+void LogOut(Shell& io_shell, const CommandLine& i_line) {
+    const SavedAccount account = io_shell.Accounts().Get(i_line.Text("ID"));
     account.file.Remove();
     if (io_shell.Out().IsJson())
         io_shell.Out().Json(JsonValue().Begin().Text("id", account.id).Text("name", account.user_name).End().Done());

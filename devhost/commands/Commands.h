@@ -12,27 +12,29 @@ struct ScriptStopped {
     int exit_code;
 };
 
-/// Runs a command by its name. Throws a `UsageError` for one that is typed wrongly, a `Failure` for one that fails.
-void RunCommand(Shell& io_shell, const Arguments& i_command);
+/// Tells the parser which commands there are and what they take.
+void AddCommands(CLI::App& io_program);
 
-// The commands themselves, each with its own arguments, as many as the table of the commands allows.
-void ShowInfo(Shell& io_shell, const Arguments& i_arguments);
-void LogIn(Shell& io_shell, const Arguments& i_arguments);
-void ListAccounts(Shell& io_shell, const Arguments& i_arguments);
-void LogOut(Shell& io_shell, const Arguments& i_arguments);
-void ListFolder(Shell& io_shell, const Arguments& i_arguments);
-void ShowItem(Shell& io_shell, const Arguments& i_arguments);
-void WriteToOutput(Shell& io_shell, const Arguments& i_arguments);
-void GetFile(Shell& io_shell, const Arguments& i_arguments);
-void PutFile(Shell& io_shell, const Arguments& i_arguments);
-void MakeFolder(Shell& io_shell, const Arguments& i_arguments);
-void RemoveItem(Shell& io_shell, const Arguments& i_arguments);
-void MoveItem(Shell& io_shell, const Arguments& i_arguments);
-void RenameItem(Shell& io_shell, const Arguments& i_arguments);
-void CopyItem(Shell& io_shell, const Arguments& i_arguments);
-void OpenByDialog(Shell& io_shell, const Arguments& i_arguments);
-void SaveByDialog(Shell& io_shell, const Arguments& i_arguments);
-void RunScript(Shell& io_shell, const Arguments& i_arguments);
-void ShowHelp(Shell& io_shell, const Arguments& i_arguments);
+/// Runs a command, or shows its help. Throws a `Failure` when it fails.
+void RunCommand(Shell& io_shell, const CommandLine& i_line);
+
+// The commands themselves.
+void ShowInfo(Shell& io_shell, const CommandLine& i_line);
+void LogIn(Shell& io_shell, const CommandLine& i_line);
+void ListAccounts(Shell& io_shell, const CommandLine& i_line);
+void LogOut(Shell& io_shell, const CommandLine& i_line);
+void ListFolder(Shell& io_shell, const CommandLine& i_line);
+void ShowItem(Shell& io_shell, const CommandLine& i_line);
+void WriteToOutput(Shell& io_shell, const CommandLine& i_line);
+void GetFile(Shell& io_shell, const CommandLine& i_line);
+void PutFile(Shell& io_shell, const CommandLine& i_line);
+void MakeFolder(Shell& io_shell, const CommandLine& i_line);
+void RemoveItem(Shell& io_shell, const CommandLine& i_line);
+void MoveItem(Shell& io_shell, const CommandLine& i_line);
+void RenameItem(Shell& io_shell, const CommandLine& i_line);
+void CopyItem(Shell& io_shell, const CommandLine& i_line);
+void OpenByDialog(Shell& io_shell, const CommandLine& i_line);
+void SaveByDialog(Shell& io_shell, const CommandLine& i_line);
+void RunScript(Shell& io_shell, const CommandLine& i_line);
 
 } // namespace DevHost

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "commands/CommandLine.h"
-#include "commands/Output.h"
 #include "services/CabNode.h"
 
 #include <map>
@@ -12,18 +11,16 @@ namespace DevHost {
 
 /// What was typed behind `open-dialog` and `save-dialog`.
 struct DialogOptions {
-    /// Throws a `UsageError`.
-    static DialogOptions Parse(const Arguments& i_arguments);
-
-    /// Writes what there is to type.
-    static void Explain(const Output& i_out);
+    explicit DialogOptions(const CommandLine& i_line);
 
     /// Texts and numbers of the dialog's parameters, by their ids. What was not typed is not there.
     std::map<std::wstring, CabNode::Value> items;
-    std::wstring location = L"/";       ///< The parameters' folder to begin in.
+    std::wstring location;              ///< The parameters' folder to begin in.
     std::optional<std::wstring> folder; ///< The caller's, which goes before the parameters'.
-    bool selects_folder = false;
-    bool has_settings = false; ///< Something stands behind the options button.
+    bool has_settings = false;          ///< Something stands behind the options button.
 };
+
+/// Tells the parser the options that both commands have.
+void AddDialogOptions(CLI::App& io_command);
 
 } // namespace DevHost

@@ -41,16 +41,13 @@ void ShowAndReport(Shell& io_shell, Qorv::AFS_DlgType i_type, const DialogOption
 
 } // namespace
 
-void OpenByDialog(Shell& io_shell, const Arguments& i_arguments) {
-    const DialogOptions options = DialogOptions::Parse(i_arguments);
-    ShowAndReport(io_shell, options.selects_folder ? Qorv::AFS_Dlg_SelectFolder : Qorv::AFS_Dlg_OpenFiles, options);
+void OpenByDialog(Shell& io_shell, const CommandLine& i_line) {
+    ShowAndReport(io_shell, i_line.Has("--folder") ? Qorv::AFS_Dlg_SelectFolder : Qorv::AFS_Dlg_OpenFiles,
+                  DialogOptions(i_line));
 }
 
-void SaveByDialog(Shell& io_shell, const Arguments& i_arguments) {
-    const DialogOptions options = DialogOptions::Parse(i_arguments);
-    if (options.selects_folder)
-        throw UsageError(L"--folder is for open-dialog");
-    ShowAndReport(io_shell, Qorv::AFS_Dlg_SaveFile, options);
+void SaveByDialog(Shell& io_shell, const CommandLine& i_line) {
+    ShowAndReport(io_shell, Qorv::AFS_Dlg_SaveFile, DialogOptions(i_line));
 }
 
 } // namespace DevHost

@@ -82,7 +82,7 @@ std::vector<Row> Describe(PluginHost& i_plugin_host) {
 
 } // namespace
 
-void ShowInfo(Shell& io_shell, const Arguments&) {
+void ShowInfo(Shell& io_shell, const CommandLine&) {
     const std::vector<Row> rows = Describe(io_shell.Plugin());
     io_shell.Unload();
     if (io_shell.Out().IsJson()) {

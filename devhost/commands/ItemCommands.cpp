@@ -25,12 +25,13 @@ struct Course {
 };
 
 /// Throws a `Failure` for a source that is no file: the plug-in moves and copies no folders.
-Course ReadCourse(Shell& io_shell, const Arguments& i_arguments, const wchar_t* i_verb) {
-    const Place from = io_shell.Locations().Find(i_arguments[0]);
-    const Item item = Item::Read(io_shell.FileSystem(), from.name, io_shell.Begin(i_arguments[0]));
+Course ReadCourse(Shell& io_shell, const CommandLine& i_line, const wchar_t* i_verb) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place from = io_shell.Locations().Find(location);
+    const Item item = Item::Read(io_shell.FileSystem(), from.name, io_shell.Begin(location));
     if (item.is_folder)
-        throw Failure(E_INVALIDARG, i_arguments[0] + L": a folder cannot be " + i_verb);
-    const Place to = io_shell.Locations().Find(TargetText(i_arguments[1], item.title));
+        throw Failure(E_INVALIDARG, location + L": a folder cannot be " + i_verb);
+    const Place to = io_shell.Locations().Find(TargetText(i_line.Text("NEW-LOCATION"), item.title));
     return {from, to, DisplayPathOf(from.name), from.connection == to.connection};
 }
 
@@ -60,21 +61,23 @@ std::wstring RenamedText(const Place& i_place, const std::wstring& i_new_name) {
 
 } // namespace
 
-void MakeFolder(Shell& io_shell, const Arguments& i_arguments) {
-    const Place place = io_shell.Locations().Find(i_arguments.front());
-    const Operation operation = io_shell.Begin(i_arguments.front());
+void MakeFolder(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place place = io_shell.Locations().Find(location);
+    const Operation operation = io_shell.Begin(location);
     operation.Check(io_shell.FileSystem().CreateFolder(place.name, operation.Details(), operation.Cancel()));
     Report(io_shell.Out(), L"Made the folder " + DisplayPathOf(place.name), LocationOf(place.name));
 }
 
-void RemoveItem(Shell& io_shell, const Arguments& i_arguments) {
-    const Place place = io_shell.Locations().Find(i_arguments.front());
-    Delete(io_shell, place.name, i_arguments.front());
+void RemoveItem(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place place = io_shell.Locations().Find(location);
+    Delete(io_shell, place.name, location);
     Report(io_shell.Out(), L"Removed " + DisplayPathOf(place.name), LocationOf(place.name));
 }
 
-void MoveItem(Shell& io_shell, const Arguments& i_arguments) {
-    const Course course = ReadCourse(io_shell, i_arguments, L"moved; rename may do what you want");
+void MoveItem(Shell& io_shell, const CommandLine& i_line) {
+    const Course course = ReadCourse(io_shell, i_line, L"moved; rename may do what you want");
     if (course.is_same_account) {
         const Operation operation = io_shell.Begin(course.from_path);
         operation.Check(
@@ -87,17 +90,18 @@ void MoveItem(Shell& io_shell, const Arguments& i_arguments) {
     Report(io_shell.Out(), L"Moved " + course.from_path + L" to " + DisplayPathOf(now), LocationOf(now));
 }
 
-void RenameItem(Shell& io_shell, const Arguments& i_arguments) {
-    const Place place = io_shell.Locations().Find(i_arguments[0]);
+void RenameItem(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place place = io_shell.Locations().Find(location);
     const std::wstring old_path = DisplayPathOf(place.name);
-    const auto new_name = io_shell.Locations().NameIn(*place.connection, RenamedText(place, i_arguments[1]));
-    const Operation operation = io_shell.Begin(i_arguments[0]);
+    const auto new_name = io_shell.Locations().NameIn(*place.connection, RenamedText(place, i_line.Text("NEW-NAME")));
+    const Operation operation = io_shell.Begin(location);
     operation.Check(io_shell.FileSystem().Rename(place.name, new_name, operation.Details(), operation.Cancel()));
     Report(io_shell.Out(), L"Renamed " + old_path + L" to " + DisplayPathOf(place.name), LocationOf(place.name));
 }
 
-void CopyItem(Shell& io_shell, const Arguments& i_arguments) {
-    const Course course = ReadCourse(io_shell, i_arguments, L"copied");
+void CopyItem(Shell& io_shell, const CommandLine& i_line) {
+    const Course course = ReadCourse(io_shell, i_line, L"copied");
     if (course.is_same_account) {
         const Operation operation = io_shell.Begin(course.from_path);
         operation.Check(

@@ -59,14 +59,10 @@ void ShowTable(const Output& i_out, const std::vector<Item>& i_items) {
 
 } // namespace
 
-void ListFolder(Shell& io_shell, const Arguments& i_arguments) {
-    const bool is_recursive = !i_arguments.empty() && i_arguments.front() == L"-R";
-    const size_t first = is_recursive ? 1 : 0;
-    if (i_arguments.size() > first + 1)
-        throw UsageError();
-    const Place place = io_shell.Locations().Find(i_arguments.size() > first ? i_arguments[first] : L"/");
+void ListFolder(Shell& io_shell, const CommandLine& i_line) {
+    const Place place = io_shell.Locations().Find(i_line.Has("LOCATION") ? i_line.Text("LOCATION") : L"/");
     std::vector<Item> items;
-    CollectItems(io_shell, place.name, {}, is_recursive, items);
+    CollectItems(io_shell, place.name, {}, i_line.Has("-R"), items);
     if (!io_shell.Out().IsJson()) {
         ShowTable(io_shell.Out(), items);
         return;
@@ -78,9 +74,10 @@ void ListFolder(Shell& io_shell, const Arguments& i_arguments) {
     io_shell.Out().Json(json.EndArray().Done());
 }
 
-void ShowItem(Shell& io_shell, const Arguments& i_arguments) {
-    const Place place = io_shell.Locations().Find(i_arguments.front());
-    const Item item = Item::Read(io_shell.FileSystem(), place.name, io_shell.Begin(i_arguments.front()));
+void ShowItem(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place place = io_shell.Locations().Find(location);
+    const Item item = Item::Read(io_shell.FileSystem(), place.name, io_shell.Begin(location));
     if (io_shell.Out().IsJson()) {
         JsonValue json;
         item.Write(json);

@@ -6,11 +6,6 @@
 namespace DevHost {
 namespace {
 
-constexpr int exit_ok = 0;
-constexpr int exit_failed = 1;
-constexpr int exit_usage = 2;
-constexpr int exit_leak = 3;
-
 constexpr wchar_t trace_key[] = L"Software\\Talvern Soft\\QorvEditor\\3.0\\Debug";
 constexpr wchar_t trace_value[] = L"DropboxLog";
 
@@ -22,13 +17,10 @@ Shell::Shell(Options i_options, CancelFlag* i_cancel_flag)
     , m_output(m_options.is_json)
     , m_accounts(m_options.profile) {}
 
-int Shell::Execute(const Arguments& i_command) {
+int Shell::Execute(const CommandLine& i_line) {
     try {
-        RunCommand(*this, i_command);
+        RunCommand(*this, i_line);
         return exit_ok;
-    } catch (const UsageError& error) {
-        m_output.Note(error.Text());
-        return exit_usage;
     } catch (const LeakFailure& failure) {
         m_output.Error(failure);
         return exit_leak;

@@ -11,6 +11,12 @@
 
 namespace DevHost {
 
+// What the program ends with.
+constexpr int exit_ok = 0;
+constexpr int exit_failed = 1;
+constexpr int exit_usage = 2; ///< The command line cannot be understood.
+constexpr int exit_leak = 3;  ///< The plug-in left something behind.
+
 /// What the commands work with. The plug-in is loaded, and accounts are bound, when a command first needs them.
 class Shell {
 public:
@@ -18,12 +24,11 @@ public:
     Shell(Options i_options, CancelFlag* i_cancel_flag);
 
     /// Runs one command and reports its failure. Returns the program's exit code for it.
-    int Execute(const Arguments& i_command);
+    int Execute(const CommandLine& i_line);
 
     /// Unloads the plug-in, if it was loaded, and reports what it left behind. Returns the program's exit code for it.
     int Finish();
 
-    const Options& GetOptions() const noexcept { return m_options; }
     const Output& Out() const noexcept { return m_output; }
     const AccountStore& Accounts() const noexcept { return m_accounts; }
     PluginHost& Plugin();

@@ -57,19 +57,21 @@ void Report(const Output& i_out, const std::wstring& i_sentence, const std::wstr
 
 } // namespace
 
-void WriteToOutput(Shell& io_shell, const Arguments& i_arguments) {
-    const Place place = io_shell.Locations().Find(i_arguments.front());
-    const Operation operation = io_shell.Begin(i_arguments.front());
+void WriteToOutput(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const Place place = io_shell.Locations().Find(location);
+    const Operation operation = io_shell.Begin(location);
     const auto file = OpenForReading(io_shell, place.name, operation);
     Transfer([&](void* o_data, ULONG i_size) { return file->Read(o_data, i_size); },
              [&](std::uint64_t, const void* i_data, ULONG i_size) { io_shell.Out().Bytes(i_data, i_size); });
     file->Close();
 }
 
-void GetFile(Shell& io_shell, const Arguments& i_arguments) {
-    const fs::path target = i_arguments[1];
-    const Place place = io_shell.Locations().Find(i_arguments[0]);
-    const Operation operation = io_shell.Begin(i_arguments[0]);
+void GetFile(Shell& io_shell, const CommandLine& i_line) {
+    const std::wstring location = i_line.Text("LOCATION");
+    const fs::path target = i_line.Text("FILE");
+    const Place place = io_shell.Locations().Find(location);
+    const Operation operation = io_shell.Begin(location);
     const auto file = OpenForReading(io_shell, place.name, operation);
     Replacement replacement(target);
     const std::uint64_t bytes = Transfer([&](void* o_data, ULONG i_size) { return file->Read(o_data, i_size); },
@@ -82,11 +84,12 @@ void GetFile(Shell& io_shell, const Arguments& i_arguments) {
            LocationOf(place.name), bytes);
 }
 
-void PutFile(Shell& io_shell, const Arguments& i_arguments) {
-    const fs::path source_path = i_arguments[0];
+void PutFile(Shell& io_shell, const CommandLine& i_line) {
+    const fs::path source_path = i_line.Text("FILE");
     RefuseFolder(source_path);
     LocalFile source(source_path, LocalFile::Mode::Read);
-    const Place place = io_shell.Locations().Find(TargetText(i_arguments[1], source_path.filename().wstring()));
+    const Place place =
+        io_shell.Locations().Find(TargetText(i_line.Text("LOCATION"), source_path.filename().wstring()));
     const Operation operation = io_shell.Begin(DisplayPathOf(place.name));
     const auto file = OpenForReplacing(io_shell, place.name, operation);
     std::uint64_t position = 0;

@@ -13,19 +13,75 @@ namespace Tests {
 namespace {
 
 using DevHost::Arguments;
+using DevHost::CommandLine;
+using DevHost::DialogOptions;
+
+CommandLine Parse(Arguments i_words) {
+    return CommandLine(i_words);
+}
+
+/// What is said about words that are not understood.
+std::string Complaint(const Arguments& i_words, CommandLine::Origin i_origin = CommandLine::Origin::Program) {
+    try {
+        const CommandLine line(i_words, i_origin);
+        return line.Help().empty() ? "none" : "help";
+    } catch (const DevHost::UsageError& error) {
+        return error.what();
+    }
+}
 
 TEST(CommandLineTest, TakesOptionsAnywhereBeforeTheirEnd) {
-    const DevHost::Options options = DevHost::ParseOptions(
-        {L"--json", L"ls", L"-R", L"--user", L"id", L"--trace", L"file", L"/a", L"--", L"--json"});
+    const CommandLine line({L"--json", L"ls", L"-R", L"--user", L"-id", L"--trace", L"file", L"--", L"--json"});
+    EXPECT_EQ(line.Name(), "ls");
+    EXPECT_TRUE(line.Has("-R"));
+    EXPECT_EQ(line.Text("LOCATION"), L"--json");
+    const DevHost::Options options = line.ProgramOptions();
     EXPECT_TRUE(options.is_json);
-    EXPECT_EQ(options.user, L"id");
+    EXPECT_EQ(options.user, L"-id");
     EXPECT_EQ(options.trace, 2u);
-    EXPECT_EQ(options.command, (Arguments{L"ls", L"-R", L"/a", L"--json"}));
     EXPECT_TRUE(options.profile.is_absolute());
     EXPECT_EQ(options.module.filename(), L"Dropbox.qvp");
-    EXPECT_FALSE(DevHost::ParseOptions({L"ls"}).trace.has_value());
-    EXPECT_THROW(DevHost::ParseOptions({L"ls", L"--user"}), DevHost::UsageError);
-    EXPECT_THROW(DevHost::ParseOptions({L"--trace", L"loud"}), DevHost::UsageError);
+    EXPECT_FALSE(Parse({L"ls"}).ProgramOptions().trace.has_value());
+    EXPECT_FALSE(Parse({L"ls"}).Has("LOCATION"));
+    EXPECT_EQ(Parse({L"ls", L"--user", L"a", L"--user", L"b"}).ProgramOptions().user, L"b");
+}
+
+TEST(CommandLineTest, PassesOperandsOnAsTheyWereTyped) {
+    for (const wchar_t* const name :
+         {L"/a", L"rename", L"help", L"", L"[a,b]", L"{a}", L"\"a\"", L"%a;b", L"\u65E5\u672C \U0001F600.pdf",
+          L"C:\\new\\table", L"half \xD83D", L"\xDE00\xD83D", L"Übung \uFFFD", L"a=b"}) {
+        const auto line = Parse({L"rename", L"/b", name});
+        EXPECT_EQ(line.Text("LOCATION"), L"/b");
+        EXPECT_EQ(line.Text("NEW-NAME"), name);
+        EXPECT_EQ(Parse({L"save-dialog", L"--name", name}).Text("--name"), name);
+    }
+}
+
+TEST(CommandLineTest, SaysWhatIsWrong) {
+    struct Row {
+        Arguments words;
+        const char* text;
+    };
+    for (const Row& row : {
+             Row{{}, "A command is missing. Try: qorvhost --help"},
+             Row{{L"lss", L"/"}, "There is no command \"lss\". Try: qorvhost --help"},
+             Row{{L"help", L"lss"}, "There is no command \"lss\". Try: qorvhost --help"},
+             Row{{L"--colour"}, "There is no option \"--colour\". Try: qorvhost --help"},
+             Row{{L"get", L"/a"}, "FILE is required. Try: qorvhost get --help"},
+             Row{{L"rm", L"/a", L"/b"}, "The following argument was not expected: /b. Try: qorvhost rm --help"},
+             Row{{L"save-dialog", L"--folder"},
+                 "The following argument was not expected: --folder. "
+                 "Try: qorvhost save-dialog --help"},
+             Row{{L"ls", L"--user"}, "--user: 1 required ID missing. Try: qorvhost ls --help"},
+             Row{{L"--trace", L"loud", L"ls"}, "--trace: loud not in {off,debugger,file}. Try: qorvhost ls --help"},
+             Row{{L"\u65E5\U0001F600"}, "There is no command \"\u65E5\U0001F600\". Try: qorvhost --help"},
+             Row{{L"--help"}, "help"},
+             Row{{L"help", L"get"}, "help"},
+             Row{{L"get", L"-h"}, "help"},
+         })
+        EXPECT_EQ(Complaint(row.words), row.text);
+    EXPECT_NE(Complaint({L"--json", L"ls"}, CommandLine::Origin::Script), "none")
+        << "a script's line has no such options";
 }
 
 TEST(CommandLineTest, SplitsLines) {
@@ -45,20 +101,21 @@ TEST(CommandLineTest, SplitsLines) {
 }
 
 TEST(DialogOptionsTest, GivesOnlyWhatWasTyped) {
-    const auto nothing = DevHost::DialogOptions::Parse({});
+    const DialogOptions nothing(Parse({L"open-dialog"}));
     EXPECT_TRUE(nothing.items.empty()) << "the plug-in has values of its own for what is missing";
     EXPECT_EQ(nothing.location, L"/");
     EXPECT_FALSE(nothing.folder.has_value());
 
-    const auto options = DevHost::DialogOptions::Parse(
-        {L"--several", L"--title", L"--in", L"--in", L"/B", L"/A", L"--flags", L"0x10", L"--filter-index", L"-1"});
+    const DialogOptions options(Parse({L"open-dialog", L"--several", L"--title", L"--in", L"--in", L"/B", L"/A",
+                                       L"--flags", L"0x10", L"--filter-index", L"-1"}));
     EXPECT_EQ(options.items.size(), 3u);
     EXPECT_EQ(std::get<LONG>(options.items.at(L"Flags")), 17);
     EXPECT_EQ(std::get<LONG>(options.items.at(L"FileFilterIndex")), -1);
     EXPECT_EQ(std::get<std::wstring>(options.items.at(L"Title")), L"--in");
     EXPECT_EQ(options.location, L"/A");
     EXPECT_EQ(options.folder, L"/B");
-    EXPECT_EQ(std::get<LONG>(DevHost::DialogOptions::Parse({L"--flags", L"0xFFFFFFFF"}).items.at(L"Flags")), -1);
+    const DialogOptions all(Parse({L"save-dialog", L"--flags", L"0xFFFFFFFF"}));
+    EXPECT_EQ(std::get<LONG>(all.items.at(L"Flags")), -1);
 
     for (const Arguments& wrong : {Arguments{L"--titel", L"x"},
                                    {L"/A", L"/B"},
@@ -66,8 +123,11 @@ TEST(DialogOptionsTest, GivesOnlyWhatWasTyped) {
                                    {L"--flags", L""},
                                    {L"--flags", L"1x"},
                                    {L"--flags", L"0x1FFFFFFFF"},
-                                   {L"--filter-index", L"first"}})
-        EXPECT_THROW(DevHost::DialogOptions::Parse(wrong), DevHost::UsageError) << wrong.front().c_str();
+                                   {L"--filter-index", L"first"}}) {
+        Arguments words{L"open-dialog"};
+        words.insert(words.end(), wrong.begin(), wrong.end());
+        EXPECT_NE(Complaint(words), "none") << wrong.front().c_str();
+    }
 }
 
 TEST(AccountStoreTest, KeepsOneDictionaryAnAccountInTheOrderOfSaving) {

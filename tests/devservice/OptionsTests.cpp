@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
 #include "Options.h"
@@ -21,23 +22,31 @@ TEST(Options, ReadsCommandLines) {
         {{"--root", f}, "Dana Sample/sample "},
         {{"--root", f, "--user", "A", "--password", "p", "--root", f}, "A/p Dana Sample 2/sample "},
         {{"--user", "A", "--user", "B", "--root", f, "--root", f, "--port", "65535"}, "A/sample B/sample "},
-        {{}, "--root FOLDER is missing"},
-        {{"--root"}, "--root wants a value"},
-        {{"--root", "/no/such/folder"}, "--root /no/such/folder: there is no such folder"},
-        {{"--root", f, "--user", "A", "--user", "B"}, "there are more users"},
-        {{"--root", f, "--root", f, "--user", "A", "--user", "A"}, "every --user needs a name of its own"},
-        {{"--root", f, "--port", "65536"}, "--port wants a number"},
-        {{"--root", f, "--port", "80x"}, "--port wants a number"},
-        {{"--root", f, "--max-upload", "256M"}, "--max-upload wants a number of bytes, not \"256M\""},
+        {{}, "--root is required"},
+        {{"--root"}, "--root: 1 required FOLDER missing"},
+        {{"--root", "/no/such/folder"}, "--root: Directory does not exist: /no/such/folder"},
+        {{"--root", f, "--user", "A", "--user", "B"},
+         "--user and --password: there are more of them than --root folders"},
+        {{"--root", f, "--root", f, "--user", "A", "--user", "A"}, "--user: every account needs a name of its own"},
+        {{"--root", f, "--port", "65536"}, "--port: Value 65536 not in range"},
+        {{"--root", f, "--port", "80x"}, "--port: Value 80x not in range"},
+        {{"--root", f, "--max-upload", "256M"}, "--max-upload: Value 256M not in range"},
+        {{"--root", f, "/var"}, "The following argument was not expected: /var"},
+        {{"--root", f, "--password", "-p", "--user", "[A,B]"}, "[A,B]/-p "},
         {{"--root", f, "--max-upload", "268435456"}, "Dana Sample/sample "},
-        {{"--root", f, "--verbose"}, "unknown option \"--verbose\""},
+        {{"--root", f, "--verbose"}, "The following argument was not expected: --verbose"},
     };
     for (const Row& row : rows) {
         std::string users;
         try {
-            for (const Options::User& user : Options::Parse(row.arguments).users)
+            CLI::App program;
+            Options options;
+            options.AddTo(program);
+            program.parse(
+                std::vector<std::string>(row.arguments.rbegin(), row.arguments.rend())); // It takes them from the end.
+            for (const Options::User& user : options.users)
                 users += user.name + "/" + user.password + " ";
-        } catch (const DevService::UsageError& error) {
+        } catch (const CLI::ParseError& error) {
             users = error.what();
         }
         EXPECT_TRUE(users.starts_with(row.users)) << users << " instead of " << row.users;

@@ -77,7 +77,7 @@ protected:
         OleUninitialize();
     }
 
-    int Run(const DevHost::Arguments& i_command) { return m_shell->Execute(i_command); }
+    int Run(const DevHost::Arguments& i_command) { return m_shell->Execute(DevHost::CommandLine(i_command)); }
 
     int Put(const std::wstring& i_path, const std::string& i_content) {
         WriteBytes(LocalFile(), i_content);

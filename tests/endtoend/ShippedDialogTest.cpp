@@ -83,7 +83,7 @@ ShippedDialogTest::ShippedDialogTest() {
     options.module = ModulePath();
     m_shell.emplace(options, Qorv::Create<DevHost::CancelFlag>());
     const std::string token = Service::IssueToken();
-    if (m_shell->Execute({L"login", L"--token", std::wstring(token.begin(), token.end())}) != 0)
+    if (m_shell->Execute(DevHost::CommandLine({L"login", L"--token", {token.begin(), token.end()}})) != 0)
         throw std::runtime_error("the account cannot be saved");
     m_id = m_shell->Accounts().List().front().id;
 }
@@ -128,10 +128,12 @@ std::wstring ShippedDialogTest::Run(Qorv::AFS_DlgType i_type, const DevHost::Arg
 }
 
 std::wstring ShippedDialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arguments& i_arguments) {
-    const auto options = DevHost::DialogOptions::Parse(i_arguments);
+    DevHost::Arguments words = i_arguments;
+    words.insert(words.begin(), L"open-dialog"); // Its options are those of both dialogs.
+    const DevHost::CommandLine line(words);
     try {
-        const auto answer =
-            DevHost::ShowPluginDialog(*m_shell, options.selects_folder ? Qorv::AFS_Dlg_SelectFolder : i_type, options);
+        const auto answer = DevHost::ShowPluginDialog(
+            *m_shell, line.Has("--folder") ? Qorv::AFS_Dlg_SelectFolder : i_type, DevHost::DialogOptions(line));
         m_filter_index = answer.filter_index;
         std::wstring paths;
         for (const std::wstring& location : answer.locations)
