@@ -11,7 +11,6 @@
 #include <stdexcept>
 
 namespace Bench {
-
 namespace {
 
 struct CloseHandleOf {

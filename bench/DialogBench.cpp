@@ -14,8 +14,6 @@
 namespace Bench {
 namespace {
 
-constexpr double milliseconds = 1e3;
-constexpr double microseconds = 1e6;
 constexpr std::size_t judged_folder = 10'000;
 constexpr Figure::Aim time_aim{false, 200};
 constexpr Figure::Aim linear_aim{false, 1.25};

@@ -10,14 +10,10 @@
 #include <stdexcept>
 
 namespace Bench {
-
 namespace {
 
 using DevHost::Check;
 
-constexpr std::size_t buffer_size = std::size_t{64} * 1024;
-constexpr double milliseconds = 1e3;
-constexpr double microseconds = 1e6;
 constexpr Figure::Aim time_aim{false, 1.25};
 constexpr Figure::Aim memory_aim{false, 400};
 

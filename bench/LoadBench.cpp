@@ -4,7 +4,6 @@
 #include "Measure.h"
 
 namespace Bench {
-
 namespace {
 
 constexpr int rounds_per_round = 3; // One takes no time at all.

@@ -5,13 +5,10 @@
 #include "support/DevService.h"
 
 namespace Bench {
-
 namespace {
 
 using DevHost::Check;
 using Qorv::ComPtr;
-
-constexpr double milliseconds = 1000;
 
 } // namespace
 

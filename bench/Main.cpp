@@ -15,7 +15,6 @@
 #include <set>
 
 namespace Bench {
-
 namespace {
 
 constexpr int exit_failed = 1;

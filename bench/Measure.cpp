@@ -6,7 +6,6 @@
 #include <chrono>
 
 namespace Bench {
-
 namespace {
 
 double Seconds(const FILETIME& i_time) {

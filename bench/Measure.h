@@ -7,6 +7,13 @@
 
 namespace Bench {
 
+// In a second.
+inline constexpr double milliseconds = 1e3;
+inline constexpr double microseconds = 1e6;
+
+/// Bytes that are moved at a time.
+inline constexpr std::size_t buffer_size = std::size_t{64} * 1024;
+
 /// What a piece of work took.
 struct Cost {
     double wall = 0; ///< Seconds.

@@ -5,7 +5,6 @@
 #include <string_view>
 
 namespace Bench {
-
 namespace {
 
 /// A worker's call, with the notices before and after it.

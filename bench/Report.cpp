@@ -9,7 +9,6 @@
 #include <stdexcept>
 
 namespace Bench {
-
 namespace {
 
 using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;

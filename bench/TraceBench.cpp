@@ -7,13 +7,11 @@
 #include <cstdio>
 
 namespace Bench {
-
 namespace {
 
 constexpr int calls_when_off = 50'000'000;
 constexpr int calls_when_on = 10'000;
 constexpr double nanoseconds = 1e9;
-constexpr double microseconds = 1e6;
 constexpr Figure::Aim off_aim{false, 2};
 
 HRESULT Untraced() {

@@ -9,13 +9,11 @@
 #include <stdexcept>
 
 namespace Bench {
-
 namespace {
 
 using DevHost::Check;
 
 // The same for all: as large as what the host's files cache moves at a time.
-constexpr std::size_t buffer_size = std::size_t{64} * 1024;
 constexpr double mebibyte = 1024.0 * 1024.0;
 constexpr double quick_share = 8;
 constexpr Figure::Aim transfer_aim{true, 0.97};

@@ -35,8 +35,8 @@ std::vector<Certificate> ParseCertificates(std::string_view i_pem) {
     constexpr std::string_view begin_mark = "-----BEGIN CERTIFICATE-----";
     constexpr std::string_view end_mark = "-----END CERTIFICATE-----";
     std::vector<Certificate> certificates;
-    for (size_t begin = i_pem.find(begin_mark); begin != i_pem.npos; begin = i_pem.find(begin_mark, begin + 1)) {
-        const size_t end = i_pem.find(end_mark, begin);
+    for (std::size_t begin = i_pem.find(begin_mark); begin != i_pem.npos; begin = i_pem.find(begin_mark, begin + 1)) {
+        const std::size_t end = i_pem.find(end_mark, begin);
         const std::string_view text = i_pem.substr(begin, end == i_pem.npos ? end : end + end_mark.size() - begin);
         std::vector<BYTE> bytes(text.size()); // Base64 never grows when decoded
         auto size = static_cast<DWORD>(bytes.size());
@@ -45,39 +45,34 @@ std::vector<Certificate> ParseCertificates(std::string_view i_pem) {
             CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64HEADER, bytes.data(), &size, nullptr, nullptr)
                 ? CertCreateCertificateContext(X509_ASN_ENCODING, bytes.data(), size)
                 : nullptr;
-        if (certificate == nullptr) {
+        if (certificate == nullptr)
             throw std::runtime_error("the file holds a damaged certificate");
-        }
         certificates.emplace_back(certificate);
     }
-    if (certificates.empty()) {
+    if (certificates.empty())
         throw std::runtime_error("the file holds no certificate in PEM form");
-    }
     return certificates;
 }
 
 /// The registry's part of the store alone: from the whole one Wine does not remove anything.
 Store OpenTrustedAuthorities() {
     Store store(CertOpenStore(CERT_STORE_PROV_SYSTEM_REGISTRY_W, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, L"Root"));
-    if (!store) {
+    if (!store)
         throw std::runtime_error("the store of trusted authorities cannot be opened");
-    }
     return store;
 }
 
 void Add(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
-    if (!CertAddCertificateContextToStore(i_store, i_certificate, CERT_STORE_ADD_REPLACE_EXISTING, nullptr)) {
+    if (!CertAddCertificateContextToStore(i_store, i_certificate, CERT_STORE_ADD_REPLACE_EXISTING, nullptr))
         throw std::runtime_error("the authority cannot be added");
-    }
 }
 
 /// One that is not there needs no removal.
 void Remove(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
     const PCCERT_CONTEXT found =
         CertFindCertificateInStore(i_store, X509_ASN_ENCODING, 0, CERT_FIND_EXISTING, i_certificate, nullptr);
-    if (found != nullptr && !CertDeleteCertificateFromStore(found)) { // frees it, too
+    if (found != nullptr && !CertDeleteCertificateFromStore(found)) // frees it, too
         throw std::runtime_error("the authority cannot be removed");
-    }
 }
 
 /// Throws a CLI::ParseError for arguments that cannot be understood.

@@ -1,22 +1,21 @@
 #include "Accounts.h"
 
-#include <algorithm>
-
 #include "ContentHash.h"
 #include "Encoding.h"
 #include "Refusal.h"
 
-namespace DevService {
+#include <algorithm>
 
+namespace DevService {
 namespace {
 
 std::string AccountId(std::string_view i_name) {
-    constexpr std::size_t DigitCount = 34; // with the prefix the 40 characters that the service prescribes
+    constexpr std::size_t digit_count = 34; // with the prefix the 40 characters that the service prescribes
     Sha256 hash;
     hash.Add(i_name);
     const std::string digest = hash.Finish();
     return "dbid:A" +
-           Base64Url({reinterpret_cast<const unsigned char*>(digest.data()), digest.size()}).substr(0, DigitCount);
+           Base64Url({reinterpret_cast<const unsigned char*>(digest.data()), digest.size()}).substr(0, digit_count);
 }
 
 /// "Dana Sample" -> "dana.sample@example.com"; what is no ASCII letter or digit separates.
@@ -51,8 +50,8 @@ Account& Accounts::Add(std::string i_name, std::string i_password, const std::fi
 }
 
 std::string Accounts::IssueToken(Account& i_account, std::optional<Clock::duration> i_lifetime) {
-    constexpr std::size_t TokenBytes = 48;
-    std::string token = "sl.u." + RandomText(TokenBytes);
+    constexpr std::size_t token_bytes = 48;
+    std::string token = "sl.u." + RandomText(token_bytes);
     const std::lock_guard lock(m_mutex);
     m_grants[token] = {&i_account, i_lifetime ? std::optional(Clock::now() + *i_lifetime) : std::nullopt};
     return token;

@@ -1,5 +1,11 @@
 #pragma once
 
+#include "Batches.h"
+#include "Listings.h"
+#include "Storage.h"
+#include "StorageWriter.h"
+#include "UploadSessions.h"
+
 #include <chrono>
 #include <deque>
 #include <mutex>
@@ -7,12 +13,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-
-#include "Batches.h"
-#include "Listings.h"
-#include "Storage.h"
-#include "StorageWriter.h"
-#include "UploadSessions.h"
 
 namespace DevService {
 

@@ -1,16 +1,16 @@
 #include "Api.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <iostream>
+#include "Encoding.h"
+#include "Refusal.h"
+#include "Routes.h"
 
 #include <boost/beast/core/string.hpp>
 #include <openssl/rand.h>
 
-#include "Encoding.h"
-#include "Refusal.h"
-#include "Routes.h"
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <iostream>
 
 namespace DevService {
 
@@ -31,10 +31,10 @@ struct Route {
 
 namespace {
 
-constexpr std::string_view TargetPrefix = "/2/";
-constexpr std::string_view ArgumentHeader = "Dropbox-API-Arg";
+constexpr std::string_view target_prefix = "/2/";
+constexpr std::string_view argument_header = "Dropbox-API-Arg";
 
-constexpr std::array Routes = {
+constexpr std::array routes = {
     Route{"auth/token/revoke", Host::Api, Style::Void, UserRoutes::RevokeToken},
     Route{"check/user", Host::Api, Style::Rpc, UserRoutes::CheckUser},
     Route{"files/copy", Host::Api, Style::Rpc, FileRoutes::Copy},
@@ -65,23 +65,23 @@ constexpr std::array Routes = {
 
 const Route* FindRoute(std::string_view i_target, Host i_host) {
     i_target = i_target.substr(0, i_target.find('?'));
-    if (!i_target.starts_with(TargetPrefix))
+    if (!i_target.starts_with(target_prefix))
         return nullptr;
-    i_target.remove_prefix(TargetPrefix.size());
-    const auto route = std::ranges::find(Routes, i_target, &Route::name);
-    return route != Routes.end() && route->host == i_host ? &*route : nullptr;
+    i_target.remove_prefix(target_prefix.size());
+    const auto route = std::ranges::find(routes, i_target, &Route::name);
+    return route != routes.end() && route->host == i_host ? &*route : nullptr;
 }
 
 /// The token of the request. @throws BadArguments, AccessRefused
 std::string ReadToken(const HttpExchange& i_exchange) {
-    constexpr std::string_view Scheme = "Bearer ";
+    constexpr std::string_view scheme = "Bearer ";
     const auto value = i_exchange.HeaderValue("Authorization");
     if (!value)
         throw AccessRefused("invalid_access_token");
-    if (!value->starts_with(Scheme))
+    if (!value->starts_with(scheme))
         throw BadArguments(
             "Invalid authorization value in HTTP header \"Authorization\": expected \"Bearer <token>\".");
-    const std::string_view token = value->substr(Scheme.size());
+    const std::string_view token = value->substr(scheme.size());
     const bool is_printable = std::ranges::all_of(token, [](char i_byte) { return i_byte > ' ' && i_byte < 0x7F; });
     if (token.empty() || !is_printable)
         throw BadArguments("The given OAuth 2 access token is malformed.");
@@ -91,11 +91,11 @@ std::string ReadToken(const HttpExchange& i_exchange) {
 /// Refuses a request whose body is not declared as one of the types that the style takes.
 void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
     using Types = std::vector<std::string_view>;
-    constexpr std::string_view CorsType = "text/plain; charset=dropbox-cors-hack";
-    constexpr std::string_view Octets = "application/octet-stream";
-    static const Types rpc_types = {"application/json", "application/json; charset=utf-8", CorsType};
-    static const Types upload_types = {Octets, CorsType};
-    static const Types download_types = {"", "text/plain", "text/plain; charset=utf-8", CorsType, Octets};
+    constexpr std::string_view cors_type = "text/plain; charset=dropbox-cors-hack";
+    constexpr std::string_view octets = "application/octet-stream";
+    static const Types rpc_types = {"application/json", "application/json; charset=utf-8", cors_type};
+    static const Types upload_types = {octets, cors_type};
+    static const Types download_types = {"", "text/plain", "text/plain; charset=utf-8", cors_type, octets};
     const auto given = i_exchange.HeaderValue("Content-Type");
     const bool may_be_missing = i_style == Style::Void || i_style == Style::Download;
     if (!given && may_be_missing)
@@ -115,7 +115,7 @@ void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
 
 /// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else is no JSON.
 std::string_view ReadArgumentHeader(const HttpExchange& i_exchange) {
-    const auto value = i_exchange.HeaderValue(ArgumentHeader);
+    const auto value = i_exchange.HeaderValue(argument_header);
     if (!value)
         throw BadArguments("Must provide HTTP header \"Dropbox-API-Arg\" or URL parameter \"arg\".");
     return *value;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "Hosts.h"
 #include "HttpExchange.h"
 #include "Service.h"
+
+#include <string>
+#include <string_view>
 
 namespace DevService {
 

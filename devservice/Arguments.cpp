@@ -1,13 +1,12 @@
 #include "Arguments.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "Encoding.h"
 #include "Refusal.h"
 
-namespace DevService {
+#include <algorithm>
+#include <cctype>
 
+namespace DevService {
 namespace {
 
 std::string_view TypeName(const rapidjson::Value& i_value) {
@@ -45,8 +44,8 @@ std::string_view Pattern(PathForm i_form) {
 }
 
 bool IsRevision(std::string_view i_text) {
-    constexpr std::size_t SmallestSize = 9;
-    return i_text.size() >= SmallestSize && i_text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+    constexpr std::size_t smallest_size = 9;
+    return i_text.size() >= smallest_size && i_text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
 bool IsNamespace(std::string_view i_text) {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "JsonText.h"
+
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "JsonText.h"
 
 namespace DevService {
 

@@ -1,22 +1,22 @@
 #include "Batches.h"
 
+#include "Encoding.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "Encoding.h"
 
 namespace DevService {
 
 std::string AsyncJobs::Launch(const BatchResult& i_result) {
-    constexpr std::size_t IdBytes = 33;
-    constexpr std::size_t MaxKeptJobs = 100;
-    Job job{"dbjid:" + RandomText(IdBytes), R"({".tag": "complete", )" + i_result.Entries() + "}"};
+    constexpr std::size_t id_bytes = 33;
+    constexpr std::size_t max_kept_jobs = 100;
+    Job job{"dbjid:" + RandomText(id_bytes), R"({".tag": "complete", )" + i_result.Entries() + "}"};
     if (i_result.Count() == 1)
         return job.outcome;
     std::string reply = R"({".tag": "async_job_id", "async_job_id": ")" + job.id + R"("})";
     const std::lock_guard lock(m_mutex);
     m_jobs.push_back(std::move(job));
-    if (m_jobs.size() > MaxKeptJobs)
+    if (m_jobs.size() > max_kept_jobs)
         m_jobs.pop_front();
     return reply;
 }

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Refusal.h"
+
 #include <cstddef>
 #include <deque>
 #include <mutex>
 #include <string>
-
-#include "Refusal.h"
 
 namespace DevService {
 
@@ -13,7 +13,7 @@ namespace DevService {
 class BatchResult {
 public:
     /// Most entries of one call.
-    static constexpr std::size_t MaxSize = 1000;
+    static constexpr std::size_t max_size = 1000;
 
     /// Does one entry. @param i_step returns the members of its success as JSON, or throws RouteError
     template <class Step>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-
 #include "Accounts.h"
 #include "Arguments.h"
 #include "HttpExchange.h"
 #include "Service.h"
+
+#include <string>
 
 namespace DevService {
 

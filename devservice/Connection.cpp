@@ -1,13 +1,13 @@
 #include "Connection.h"
 
-#include <string>
+#include "Api.h"
+#include "Control.h"
+#include "SignInPages.h"
 
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/asio/write.hpp>
 
-#include "Api.h"
-#include "Control.h"
-#include "SignInPages.h"
+#include <string>
 
 namespace DevService {
 
@@ -17,10 +17,10 @@ using tcp = asio::ip::tcp;
 namespace {
 
 /// Longest head of a request, and the most that is read ahead.
-constexpr std::size_t BufferSize = std::size_t{128} << 10;
+constexpr std::size_t buffer_size = std::size_t{128} << 10;
 
 Reply AnswerClear(HttpExchange& io_exchange, Service& io_service) {
-    if (io_exchange.Target().starts_with(Control::Prefix))
+    if (io_exchange.Target().starts_with(Control::prefix))
         return Control(io_service).Answer(io_exchange);
     return Reply::PlainText("devservice: use this address as the proxy for HTTPS\n", 404);
 }
@@ -41,7 +41,7 @@ Reply AnswerHost(HttpExchange& io_exchange, Service& io_service, Host i_host) {
 } // namespace
 
 Connection::Connection(tcp::socket i_socket, Service& io_service)
-    : m_socket(std::move(i_socket)), m_buffer(BufferSize), m_service(io_service), m_thread([this] { Run(); }) {}
+    : m_socket(std::move(i_socket)), m_buffer(buffer_size), m_service(io_service), m_thread([this] { Run(); }) {}
 
 Connection::~Connection() {
     m_thread.join();
@@ -109,10 +109,10 @@ void Connection::ServeHost(Host i_host) {
 }
 
 std::optional<Host> Connection::AnswerConnect(ByteStream& io_stream, std::string_view i_target) {
-    constexpr std::string_view Port = ":443";
+    constexpr std::string_view port = ":443";
     std::optional<Host> host;
-    if (i_target.ends_with(Port))
-        host = FindHost(i_target.substr(0, i_target.size() - Port.size()));
+    if (i_target.ends_with(port))
+        host = FindHost(i_target.substr(0, i_target.size() - port.size()));
     const std::string_view reply = host ? "HTTP/1.1 200 Connection established\r\n\r\n"
                                         : "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
     asio::write(io_stream, asio::buffer(reply.data(), reply.size()));

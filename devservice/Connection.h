@@ -1,17 +1,17 @@
 #pragma once
 
-#include <atomic>
-#include <mutex>
-#include <string_view>
-#include <thread>
-
-#include <boost/asio/ip/tcp.hpp>
-#include <boost/beast/core/flat_buffer.hpp>
-
 #include "ByteStream.h"
 #include "Hosts.h"
 #include "HttpExchange.h"
 #include "Service.h"
+
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+
+#include <atomic>
+#include <mutex>
+#include <string_view>
+#include <thread>
 
 namespace DevService {
 

@@ -1,15 +1,14 @@
 #include "ContentHash.h"
 
+#include "Encoding.h"
+
+#include <openssl/evp.h>
+
 #include <algorithm>
 #include <array>
 #include <stdexcept>
 
-#include <openssl/evp.h>
-
-#include "Encoding.h"
-
 namespace DevService {
-
 namespace {
 
 void Require(int i_result) {
@@ -32,7 +31,7 @@ void Sha256::Add(std::string_view i_data) {
 }
 
 std::string Sha256::Finish() {
-    std::array<unsigned char, DigestSize> digest;
+    std::array<unsigned char, digest_size> digest;
     Require(EVP_DigestFinal_ex(m_context.get(), digest.data(), nullptr));
     Require(EVP_DigestInit_ex(m_context.get(), nullptr, nullptr));
     return {digest.begin(), digest.end()};
@@ -40,11 +39,11 @@ std::string Sha256::Finish() {
 
 void ContentHash::Add(std::string_view i_data) {
     while (!i_data.empty()) {
-        const std::string_view part = i_data.substr(0, BlockSize - m_block_size);
+        const std::string_view part = i_data.substr(0, block_size - m_block_size);
         m_block.Add(part);
         m_block_size += part.size();
         i_data.remove_prefix(part.size());
-        if (m_block_size == BlockSize)
+        if (m_block_size == block_size)
             EndBlock();
     }
 }

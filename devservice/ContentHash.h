@@ -13,7 +13,7 @@ namespace DevService {
 /// SHA-256 of data that comes in pieces.
 class Sha256 {
 public:
-    static constexpr std::size_t DigestSize = 32;
+    static constexpr std::size_t digest_size = 32;
 
     Sha256();
 
@@ -33,7 +33,7 @@ private:
 /// See the public "content hash" page of the service's documentation.
 class ContentHash {
 public:
-    static constexpr std::size_t BlockSize = std::size_t{4} << 20;
+    static constexpr std::size_t block_size = std::size_t{4} << 20;
 
     void Add(std::string_view i_data);
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string_view>
-
 #include "HttpExchange.h"
 #include "Service.h"
+
+#include <string_view>
 
 namespace DevService {
 
@@ -11,7 +11,7 @@ namespace DevService {
 /// in the clear on the service's own port; see docs/devservice.md.
 class Control {
 public:
-    static constexpr std::string_view Prefix = "/control/";
+    static constexpr std::string_view prefix = "/control/";
 
     explicit Control(Service& io_service) : m_service(io_service) {}
 

@@ -1,11 +1,10 @@
+#include "Refusal.h"
 #include "Routes.h"
+#include "ServicePath.h"
 
 #include <algorithm>
 #include <charconv>
 #include <optional>
-
-#include "Refusal.h"
-#include "ServicePath.h"
 
 namespace DevService::TransferRoutes {
 
@@ -27,10 +26,10 @@ std::optional<std::uint64_t> ReadNumber(std::string_view i_digits) {
 /// The bytes that a "Range: bytes=first-last" wants, an empty range when the file has none of them. Several ranges and
 /// what cannot be read count as no range, as the standard allows.
 std::optional<ByteRange> ReadRange(std::optional<std::string_view> i_header, std::uint64_t i_size) {
-    constexpr std::string_view Unit = "bytes=";
-    if (!i_header || !i_header->starts_with(Unit))
+    constexpr std::string_view unit = "bytes=";
+    if (!i_header || !i_header->starts_with(unit))
         return std::nullopt;
-    const std::string_view text = i_header->substr(Unit.size());
+    const std::string_view text = i_header->substr(unit.size());
     const std::size_t dash = text.find('-');
     if (dash == text.npos)
         return std::nullopt;

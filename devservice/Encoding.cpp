@@ -1,5 +1,8 @@
 #include "Encoding.h"
 
+#include <openssl/rand.h>
+#include <utf8proc.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -7,11 +10,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include <openssl/rand.h>
-#include <utf8proc.h>
-
 namespace DevService {
-
 namespace {
 
 bool IsAscii(char i_byte) {
@@ -75,10 +74,10 @@ std::string ToLower(std::string_view i_text) {
 std::string Composed(std::string_view i_text) {
     if (std::ranges::all_of(i_text, IsAscii))
         return std::string(i_text);
-    constexpr auto Form = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+    constexpr auto form = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
     utf8proc_uint8_t* composed = nullptr;
     const utf8proc_ssize_t size =
-        utf8proc_map(Bytes(i_text), static_cast<utf8proc_ssize_t>(i_text.size()), &composed, Form);
+        utf8proc_map(Bytes(i_text), static_cast<utf8proc_ssize_t>(i_text.size()), &composed, form);
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(composed, &std::free);
     if (size < 0)
         throw std::runtime_error(utf8proc_errmsg(size));
@@ -96,27 +95,27 @@ std::size_t Utf16Length(std::string_view i_text) {
 }
 
 std::string Base64Url(std::span<const unsigned char> i_bytes) {
-    static constexpr std::string_view Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+    static constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
     std::string text;
     std::uint32_t bits = 0;
     int bit_count = 0;
     for (const unsigned char byte : i_bytes) {
         bits = (bits << 8) | byte;
         for (bit_count += 8; bit_count >= 6; bit_count -= 6)
-            text += Digits[(bits >> (bit_count - 6)) & 0x3F];
+            text += digits[(bits >> (bit_count - 6)) & 0x3F];
     }
     if (bit_count > 0)
-        text += Digits[(bits << (6 - bit_count)) & 0x3F];
+        text += digits[(bits << (6 - bit_count)) & 0x3F];
     return text;
 }
 
 std::string Hex(std::span<const unsigned char> i_bytes) {
-    static constexpr std::string_view Digits = "0123456789abcdef";
+    static constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
     text.reserve(i_bytes.size() * 2);
     for (const unsigned char byte : i_bytes) {
-        text += Digits[byte >> 4];
-        text += Digits[byte & 0xF];
+        text += digits[byte >> 4];
+        text += digits[byte & 0xF];
     }
     return text;
 }

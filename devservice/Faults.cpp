@@ -4,10 +4,9 @@
 #include "Refusal.h"
 
 namespace DevService {
-
 namespace {
 
-constexpr std::uint64_t MaxCount = 1'000'000'000'000;
+constexpr std::uint64_t max_count = 1'000'000'000'000;
 
 /// Headers as an object, or as an array of pairs where names repeat.
 std::vector<Header> ReadHeaders(const rapidjson::Value& i_value) {
@@ -60,11 +59,11 @@ Fault ReadFault(Arguments& io_arguments) {
     ReadRateLimit(io_arguments, fault);
     fault.is_real = io_arguments.Flag("real", false);
     fault.delay = ReadTime(io_arguments, "delay_ms");
-    fault.truncate_at = io_arguments.OptionalNumber("truncate_body", 0, MaxCount);
+    fault.truncate_at = io_arguments.OptionalNumber("truncate_body", 0, max_count);
     fault.pause = ReadTime(io_arguments, "slow_body_ms");
-    fault.piece_size = io_arguments.OptionalNumber("piece", 1, MaxCount).value_or(0);
+    fault.piece_size = io_arguments.OptionalNumber("piece", 1, max_count).value_or(0);
     fault.is_chunked = io_arguments.Flag("chunked", false);
-    fault.drop_after = io_arguments.OptionalNumber("drop_request_after", 0, MaxCount);
+    fault.drop_after = io_arguments.OptionalNumber("drop_request_after", 0, max_count);
     return fault;
 }
 
@@ -89,8 +88,8 @@ void Faults::Add(std::string_view i_json) {
     Arguments arguments(i_json, "fault");
     Rule rule;
     rule.path = arguments.Text("path");
-    rule.skip = arguments.OptionalNumber("skip", 0, MaxCount).value_or(0);
-    rule.times = arguments.OptionalNumber("times", 0, MaxCount).value_or(1);
+    rule.skip = arguments.OptionalNumber("skip", 0, max_count).value_or(0);
+    rule.times = arguments.OptionalNumber("times", 0, max_count).value_or(1);
     rule.fault = ReadFault(arguments);
     arguments.Finish();
     const std::lock_guard lock(m_mutex);

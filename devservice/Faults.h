@@ -1,5 +1,8 @@
 #pragma once
 
+#include "JsonText.h"
+#include "Reply.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -8,9 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "JsonText.h"
-#include "Reply.h"
 
 namespace DevService {
 

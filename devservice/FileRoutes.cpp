@@ -1,9 +1,8 @@
+#include "Refusal.h"
 #include "Routes.h"
 
 #include <optional>
 #include <vector>
-
-#include "Refusal.h"
 
 namespace DevService::FileRoutes {
 
@@ -90,7 +89,7 @@ Reply DeleteV2(Call& io_call) {
 
 Reply DeleteBatch(Call& io_call) {
     std::vector<Deletion> deletions;
-    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::MaxSize))
+    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::max_size))
         deletions.push_back(ReadDeletion(entry));
     io_call.arguments.Finish();
     BatchResult result;

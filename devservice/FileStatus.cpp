@@ -1,11 +1,11 @@
 #include "FileStatus.h"
 
-#include <cerrno>
+#include "ContentHash.h"
+#include "Encoding.h"
 
 #include <sys/stat.h>
 
-#include "ContentHash.h"
-#include "Encoding.h"
+#include <cerrno>
 
 namespace DevService {
 
@@ -14,8 +14,8 @@ std::string FileStatus::Revision() const {
     for (const std::uint64_t fact : {size, static_cast<std::uint64_t>(modified_ns), device, number})
         hash.Add({reinterpret_cast<const char*>(&fact), sizeof fact});
     const std::string digest = hash.Finish();
-    constexpr std::size_t ByteCount = 10;
-    return Hex({reinterpret_cast<const unsigned char*>(digest.data()), ByteCount});
+    constexpr std::size_t byte_count = 10;
+    return Hex({reinterpret_cast<const unsigned char*>(digest.data()), byte_count});
 }
 
 FileStatus FileStatus::Of(const std::filesystem::path& i_path) {

@@ -16,11 +16,11 @@ std::optional<Host> FindHost(std::string_view i_name) {
 std::string_view HostName(Host i_host) {
     switch (i_host) {
     case Host::Api:
-        return ApiHost;
+        return api_host;
     case Host::Content:
-        return ContentHost;
+        return content_host;
     case Host::Web:
-        return WebHost;
+        return web_host;
     }
     return {};
 }

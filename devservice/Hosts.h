@@ -8,9 +8,9 @@ namespace DevService {
 /// The three hosts that the service plays.
 enum class Host { Api, Content, Web };
 
-inline constexpr std::string_view ApiHost = DROPBOX_API_HOST;
-inline constexpr std::string_view ContentHost = DROPBOX_CONTENT_HOST;
-inline constexpr std::string_view WebHost = DROPBOX_WEB_HOST;
+inline constexpr std::string_view api_host = DROPBOX_API_HOST;
+inline constexpr std::string_view content_host = DROPBOX_CONTENT_HOST;
+inline constexpr std::string_view web_host = DROPBOX_WEB_HOST;
 
 /// The host of that name, whatever its case; empty for every name that is not ours.
 std::optional<Host> FindHost(std::string_view i_name);

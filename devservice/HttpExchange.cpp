@@ -1,15 +1,15 @@
 #include "HttpExchange.h"
 
+#include "Encoding.h"
+
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/read.hpp>
+
 #include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <utility>
 #include <vector>
-
-#include <boost/asio/write.hpp>
-#include <boost/beast/http/read.hpp>
-
-#include "Encoding.h"
 
 namespace DevService {
 
@@ -19,13 +19,13 @@ namespace http = boost::beast::http;
 namespace {
 
 /// Big pieces: the cost of a transfer is mostly its number of system calls.
-constexpr std::size_t PieceSize = std::size_t{256} << 10;
+constexpr std::size_t piece_size = std::size_t{256} << 10;
 
 /// What is cheaper to copy than to send with a system call of its own.
-constexpr std::size_t SmallPieceSize = std::size_t{16} << 10;
+constexpr std::size_t small_piece_size = std::size_t{16} << 10;
 
 /// Far above any argument of the service, far below what would hurt.
-constexpr std::size_t MaxArgumentSize = std::size_t{16} << 20;
+constexpr std::size_t max_argument_size = std::size_t{16} << 20;
 
 std::string_view View(boost::beast::string_view i_text) {
     return {i_text.data(), i_text.size()};
@@ -59,12 +59,12 @@ HttpExchange::HttpExchange(ByteStream& io_stream, boost::beast::flat_buffer& io_
 }
 
 std::size_t HttpExchange::BufferHead() {
-    constexpr std::string_view End = "\r\n\r\n";
+    constexpr std::string_view end_mark = "\r\n\r\n";
     while (true) {
         const std::string_view buffered(static_cast<const char*>(m_buffer.data().data()), m_buffer.size());
-        if (const std::size_t end = buffered.find(End); end != buffered.npos)
-            return end + End.size();
-        const std::size_t room = std::min(SmallPieceSize, m_buffer.max_size() - m_buffer.size());
+        if (const std::size_t end = buffered.find(end_mark); end != buffered.npos)
+            return end + end_mark.size();
+        const std::size_t room = std::min(small_piece_size, m_buffer.max_size() - m_buffer.size());
         boost::system::error_code error;
         m_buffer.commit(room > 0 ? m_stream.read_some(m_buffer.prepare(room), error) : 0);
         if (error && m_buffer.size() == 0)
@@ -140,7 +140,7 @@ std::size_t HttpExchange::ReadBody(std::span<char> o_piece) {
     const std::string_view piece(o_piece.data(), wanted - body.size);
     m_body_hash.Add(piece);
     m_record.body_size += piece.size();
-    m_record.body.append(piece.substr(0, RequestLog::MaxBodySize - m_record.body.size()));
+    m_record.body.append(piece.substr(0, RequestLog::max_body_size - m_record.body.size()));
     if (error && error != http::error::need_buffer)
         throw ConnectionLost("the request's body did not come to an end");
     return piece.size();
@@ -148,17 +148,17 @@ std::size_t HttpExchange::ReadBody(std::span<char> o_piece) {
 
 std::string HttpExchange::ReadWholeBody() {
     std::string body;
-    std::vector<char> piece(BodySize().value_or(PieceSize) < PieceSize ? SmallPieceSize : PieceSize);
+    std::vector<char> piece(BodySize().value_or(piece_size) < piece_size ? small_piece_size : piece_size);
     while (const std::size_t size = ReadBody(piece)) {
         body.append(piece.data(), size);
-        if (body.size() > MaxArgumentSize)
+        if (body.size() > max_argument_size)
             throw std::length_error("the request body is too big");
     }
     return body;
 }
 
 void HttpExchange::SkipBody() {
-    std::vector<char> piece(m_parser.is_done() ? 0 : PieceSize);
+    std::vector<char> piece(m_parser.is_done() ? 0 : piece_size);
     while (ReadBody(piece) > 0) {
     }
 }
@@ -185,8 +185,8 @@ void HttpExchange::RecordLoss() {
 
 void HttpExchange::Send(Reply i_reply) {
     SkipBody();
-    constexpr unsigned Http11 = 11; // older clients know no chunks
-    i_reply.is_chunked &= m_parser.get().version() >= Http11;
+    constexpr unsigned http11 = 11; // older clients know no chunks
+    i_reply.is_chunked &= m_parser.get().version() >= http11;
     if (m_fault)
         m_fault->ApplyTo(i_reply);
     if (m_fault && m_fault->truncate_at && *m_fault->truncate_at < i_reply.BodySize())
@@ -217,7 +217,7 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
     const Fault fault = m_fault.value_or(Fault());
     const std::uint64_t size = io_reply.BodySize();
     const std::uint64_t end = std::min(size, fault.truncate_at.value_or(size));
-    const std::size_t usual_size = io_reply.is_chunked ? SmallPieceSize : PieceSize;
+    const std::size_t usual_size = io_reply.is_chunked ? small_piece_size : piece_size;
     const std::size_t piece_size = fault.piece_size > 0 ? fault.piece_size : usual_size;
     std::vector<char> buffer;
     std::string out = std::move(i_head); // what waits to go out together with the next bytes
@@ -231,7 +231,7 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
             out.append(chunk_size,
                        static_cast<std::size_t>(std::snprintf(chunk_size, sizeof chunk_size, "%zx\r\n", piece.size())));
         }
-        const bool is_small = piece.size() <= SmallPieceSize;
+        const bool is_small = piece.size() <= small_piece_size;
         if (is_small)
             out += piece;
         Write(out);

@@ -1,21 +1,21 @@
 #pragma once
 
+#include "ByteStream.h"
+#include "ContentHash.h"
+#include "Faults.h"
+#include "Reply.h"
+#include "RequestLog.h"
+
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/buffer_body.hpp>
+#include <boost/beast/http/parser.hpp>
+
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/http/buffer_body.hpp>
-#include <boost/beast/http/parser.hpp>
-
-#include "ByteStream.h"
-#include "ContentHash.h"
-#include "Faults.h"
-#include "Reply.h"
-#include "RequestLog.h"
 
 namespace DevService {
 

@@ -9,8 +9,8 @@ namespace DevService {
 namespace fs = std::filesystem;
 
 IncomingFile::IncomingFile(const fs::path& i_folder) {
-    constexpr std::size_t NameBytes = 12;
-    m_path = i_folder / (std::string(HiddenPrefix) + RandomText(NameBytes));
+    constexpr std::size_t name_bytes = 12;
+    m_path = i_folder / (std::string(hidden_prefix) + RandomText(name_bytes));
     m_stream.rdbuf()->pubsetbuf(nullptr, 0); // what comes is in big pieces already
     m_stream.open(m_path, std::ios::binary);
     if (!m_stream)

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "ContentHash.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
-
-#include "ContentHash.h"
 
 namespace DevService {
 

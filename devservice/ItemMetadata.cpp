@@ -1,13 +1,12 @@
 #include "ItemMetadata.h"
 
-#include <chrono>
-#include <cstdio>
-
 #include "Encoding.h"
 #include "ServicePath.h"
 
-namespace DevService {
+#include <chrono>
+#include <cstdio>
 
+namespace DevService {
 namespace {
 
 std::string_view TagOf(ItemMetadata::Kind i_kind) {

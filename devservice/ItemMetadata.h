@@ -1,10 +1,10 @@
 #pragma once
 
+#include "JsonText.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "JsonText.h"
 
 namespace DevService {
 

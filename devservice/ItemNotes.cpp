@@ -35,10 +35,10 @@ void ItemNotes::Forget(const FileStatus& i_status) {
 }
 
 ItemNotes::Note& ItemNotes::NoteOf(const FileStatus& i_status) {
-    constexpr std::size_t IdBytes = 16;
+    constexpr std::size_t id_bytes = 16;
     Note& note = m_notes[{i_status.device, i_status.number}];
     if (note.id.empty())
-        note.id = "id:" + RandomText(IdBytes);
+        note.id = "id:" + RandomText(id_bytes);
     return note;
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "FileStatus.h"
+
 #include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
-
-#include "FileStatus.h"
 
 namespace DevService {
 

@@ -4,8 +4,8 @@ namespace DevService {
 
 bool ParseJson(std::string_view i_text, rapidjson::Document& o_document) {
     // Iterative: the depth of what a client sends must not become the depth of our stack.
-    constexpr unsigned Flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-    o_document.Parse<Flags>(i_text.data(), i_text.size());
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+    o_document.Parse<flags>(i_text.data(), i_text.size());
     return !o_document.HasParseError();
 }
 

@@ -4,7 +4,7 @@ namespace DevService::ListRoutes {
 
 namespace {
 
-constexpr std::uint64_t MaxLimit = 2000;
+constexpr std::uint64_t max_limit = 2000;
 
 struct Listed {
     std::string path;
@@ -21,7 +21,7 @@ Listed ReadListed(Arguments& io_arguments) {
     if (listed.path == "/")
         io_arguments.Refuse("path", "Specify the root folder as an empty string rather than as \"/\".");
     listed.is_recursive = io_arguments.Flag("recursive", false);
-    listed.limit = static_cast<std::size_t>(io_arguments.OptionalNumber("limit", 1, MaxLimit).value_or(0));
+    listed.limit = static_cast<std::size_t>(io_arguments.OptionalNumber("limit", 1, max_limit).value_or(0));
     // include_media_info is historic, and still sent.
     io_arguments.Ignore({"include_media_info", "include_deleted", "include_has_explicit_shared_members",
                          "include_mounted_folders", "include_non_downloadable_files", "include_property_groups"});

@@ -1,25 +1,24 @@
 #include "Listings.h"
 
+#include "Encoding.h"
+#include "Refusal.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <optional>
 
-#include "Encoding.h"
-#include "Refusal.h"
-
 namespace DevService {
-
 namespace {
 
 /// A cursor is this prefix, a snapshot's key and two numbers of eight hexadecimal digits.
-constexpr std::string_view CursorPrefix = "AAF";
-constexpr std::size_t KeyBytes = 33;
-constexpr std::size_t KeySize = 44; ///< of that many bytes in Base64
-constexpr std::size_t NumberSize = 8;
+constexpr std::string_view cursor_prefix = "AAF";
+constexpr std::size_t key_bytes = 33;
+constexpr std::size_t key_size = 44; ///< of that many bytes in Base64
+constexpr std::size_t number_size = 8;
 
 /// Older snapshots are dropped when all of them together hold more entries than this (some 150 bytes each).
-constexpr std::size_t MaxKeptEntries = 1'000'000;
+constexpr std::size_t max_kept_entries = 1'000'000;
 
 std::optional<std::size_t> ParseNumber(std::string_view i_digits) {
     std::size_t number = 0;
@@ -67,14 +66,14 @@ std::string Listings::LatestCursor(std::string_view i_path, bool i_is_recursive)
 
 std::string Listings::Next(std::string_view i_cursor, const Paging& i_paging) {
     const BadArguments bad_cursor("Invalid \"cursor\" parameter");
-    if (i_cursor.size() != CursorPrefix.size() + KeySize + 2 * NumberSize || !i_cursor.starts_with(CursorPrefix))
+    if (i_cursor.size() != cursor_prefix.size() + key_size + 2 * number_size || !i_cursor.starts_with(cursor_prefix))
         throw bad_cursor;
-    i_cursor.remove_prefix(CursorPrefix.size());
-    const auto entry = ParseNumber(i_cursor.substr(KeySize, NumberSize));
-    const auto page = ParseNumber(i_cursor.substr(KeySize + NumberSize));
+    i_cursor.remove_prefix(cursor_prefix.size());
+    const auto entry = ParseNumber(i_cursor.substr(key_size, number_size));
+    const auto page = ParseNumber(i_cursor.substr(key_size + number_size));
     if (!entry || !page)
         throw bad_cursor;
-    const SnapshotPtr snapshot = FindKey(i_cursor.substr(0, KeySize));
+    const SnapshotPtr snapshot = FindKey(i_cursor.substr(0, key_size));
     if (!snapshot)
         throw RouteError({"reset"});
     if (*entry < snapshot->told->size())
@@ -102,14 +101,14 @@ Listings::SnapshotPtr Listings::TakeChanges(const SnapshotPtr& i_before) {
 }
 
 Listings::SnapshotPtr Listings::Keep(Snapshot i_snapshot) {
-    i_snapshot.key = RandomText(KeyBytes);
+    i_snapshot.key = RandomText(key_bytes);
     SnapshotPtr kept = std::make_shared<const Snapshot>(std::move(i_snapshot));
     const std::lock_guard lock(m_mutex);
     m_snapshots.push_front(kept);
     std::size_t entry_count = 0;
     const auto first_dropped = std::ranges::find_if(m_snapshots, [&](const SnapshotPtr& i_kept) {
         entry_count += i_kept->state->size() + 1;
-        return entry_count > MaxKeptEntries && i_kept != kept;
+        return entry_count > max_kept_entries && i_kept != kept;
     });
     m_snapshots.erase(first_dropped, m_snapshots.end());
     return kept;
@@ -128,8 +127,8 @@ std::string Listings::Page(const Snapshot& i_snapshot, Position i_position, cons
     const std::size_t page_size = is_empty_page ? 0 : i_snapshot.limit ? i_snapshot.limit : i_paging.page_size;
     const std::size_t end = std::min(told.size(), i_position.entry + page_size);
 
-    constexpr std::size_t BytesAnEntry = 400;
-    rapidjson::StringBuffer buffer(nullptr, (end - i_position.entry) * BytesAnEntry + 256);
+    constexpr std::size_t bytes_an_entry = 400;
+    rapidjson::StringBuffer buffer(nullptr, (end - i_position.entry) * bytes_an_entry + 256);
     JsonWriter json(buffer);
     json.StartObject();
     WriteKey(json, "entries");
@@ -153,10 +152,10 @@ std::string Listings::Page(const Snapshot& i_snapshot, Position i_position, cons
 }
 
 std::string Listings::CursorText(const Snapshot& i_snapshot, Position i_position) {
-    char numbers[2 * NumberSize + 1];
+    char numbers[2 * number_size + 1];
     std::snprintf(numbers, sizeof numbers, "%08x%08x", static_cast<unsigned>(i_position.entry),
                   static_cast<unsigned>(i_position.page));
-    return std::string(CursorPrefix) + i_snapshot.key + numbers;
+    return std::string(cursor_prefix) + i_snapshot.key + numbers;
 }
 
 } // namespace DevService

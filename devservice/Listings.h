@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Storage.h"
+
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -7,8 +9,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Storage.h"
 
 namespace DevService {
 

@@ -1,16 +1,15 @@
 #include "Options.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <limits>
 
-#include <CLI/CLI.hpp>
-
 namespace DevService {
-
 namespace {
 
-constexpr std::string_view DefaultUser = "Dana Sample";
-constexpr std::string_view DefaultPassword = "sample";
+constexpr std::string_view default_user = "Dana Sample";
+constexpr std::string_view default_password = "sample";
 
 using Texts = std::vector<std::string>;
 
@@ -20,12 +19,12 @@ std::vector<Options::User> MakeUsers(const Texts& i_roots, const Texts& i_names,
         throw CLI::ValidationError("--user and --password", "there are more of them than --root folders");
     std::vector<Options::User> users;
     for (std::size_t i = 0; i < i_roots.size(); ++i) {
-        const std::string default_name(DefaultUser);
+        const std::string default_name(default_user);
         Options::User user;
         user.name = i < i_names.size() ? i_names[i]
                     : i == 0           ? default_name
                                        : default_name + " " + std::to_string(i + 1);
-        user.password = i < i_passwords.size() ? i_passwords[i] : DefaultPassword;
+        user.password = i < i_passwords.size() ? i_passwords[i] : default_password;
         user.root = i_roots[i];
         if (user.name.empty() || std::ranges::find(users, user.name, &Options::User::name) != users.end())
             throw CLI::ValidationError("--user", "every account needs a name of its own");

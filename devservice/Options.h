@@ -21,14 +21,14 @@ struct Options {
     };
 
     /// What the public service takes in one request: 150 MiB.
-    static constexpr std::uint64_t DefaultMaxUpload = std::uint64_t{150} << 20;
+    static constexpr std::uint64_t default_max_upload = std::uint64_t{150} << 20;
 
     /// Tells the parser what to fill in. The object has to outlive the parsing.
     void AddTo(CLI::App& io_program);
 
     std::vector<User> users;
-    std::uint16_t port = 0;                      ///< 0: a free one
-    std::uint64_t max_upload = DefaultMaxUpload; ///< bytes
+    std::uint16_t port = 0;                        ///< 0: a free one
+    std::uint64_t max_upload = default_max_upload; ///< bytes
     std::optional<std::filesystem::path> state_folder;
 };
 

@@ -1,6 +1,7 @@
 #include "Refusal.h"
 
 #include "Encoding.h"
+
 #include <atomic>
 
 namespace DevService {

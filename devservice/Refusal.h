@@ -1,13 +1,13 @@
 #pragma once
 
+#include "JsonText.h"
+
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "JsonText.h"
 
 namespace DevService {
 
@@ -36,7 +36,6 @@ public:
     /// The form of an upload's refused path: the inner tags stand under "reason", beside an upload session's id.
     RouteError& AsUploadFailure();
 
-    const std::vector<std::string>& Tags() const { return m_tags; }
     const char* what() const noexcept override { return "refused by the route"; }
 
     /// The tags as in "path/conflict/file/..": the service adds up to three dots, so nobody may rely on the end.

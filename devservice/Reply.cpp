@@ -3,7 +3,6 @@
 #include <boost/beast/http/status.hpp>
 
 namespace DevService {
-
 namespace {
 
 Reply Make(std::string_view i_type, std::string_view i_body, unsigned i_status) {

@@ -4,7 +4,6 @@
 #include "JsonText.h"
 
 namespace DevService {
-
 namespace {
 
 std::size_t SizeOf(const RequestRecord& i_record) {
@@ -33,7 +32,7 @@ void RequestLog::Add(RequestRecord i_record) {
     const std::lock_guard lock(m_mutex);
     m_total_size += SizeOf(i_record);
     m_records.push_back(std::move(i_record));
-    for (; m_total_size > MaxTotalSize; m_records.pop_front())
+    for (; m_total_size > max_total_size; m_records.pop_front())
         m_total_size -= SizeOf(m_records.front());
 }
 

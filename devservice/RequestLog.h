@@ -23,10 +23,10 @@ struct RequestRecord {
 class RequestLog {
 public:
     /// Bytes of a body that are kept; the hash covers all of it.
-    static constexpr std::size_t MaxBodySize = std::size_t{1} << 20;
+    static constexpr std::size_t max_body_size = std::size_t{1} << 20;
 
     /// The oldest records go when all together hold more bytes than this.
-    static constexpr std::size_t MaxTotalSize = std::size_t{256} << 20;
+    static constexpr std::size_t max_total_size = std::size_t{256} << 20;
 
     void Add(RequestRecord i_record);
     void Clear();

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <list>
+#include "Connection.h"
+#include "Service.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 
-#include "Connection.h"
-#include "Service.h"
+#include <cstdint>
+#include <list>
 
 namespace DevService {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <atomic>
-
 #include "Accounts.h"
 #include "Faults.h"
 #include "Options.h"
 #include "RequestLog.h"
 #include "SignInSessions.h"
 #include "TlsAuthority.h"
+
+#include <atomic>
 
 namespace DevService {
 
@@ -21,7 +21,7 @@ struct Service {
     std::atomic<std::size_t> page_size = Paging().page_size;
     std::atomic<bool> has_empty_pages = false;
     std::atomic<unsigned> json_reply_count = 0;
-    std::uint64_t max_upload = Options::DefaultMaxUpload; ///< bytes of content in one request
+    std::uint64_t max_upload = Options::default_max_upload; ///< bytes of content in one request
 
     Paging CurrentPaging() const { return {page_size, has_empty_pages}; }
 };

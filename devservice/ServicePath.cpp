@@ -1,24 +1,23 @@
 #include "ServicePath.h"
 
-#include <algorithm>
-#include <array>
-
 #include "Encoding.h"
 #include "Refusal.h"
 
-namespace DevService {
+#include <algorithm>
+#include <array>
 
+namespace DevService {
 namespace {
 
-constexpr std::size_t MaxNameLength = 255;
-constexpr std::size_t MaxNameCount = 300;
+constexpr std::size_t max_name_length = 255;
+constexpr std::size_t max_name_count = 300;
 
 /// Longest name, in bytes, that the usual file systems can store.
-constexpr std::size_t MaxNameBytes = 255;
+constexpr std::size_t max_name_bytes = 255;
 
 bool IsGoodName(std::string_view i_name) {
-    return !i_name.empty() && i_name != "." && i_name != ".." && i_name.size() <= MaxNameBytes &&
-           Utf16Length(i_name) <= MaxNameLength && i_name.find_first_of(std::string_view("\\\0", 2)) == i_name.npos;
+    return !i_name.empty() && i_name != "." && i_name != ".." && i_name.size() <= max_name_bytes &&
+           Utf16Length(i_name) <= max_name_length && i_name.find_first_of(std::string_view("\\\0", 2)) == i_name.npos;
 }
 
 } // namespace
@@ -28,14 +27,14 @@ ServicePath ServicePath::Parse(std::string_view i_text, std::string_view i_membe
     ServicePath path;
     if (i_text.empty())
         return path;
-    constexpr std::string_view Blanks = " \t\r\n";
-    if (i_text.front() != '/' || Blanks.find(i_text.back()) != Blanks.npos)
+    constexpr std::string_view blanks = " \t\r\n";
+    if (i_text.front() != '/' || blanks.find(i_text.back()) != blanks.npos)
         throw malformed;
     const std::string text = Composed(i_text);
     for (std::string_view rest = text; !rest.empty();) {
         rest.remove_prefix(1);
         const std::string_view name = rest.substr(0, rest.find('/'));
-        if (!IsGoodName(name) || path.names.size() == MaxNameCount)
+        if (!IsGoodName(name) || path.names.size() == max_name_count)
             throw malformed;
         path.names.emplace_back(name);
         rest.remove_prefix(name.size());
@@ -70,17 +69,17 @@ bool ServicePath::IsWithin(const ServicePath& i_folder) const {
 }
 
 bool IsDisallowedName(std::string_view i_name) {
-    static constexpr std::array<std::string_view, 6> Names = {"desktop.ini", "thumbs.db", ".ds_store",
+    static constexpr std::array<std::string_view, 6> names = {"desktop.ini", "thumbs.db", ".ds_store",
                                                               "icon\r",      ".dropbox",  ".dropbox.attr"};
     const std::string name = ToLower(i_name);
-    return std::ranges::find(Names, name) != Names.end() || name.starts_with("~$") || name.starts_with(".~") ||
-           (name.starts_with("~") && name.ends_with(".tmp")) || name.starts_with(HiddenPrefix);
+    return std::ranges::find(names, name) != names.end() || name.starts_with("~$") || name.starts_with(".~") ||
+           (name.starts_with("~") && name.ends_with(".tmp")) || name.starts_with(hidden_prefix);
 }
 
 bool IsDownloadable(std::string_view i_name) {
-    static constexpr std::array<std::string_view, 4> OnlineEndings = {".paper", ".gdoc", ".gsheet", ".gslides"};
+    static constexpr std::array<std::string_view, 4> online_endings = {".paper", ".gdoc", ".gsheet", ".gslides"};
     const std::string name = ToLower(i_name);
-    return std::ranges::none_of(OnlineEndings, [&](std::string_view i_ending) { return name.ends_with(i_ending); });
+    return std::ranges::none_of(online_endings, [&](std::string_view i_ending) { return name.ends_with(i_ending); });
 }
 
 std::string NumberedName(std::string_view i_name, unsigned i_number, bool i_is_folder) {

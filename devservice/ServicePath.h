@@ -35,7 +35,7 @@ bool IsDisallowedName(std::string_view i_name);
 bool IsDownloadable(std::string_view i_name);
 
 /// Start of the names that the service itself uses in a served folder; such files are never shown.
-inline constexpr std::string_view HiddenPrefix = ".devservice-";
+inline constexpr std::string_view hidden_prefix = ".devservice-";
 
 /// "photo.jpg" -> "photo (1).jpg"; a folder's name has no ending.
 std::string NumberedName(std::string_view i_name, unsigned i_number, bool i_is_folder);

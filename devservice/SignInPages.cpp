@@ -1,21 +1,20 @@
 #include "SignInPages.h"
 
-#include <algorithm>
-#include <chrono>
-
 #include "Encoding.h"
 #include "Hosts.h"
 
-namespace DevService {
+#include <algorithm>
+#include <chrono>
 
+namespace DevService {
 namespace {
 
-constexpr std::string_view AuthorizePath = "/oauth2/authorize";
-constexpr std::string_view ReceiverPath = "/1/oauth2/redirect_receiver";
-constexpr std::string_view CookieName = "devservice_session";
-constexpr std::string_view Scope =
+constexpr std::string_view authorize_path = "/oauth2/authorize";
+constexpr std::string_view receiver_path = "/1/oauth2/redirect_receiver";
+constexpr std::string_view cookie_name = "devservice_session";
+constexpr std::string_view scope =
     "account_info.read files.content.read files.content.write files.metadata.read files.metadata.write";
-constexpr std::chrono::seconds TokenLifetime = std::chrono::hours(4);
+constexpr std::chrono::seconds token_lifetime = std::chrono::hours(4);
 
 /// @param i_content HTML
 Reply Page(std::string_view i_title, std::string_view i_content, unsigned i_status = 200) {
@@ -41,19 +40,19 @@ Reply Redirect(std::string_view i_location) {
 }
 
 std::string UrlOf(std::string_view i_path) {
-    return "https://" + std::string(WebHost) + std::string(i_path);
+    return "https://" + std::string(web_host) + std::string(i_path);
 }
 
 /// A cookie for this host alone: one for the whole domain would go along with the calls of the API.
 Header CookieHeader(std::string_view i_value, std::string_view i_attributes) {
-    std::string cookie(CookieName);
+    std::string cookie(cookie_name);
     cookie.append("=").append(i_value).append("; Path=/; Secure; HttpOnly").append(i_attributes);
     return {"Set-Cookie", cookie};
 }
 
 std::string SessionCookie(const HttpExchange& i_exchange) {
     const std::string header(i_exchange.HeaderValue("Cookie").value_or(""));
-    const std::string name = std::string(CookieName) + "=";
+    const std::string name = std::string(cookie_name) + "=";
     for (std::size_t start = 0; start < header.size();) {
         const std::size_t end = std::min(header.find(';', start), header.size());
         start = std::min(header.find_first_not_of(' ', start), end);
@@ -70,7 +69,7 @@ std::string Field(const FormFields& i_fields, const char* i_name) {
 }
 
 std::string FormStart(const std::string& i_query) {
-    return "<form method=\"post\" action=\"" + EscapeHtml(std::string(AuthorizePath) + "?" + i_query) + "\">\n";
+    return "<form method=\"post\" action=\"" + EscapeHtml(std::string(authorize_path) + "?" + i_query) + "\">\n";
 }
 
 } // namespace
@@ -79,7 +78,7 @@ Reply SignInPages::Answer(HttpExchange& io_exchange) {
     const std::string target(io_exchange.Target());
     const std::size_t path_end = std::min(target.find('?'), target.size());
     const std::string path = target.substr(0, path_end);
-    if (path == AuthorizePath) {
+    if (path == authorize_path) {
         const std::string query = target.substr(std::min(path_end + 1, target.size()));
         FormFields fields = ParseForm(query);
         std::string redirect_uri = Field(fields, "redirect_uri");
@@ -90,7 +89,7 @@ Reply SignInPages::Answer(HttpExchange& io_exchange) {
     if (path == "/login")
         return Page("You are signed out",
                     "<p>An application that wants to use your files leads you to its sign-in.</p>\n");
-    if (path == ReceiverPath)
+    if (path == receiver_path)
         return Page("Done", "<p>You can go back to the application now.</p>\n");
     if (path == "/")
         return Page("Development service", "<p>This machine's own storage service is running.</p>\n");
@@ -119,14 +118,14 @@ Reply SignInPages::Authorize(HttpExchange& io_exchange, const Request& i_request
 }
 
 std::string SignInPages::Check(const Request& i_request) {
-    constexpr std::size_t MaxStateSize = 500;
+    constexpr std::size_t max_state_size = 500;
     if (Field(i_request.fields, "response_type") != "token")
         return "Invalid response_type: this service grants \"token\" only.";
     if (Field(i_request.fields, "client_id").empty())
         return "Missing client_id.";
-    if (i_request.redirect_uri != UrlOf(ReceiverPath))
-        return "Invalid redirect_uri: \"" + i_request.redirect_uri + "\". It must be " + UrlOf(ReceiverPath) + ".";
-    if (Field(i_request.fields, "state").size() > MaxStateSize)
+    if (i_request.redirect_uri != UrlOf(receiver_path))
+        return "Invalid redirect_uri: \"" + i_request.redirect_uri + "\". It must be " + UrlOf(receiver_path) + ".";
+    if (Field(i_request.fields, "state").size() > max_state_size)
         return "Invalid state: it is longer than 500 bytes.";
     return {};
 }
@@ -136,7 +135,7 @@ Reply SignInPages::SubmitLogIn(const Request& i_request, const FormFields& i_for
     Account* const account = FindAccount(email);
     if (!account || Field(i_form, "password") != account->password)
         return LogInPage(i_request, "Wrong email or password. Please try again.", email);
-    Reply reply = Redirect(UrlOf(AuthorizePath) + "?" + i_request.query);
+    Reply reply = Redirect(UrlOf(authorize_path) + "?" + i_request.query);
     reply.headers.push_back(CookieHeader(m_service.sign_ins.Begin(*account), ""));
     return reply;
 }
@@ -152,9 +151,9 @@ Reply SignInPages::SubmitConsent(const Request& i_request, const FormFields& i_f
         if (&m_service.accounts.At(i) == &account)
             uid = std::to_string(i + 1);
     return RedirectBack(
-        i_request, "uid=" + uid + "&access_token=" + EscapeUrl(m_service.accounts.IssueToken(account, TokenLifetime)) +
-                       "&expires_in=" + std::to_string(TokenLifetime.count()) +
-                       "&token_type=bearer&scope=" + EscapeUrl(Scope) + "&account_id=" + EscapeUrl(account.id));
+        i_request, "uid=" + uid + "&access_token=" + EscapeUrl(m_service.accounts.IssueToken(account, token_lifetime)) +
+                       "&expires_in=" + std::to_string(token_lifetime.count()) +
+                       "&token_type=bearer&scope=" + EscapeUrl(scope) + "&account_id=" + EscapeUrl(account.id));
 }
 
 Reply SignInPages::RedirectBack(const Request& i_request, std::string i_values) {

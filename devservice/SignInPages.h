@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "HttpExchange.h"
 #include "Service.h"
 #include "WebText.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace DevService {
 

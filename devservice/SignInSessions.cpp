@@ -3,17 +3,16 @@
 #include "Encoding.h"
 
 namespace DevService {
-
 namespace {
 
-constexpr std::size_t SecretBytes = 24;
+constexpr std::size_t secret_bytes = 24;
 
 } // namespace
 
 std::string SignInSessions::Begin(Account& i_account) {
-    std::string cookie = RandomText(SecretBytes);
+    std::string cookie = RandomText(secret_bytes);
     const std::lock_guard lock(m_mutex);
-    m_sessions[cookie] = {&i_account, RandomText(SecretBytes)};
+    m_sessions[cookie] = {&i_account, RandomText(secret_bytes)};
     return cookie;
 }
 

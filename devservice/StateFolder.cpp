@@ -1,9 +1,9 @@
 #include "StateFolder.h"
 
+#include "Encoding.h"
+
 #include <fstream>
 #include <stdexcept>
-
-#include "Encoding.h"
 
 namespace DevService {
 
@@ -16,8 +16,8 @@ StateFolder::StateFolder(fs::path i_folder) : m_folder(std::move(i_folder)) {
 
 void StateFolder::Write(std::string_view i_name, std::string_view i_content) const {
     const fs::path target = m_folder / i_name;
-    constexpr std::size_t NameBytes = 6;
-    const fs::path temporary = m_folder / (std::string(i_name) + ".new-" + RandomText(NameBytes));
+    constexpr std::size_t name_bytes = 6;
+    const fs::path temporary = m_folder / (std::string(i_name) + ".new-" + RandomText(name_bytes));
     std::ofstream stream(temporary, std::ios::binary);
     fs::permissions(temporary, fs::perms::owner_read | fs::perms::owner_write);
     stream << i_content;

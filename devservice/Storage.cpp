@@ -1,12 +1,12 @@
 #include "Storage.h"
 
-#include <algorithm>
-#include <array>
-#include <fstream>
-
 #include "ContentHash.h"
 #include "Encoding.h"
 #include "Refusal.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
 
 namespace DevService {
 
@@ -15,17 +15,17 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Files up to this size are hashed for an answer about them; that takes less than a tenth of a second.
-constexpr std::uint64_t MaxQuickHashSize = std::uint64_t{64} << 20;
+constexpr std::uint64_t max_quick_hash_size = std::uint64_t{64} << 20;
 
 /// Names that JSON could not carry, and those of the service's own files, are not shown.
 bool IsShown(const std::string& i_name) {
-    return IsUtf8(i_name) && !i_name.starts_with(HiddenPrefix);
+    return IsUtf8(i_name) && !i_name.starts_with(hidden_prefix);
 }
 
 std::string HashOfFile(const fs::path& i_file) {
-    constexpr std::size_t PieceSize = std::size_t{256} << 10;
+    constexpr std::size_t piece_size = std::size_t{256} << 10;
     std::ifstream stream(i_file, std::ios::binary);
-    std::vector<char> piece(PieceSize);
+    std::vector<char> piece(piece_size);
     ContentHash hash;
     while (stream) {
         stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
@@ -35,8 +35,8 @@ std::string HashOfFile(const fs::path& i_file) {
 }
 
 std::int64_t WholeSeconds(std::int64_t i_nanoseconds) {
-    constexpr std::int64_t Second = 1'000'000'000;
-    return i_nanoseconds / Second - (i_nanoseconds % Second < 0);
+    constexpr std::int64_t second = 1'000'000'000;
+    return i_nanoseconds / second - (i_nanoseconds % second < 0);
 }
 
 } // namespace
@@ -119,7 +119,7 @@ ItemMetadata Storage::Describe(const ServicePath& i_path, const FileStatus& i_st
 ItemMetadata Storage::Describe(const Place& i_place, HashWanted i_hash) const {
     ItemMetadata metadata = Describe(i_place.path, i_place.status);
     const bool is_missing = i_place.IsFile() && metadata.content_hash.empty();
-    if (is_missing && i_hash == HashWanted::WhenQuick && i_place.status.size <= MaxQuickHashSize) {
+    if (is_missing && i_hash == HashWanted::WhenQuick && i_place.status.size <= max_quick_hash_size) {
         metadata.content_hash = HashOfFile(i_place.real);
         ItemNotes::Content content = m_notes.ContentOf(i_place.status);
         content.hash = metadata.content_hash;
@@ -129,7 +129,7 @@ ItemMetadata Storage::Describe(const Place& i_place, HashWanted i_hash) const {
 }
 
 std::optional<std::string> Storage::StoredName(const fs::path& i_folder, const std::string& i_name) const {
-    if (i_name.starts_with(HiddenPrefix))
+    if (i_name.starts_with(hidden_prefix))
         return std::nullopt;
     if (FileStatus::Of(i_folder / i_name).Exists())
         return i_name;

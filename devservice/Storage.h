@@ -1,15 +1,15 @@
 #pragma once
 
+#include "FileStatus.h"
+#include "ItemMetadata.h"
+#include "ItemNotes.h"
+#include "ServicePath.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "FileStatus.h"
-#include "ItemMetadata.h"
-#include "ItemNotes.h"
-#include "ServicePath.h"
 
 namespace DevService {
 

@@ -1,9 +1,9 @@
 #include "StorageWriter.h"
 
-#include <chrono>
-
 #include "Encoding.h"
 #include "Refusal.h"
+
+#include <chrono>
 
 namespace DevService {
 
@@ -173,8 +173,8 @@ void StorageWriter::MakeParents(const Storage::Place& i_place) {
 
 /// Copies under a hidden name first, so that the copy appears whole or not at all.
 void StorageWriter::CopyTree(const fs::path& i_from, const fs::path& i_to) {
-    constexpr std::size_t NameBytes = 12;
-    const fs::path hidden = i_to.parent_path() / (std::string(HiddenPrefix) + RandomText(NameBytes));
+    constexpr std::size_t name_bytes = 12;
+    const fs::path hidden = i_to.parent_path() / (std::string(hidden_prefix) + RandomText(name_bytes));
     try {
         fs::copy(i_from, hidden, fs::copy_options::recursive | fs::copy_options::skip_symlinks);
         fs::rename(hidden, i_to);

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "IncomingFile.h"
+#include "Storage.h"
+
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "IncomingFile.h"
-#include "Storage.h"
 
 namespace DevService {
 

@@ -1,8 +1,6 @@
 #include "TlsAuthority.h"
 
-#include <memory>
-#include <stdexcept>
-#include <string_view>
+#include "Hosts.h"
 
 #include <openssl/bio.h>
 #include <openssl/ec.h>
@@ -12,10 +10,11 @@
 #include <openssl/rand.h>
 #include <openssl/x509v3.h>
 
-#include "Hosts.h"
+#include <memory>
+#include <stdexcept>
+#include <string_view>
 
 namespace DevService {
-
 namespace {
 
 template <auto Free>
@@ -69,9 +68,9 @@ bool HasFullSignature(const X509& i_certificate) {
     const unsigned char* bytes = bits->data;
     const std::unique_ptr<ECDSA_SIG, Deleter<ECDSA_SIG_free>> signature(d2i_ECDSA_SIG(nullptr, &bytes, bits->length));
     Require(signature != nullptr);
-    constexpr int FullSize = 32; // Of P-256
-    return BN_num_bytes(ECDSA_SIG_get0_r(signature.get())) == FullSize &&
-           BN_num_bytes(ECDSA_SIG_get0_s(signature.get())) == FullSize;
+    constexpr int full_size = 32; // Of P-256
+    return BN_num_bytes(ECDSA_SIG_get0_r(signature.get())) == full_size &&
+           BN_num_bytes(ECDSA_SIG_get0_s(signature.get())) == full_size;
 }
 
 /// Wine reads the two numbers of a signature without their leading zeros, and takes one of 31 bytes for a wrong one:
@@ -83,13 +82,13 @@ void Sign(X509& io_certificate, EVP_PKEY& i_key) {
 }
 
 Certificate NewCertificate(std::string_view i_name, EVP_PKEY& i_key) {
-    constexpr long Day = 24L * 60 * 60;
+    constexpr long day = 24L * 60 * 60;
     Certificate certificate(X509_new());
     Require(certificate != nullptr);
     Require(X509_set_version(certificate.get(), X509_VERSION_3) == 1);
     SetSerial(*certificate);
-    Require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -Day) != nullptr);
-    Require(X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 365 * Day) != nullptr);
+    Require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -day) != nullptr);
+    Require(X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 365 * day) != nullptr);
     SetName(X509_get_subject_name(certificate.get()), i_name);
     Require(X509_set_pubkey(certificate.get(), &i_key) == 1);
     return certificate;
@@ -106,10 +105,10 @@ Certificate NewAuthority(EVP_PKEY& i_key) {
 }
 
 Certificate NewHostCertificate(EVP_PKEY& i_key, X509& i_authority, EVP_PKEY& i_authority_key) {
-    Certificate certificate = NewCertificate(ApiHost, i_key);
+    Certificate certificate = NewCertificate(api_host, i_key);
     Require(X509_set_issuer_name(certificate.get(), X509_get_subject_name(&i_authority)) == 1);
     std::string names;
-    for (const std::string_view host : {ApiHost, ContentHost, WebHost})
+    for (const std::string_view host : {api_host, content_host, web_host})
         names.append(names.empty() ? "DNS:" : ",DNS:").append(host);
     AddExtension(*certificate, i_authority, NID_subject_alt_name, names);
     AddExtension(*certificate, i_authority, NID_basic_constraints, "critical,CA:FALSE");

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include <boost/asio/ssl/context.hpp>
+
+#include <string>
 
 namespace DevService {
 

@@ -1,9 +1,8 @@
+#include "Batches.h"
+#include "Refusal.h"
 #include "Routes.h"
 
 #include <vector>
-
-#include "Batches.h"
-#include "Refusal.h"
 
 namespace DevService::TransferRoutes {
 
@@ -15,8 +14,8 @@ void Receive(Call& io_call, IncomingFile& o_file) {
     std::uint64_t room = io_call.service.max_upload;
     if (io_call.exchange.BodySize().value_or(0) > room)
         throw too_large;
-    constexpr std::size_t PieceSize = std::size_t{256} << 10;
-    std::vector<char> piece(PieceSize);
+    constexpr std::size_t piece_size = std::size_t{256} << 10;
+    std::vector<char> piece(piece_size);
     while (const std::size_t size = io_call.exchange.ReadBody(piece)) {
         if (size > room) // of a body that came in chunks
             throw too_large;
@@ -52,9 +51,9 @@ struct SessionCursor {
 };
 
 SessionCursor ReadCursor(Arguments& io_arguments) {
-    constexpr std::uint64_t MaxOffset = (std::uint64_t{1} << 41) - (std::uint64_t{1} << 22);
+    constexpr std::uint64_t max_offset = (std::uint64_t{1} << 41) - (std::uint64_t{1} << 22);
     Arguments cursor = io_arguments.Object("cursor");
-    SessionCursor read{cursor.Text("session_id"), cursor.OptionalNumber("offset", 0, MaxOffset).value_or(0)};
+    SessionCursor read{cursor.Text("session_id"), cursor.OptionalNumber("offset", 0, max_offset).value_or(0)};
     cursor.Finish();
     return read;
 }
@@ -78,7 +77,7 @@ Ending ReadEnding(Arguments& io_arguments) {
 /// Ends sessions that were closed with their last bytes.
 BatchResult FinishEach(Call& io_call) {
     std::vector<Ending> endings;
-    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::MaxSize))
+    for (Arguments& entry : io_call.arguments.Objects("entries", BatchResult::max_size))
         endings.push_back(ReadEnding(entry));
     io_call.arguments.Finish();
     Account& account = io_call.account;

@@ -1,12 +1,11 @@
 #include "UploadSessions.h"
 
-#include <vector>
-
 #include "Encoding.h"
 #include "Refusal.h"
 
-namespace DevService {
+#include <vector>
 
+namespace DevService {
 namespace {
 
 RouteError LookupError(std::string_view i_member, std::string i_tag) {
@@ -30,8 +29,8 @@ void UploadSessions::Locked::RequireClosed() const {
 }
 
 std::string UploadSessions::Start() {
-    constexpr std::size_t IdBytes = 13;
-    std::string id = "AAAA" + RandomText(IdBytes);
+    constexpr std::size_t id_bytes = 13;
+    std::string id = "AAAA" + RandomText(id_bytes);
     auto session = std::make_shared<Session>(m_folder);
     const std::lock_guard lock(m_mutex);
     m_sessions.emplace(id, std::move(session));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IncomingFile.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -7,8 +9,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-
-#include "IncomingFile.h"
 
 namespace DevService {
 

@@ -1,9 +1,8 @@
+#include "Hosts.h"
 #include "Routes.h"
 
 #include <algorithm>
 #include <filesystem>
-
-#include "Hosts.h"
 
 namespace DevService::UserRoutes {
 
@@ -42,7 +41,7 @@ Reply GetCurrentAccount(Call& io_call) {
     WriteFlag(json, "disabled", false);
     WriteMember(json, "country", "US");
     WriteMember(json, "locale", "en");
-    WriteMember(json, "referral_link", "https://" + std::string(WebHost) + "/referrals/");
+    WriteMember(json, "referral_link", "https://" + std::string(web_host) + "/referrals/");
     WriteFlag(json, "is_paired", false);
     WriteTag(json, "account_type", "basic");
     WriteKey(json, "root_info");

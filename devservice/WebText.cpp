@@ -4,7 +4,6 @@
 #include <charconv>
 
 namespace DevService {
-
 namespace {
 
 std::string UnescapeUrl(std::string_view i_text) {
@@ -53,17 +52,17 @@ std::string EscapeHtml(std::string_view i_text) {
 }
 
 std::string EscapeUrl(std::string_view i_text) {
-    constexpr std::string_view Digits = "0123456789ABCDEF";
-    constexpr std::string_view Plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
     std::string text;
     for (const char character : i_text) {
         const auto byte = static_cast<unsigned char>(character);
-        if (Plain.find(character) != Plain.npos) {
+        if (plain.find(character) != plain.npos) {
             text += character;
         } else {
             text += '%';
-            text += Digits[byte >> 4];
-            text += Digits[byte & 0xF];
+            text += digits[byte >> 4];
+            text += digits[byte & 0xF];
         }
     }
     return text;

@@ -1,25 +1,25 @@
-#include <csignal>
-#include <exception>
-#include <filesystem>
-#include <iostream>
-#include <string>
-
-#include <CLI/CLI.hpp>
-#include <boost/asio/signal_set.hpp>
-
 #include "Encoding.h"
 #include "Options.h"
 #include "Server.h"
 #include "Service.h"
 #include "StateFolder.h"
 
+#include <CLI/CLI.hpp>
+#include <boost/asio/signal_set.hpp>
+
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <string>
+
 namespace {
 
 using namespace DevService;
 
 std::filesystem::path NewTemporaryFolder() {
-    constexpr std::size_t NameBytes = 9;
-    return std::filesystem::temp_directory_path() / ("devservice-" + RandomText(NameBytes));
+    constexpr std::size_t name_bytes = 9;
+    return std::filesystem::temp_directory_path() / ("devservice-" + RandomText(name_bytes));
 }
 
 /// Writes what a client needs; the address last, because it is what others wait for.

@@ -100,7 +100,7 @@ void MoveLocalFile(const std::filesystem::path& i_from, const std::filesystem::p
 
 std::string ReadWholeFile(const std::filesystem::path& i_path) {
     LocalFile file(i_path, LocalFile::Mode::Read);
-    std::string bytes(static_cast<size_t>(file.Size()), '\0');
+    std::string bytes(static_cast<std::size_t>(file.Size()), '\0');
     bytes.resize(file.ReadAt(0, bytes.data(), static_cast<ULONG>(bytes.size())));
     return bytes;
 }

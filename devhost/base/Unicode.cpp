@@ -7,7 +7,7 @@ namespace DevHost {
 std::string ToUtf8(std::wstring_view i_text) {
     const auto length = static_cast<int>(i_text.size());
     const int size = WideCharToMultiByte(CP_UTF8, 0, i_text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<size_t>(size), '\0');
+    std::string result(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, 0, i_text.data(), length, result.data(), size, nullptr, nullptr);
     return result;
 }
@@ -15,7 +15,7 @@ std::string ToUtf8(std::wstring_view i_text) {
 std::wstring FromUtf8(std::string_view i_text) {
     const auto length = static_cast<int>(i_text.size());
     const int size = MultiByteToWideChar(CP_UTF8, 0, i_text.data(), length, nullptr, 0);
-    std::wstring result(static_cast<size_t>(size), L'\0');
+    std::wstring result(static_cast<std::size_t>(size), L'\0');
     MultiByteToWideChar(CP_UTF8, 0, i_text.data(), length, result.data(), size);
     return result;
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Qorv::ComPtr;
 
-constexpr size_t max_depth = 64;
+constexpr std::size_t max_depth = 64;
 
 [[noreturn]] void ThrowMalformed(const std::wstring& i_why) {
     throw Failure(E_INVALIDARG, L"The XML document is not well-formed: " + i_why);
@@ -60,7 +60,7 @@ std::wstring XmlElement::Attribute(const std::wstring& i_name) const {
     return found != attributes.end() ? found->second : std::wstring();
 }
 
-XmlElement ParseXml(const void* i_data, size_t i_size) {
+XmlElement ParseXml(const void* i_data, std::size_t i_size) {
     ComPtr<IStream> stream;
     stream.Attach(SHCreateMemStream(static_cast<const BYTE*>(i_data), static_cast<UINT>(i_size)));
     if (stream == nullptr)

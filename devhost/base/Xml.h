@@ -19,6 +19,6 @@ struct XmlElement {
 };
 
 /// Reads a document and gives its root. Throws a `Failure` with E_INVALIDARG for what is no well-formed XML.
-XmlElement ParseXml(const void* i_data, size_t i_size);
+XmlElement ParseXml(const void* i_data, std::size_t i_size);
 
 } // namespace DevHost

@@ -26,11 +26,11 @@ std::string EncodeForForm(std::wstring_view i_text) {
 
 } // namespace
 
-WebRequest SubmitForm(const Page& i_page, const std::wstring& i_page_url, size_t i_button,
-                      const std::function<std::wstring(size_t)>& i_entry) {
-    const size_t form_index = i_page.blocks[i_button].form;
+WebRequest SubmitForm(const Page& i_page, const std::wstring& i_page_url, std::size_t i_button,
+                      const std::function<std::wstring(std::size_t)>& i_entry) {
+    const std::size_t form_index = i_page.blocks[i_button].form;
     std::string data;
-    for (size_t index = 0; index < i_page.blocks.size(); ++index) {
+    for (std::size_t index = 0; index < i_page.blocks.size(); ++index) {
         const PageBlock& block = i_page.blocks[index];
         const bool is_field = block.kind == Kind::Field || block.kind == Kind::Password;
         const bool is_sent =

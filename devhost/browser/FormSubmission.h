@@ -13,7 +13,7 @@ namespace DevHost {
 /// @param i_page_url where the page came from
 /// @param i_button which block was pressed; it belongs to the form
 /// @param i_entry gives what stands now in a field, by the number of its block
-WebRequest SubmitForm(const Page& i_page, const std::wstring& i_page_url, size_t i_button,
-                      const std::function<std::wstring(size_t)>& i_entry);
+WebRequest SubmitForm(const Page& i_page, const std::wstring& i_page_url, std::size_t i_button,
+                      const std::function<std::wstring(std::size_t)>& i_entry);
 
 } // namespace DevHost

@@ -42,7 +42,7 @@ std::wstring NumberedCharacter(std::wstring_view i_number) {
     constexpr std::wstring_view all_digits = L"0123456789abcdef0123456789ABCDEF";
     std::uint32_t code_point = 0;
     for (const wchar_t digit : digits) {
-        const size_t position = all_digits.find(digit);
+        const std::size_t position = all_digits.find(digit);
         if (position == std::wstring_view::npos || position % 16 >= base)
             return {};
         if (code_point <= 0x10FFFF) // More digits only make it more impossible.
@@ -64,12 +64,12 @@ std::wstring EntityCharacter(std::wstring_view i_entity) {
 } // namespace
 
 std::wstring ReplaceEntities(std::wstring_view i_text) {
-    constexpr size_t max_entity_length = 12;
+    constexpr std::size_t max_entity_length = 12;
     std::wstring result;
-    for (size_t begin = 0; begin < i_text.size();) {
-        const size_t ampersand = std::min(i_text.find(L'&', begin), i_text.size());
+    for (std::size_t begin = 0; begin < i_text.size();) {
+        const std::size_t ampersand = std::min(i_text.find(L'&', begin), i_text.size());
         result += i_text.substr(begin, ampersand - begin);
-        const size_t semicolon = i_text.substr(ampersand, max_entity_length).find(L';');
+        const std::size_t semicolon = i_text.substr(ampersand, max_entity_length).find(L';');
         const std::wstring character = semicolon != std::wstring_view::npos
                                            ? EntityCharacter(i_text.substr(ampersand + 1, semicolon - 1))
                                            : std::wstring();

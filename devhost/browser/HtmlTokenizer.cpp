@@ -37,9 +37,9 @@ public:
     }
 
 private:
-    wchar_t At(size_t i_index) const { return i_index < m_rest.size() ? m_rest[i_index] : L'\0'; }
+    wchar_t At(std::size_t i_index) const { return i_index < m_rest.size() ? m_rest[i_index] : L'\0'; }
 
-    std::wstring_view Take(size_t i_length) {
+    std::wstring_view Take(std::size_t i_length) {
         const std::wstring_view taken = m_rest.substr(0, i_length);
         m_rest.remove_prefix(taken.size());
         return taken;
@@ -48,12 +48,12 @@ private:
     template <typename Predicate>
     std::wstring_view TakeWhile(Predicate i_belongs) {
         const auto end = std::ranges::find_if_not(m_rest, i_belongs);
-        return Take(static_cast<size_t>(end - m_rest.begin()));
+        return Take(static_cast<std::size_t>(end - m_rest.begin()));
     }
 
     /// Up to a mark and the mark too; everything when it does not come.
     void SkipPast(std::wstring_view i_mark) {
-        const size_t found = m_rest.find(i_mark);
+        const std::size_t found = m_rest.find(i_mark);
         Take(found == std::wstring_view::npos ? m_rest.size() : found + i_mark.size());
     }
 
@@ -110,12 +110,12 @@ private:
             std::search(m_rest.begin(), m_rest.end(), end_tag.begin(), end_tag.end(), [](wchar_t c, wchar_t lower) {
                 return ToLower({&c, 1}).front() == lower;
             });
-        Take(static_cast<size_t>(found - m_rest.begin()));
+        Take(static_cast<std::size_t>(found - m_rest.begin()));
         SkipPast(L">");
     }
 
     void TakeText() {
-        std::wstring text = ReplaceEntities(Take(std::max<size_t>(m_rest.find(L'<', 1), 1)));
+        std::wstring text = ReplaceEntities(Take(std::max<std::size_t>(m_rest.find(L'<', 1), 1)));
         if (!m_tokens.empty() && m_tokens.back().kind == HtmlToken::Kind::Text)
             m_tokens.back().text += text;
         else

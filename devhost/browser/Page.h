@@ -9,14 +9,14 @@ namespace DevHost {
 /// One thing on a page.
 struct PageBlock {
     enum class Kind { Heading, Paragraph, ListItem, Link, Label, Field, Password, Button, Hidden };
-    static constexpr size_t no_form = static_cast<size_t>(-1);
+    static constexpr std::size_t no_form = static_cast<std::size_t>(-1);
 
     Kind kind = Kind::Paragraph;
-    std::wstring text;     ///< What is shown: of a field what it holds at first, of a button its caption.
-    std::wstring name;     ///< Of what a form sends; without a name it is not sent.
-    std::wstring value;    ///< What a button and a hidden field send.
-    std::wstring url;      ///< Where a link leads, as it is written.
-    size_t form = no_form; ///< Which form it belongs to.
+    std::wstring text;          ///< What is shown: of a field what it holds at first, of a button its caption.
+    std::wstring name;          ///< Of what a form sends; without a name it is not sent.
+    std::wstring value;         ///< What a button and a hidden field send.
+    std::wstring url;           ///< Where a link leads, as it is written.
+    std::size_t form = no_form; ///< Which form it belongs to.
 };
 
 struct PageForm {

@@ -10,7 +10,7 @@ namespace {
 using Kind = PageBlock::Kind;
 
 // A page has no use for more, and each takes a window.
-constexpr size_t max_blocks = 400;
+constexpr std::size_t max_blocks = 400;
 
 constexpr std::array<std::wstring_view, 6> headings = {L"h1", L"h2", L"h3", L"h4", L"h5", L"h6"};
 
@@ -20,7 +20,7 @@ constexpr std::array<std::wstring_view, 24> block_tags = {
     L"ul",     L"ol",  L"dl",         L"dt",      L"dd",       L"form",   L"table",  L"tr",
     L"legend", L"hr",  L"blockquote", L"pre",     L"fieldset", L"center", L"body",   L"address"};
 
-template <size_t Size>
+template <std::size_t Size>
 bool IsOneOf(const std::array<std::wstring_view, Size>& i_names, std::wstring_view i_name) {
     return std::ranges::find(i_names, i_name) != i_names.end();
 }

@@ -27,7 +27,7 @@ private:
     Page m_page;
     PageBlock m_current;     ///< What texts are added to.
     bool m_is_title = false; ///< Texts belong to the title.
-    size_t m_form = PageBlock::no_form;
+    std::size_t m_form = PageBlock::no_form;
 };
 
 } // namespace DevHost

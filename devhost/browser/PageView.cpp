@@ -117,7 +117,7 @@ void PageView::Clear() noexcept {
 void PageView::SetBusy(bool i_is_busy) {
     m_is_busy = i_is_busy;
     SetWindowTextW(m_window, i_is_busy ? L"" : m_url.c_str());
-    for (size_t block = 0; block < m_controls.size(); ++block)
+    for (std::size_t block = 0; block < m_controls.size(); ++block)
         if (m_page.blocks[block].kind == Kind::Button)
             EnableWindow(Control(block), !i_is_busy);
 }
@@ -131,7 +131,7 @@ void PageView::Arrange() {
     places = m_layout.Arrange(m_page, static_cast<int>(client.right));
     m_scroller.SetContent(places.size);
     const POINT offset = m_scroller.Offset();
-    for (size_t block = 0; block < m_controls.size(); ++block) {
+    for (std::size_t block = 0; block < m_controls.size(); ++block) {
         const RECT& place = places.blocks[block];
         if (Control(block) != nullptr)
             MoveWindow(Control(block), static_cast<int>(place.left), static_cast<int>(place.top - offset.y),
@@ -144,7 +144,7 @@ void PageView::FocusFirstField() const {
     if (GetActiveWindow() != GetAncestor(m_window, GA_ROOT))
         return;
     HWND first = nullptr;
-    for (size_t block = 0; block < m_controls.size(); ++block) {
+    for (std::size_t block = 0; block < m_controls.size(); ++block) {
         const PageBlock& description = m_page.blocks[block];
         const bool is_field = description.kind == Kind::Field || description.kind == Kind::Password;
         if (is_field && description.text.empty())
@@ -155,15 +155,15 @@ void PageView::FocusFirstField() const {
     SetFocus(first != nullptr ? first : m_window);
 }
 
-std::optional<size_t> PageView::FocusedBlock() const {
+std::optional<std::size_t> PageView::FocusedBlock() const {
     const HWND focus = GetFocus();
     const auto found = std::ranges::find(m_controls, focus);
     if (focus == nullptr || found == m_controls.end())
         return std::nullopt;
-    return static_cast<size_t>(found - m_controls.begin());
+    return static_cast<std::size_t>(found - m_controls.begin());
 }
 
-void PageView::Activate(size_t i_block) {
+void PageView::Activate(std::size_t i_block) {
     const PageBlock& block = m_page.blocks[i_block];
     if (m_is_busy)
         return;
@@ -171,22 +171,22 @@ void PageView::Activate(size_t i_block) {
         m_listener.on_request({Url(m_url).Resolve(block.url).Text(), {}, false});
     else if (block.kind == Kind::Button)
         m_listener.on_request(
-            SubmitForm(m_page, m_url, i_block, [this](size_t i_field) { return WindowText(Control(i_field)); }));
+            SubmitForm(m_page, m_url, i_block, [this](std::size_t i_field) { return WindowText(Control(i_field)); }));
 }
 
-void PageView::PressDefaultButton(size_t i_field) {
-    const size_t form = m_page.blocks[i_field].form;
+void PageView::PressDefaultButton(std::size_t i_field) {
+    const std::size_t form = m_page.blocks[i_field].form;
     const auto button = std::ranges::find_if(m_page.blocks, [form](const PageBlock& i_block) {
         return i_block.kind == Kind::Button && i_block.form == form;
     });
     if (button != m_page.blocks.end())
-        Activate(static_cast<size_t>(button - m_page.blocks.begin()));
+        Activate(static_cast<std::size_t>(button - m_page.blocks.begin()));
 }
 
 bool PageView::TranslateKey(const MSG& i_message) {
     if (i_message.message != WM_KEYDOWN || (i_message.hwnd != m_window && !IsChild(m_window, i_message.hwnd)))
         return false;
-    const std::optional<size_t> focused = FocusedBlock();
+    const std::optional<std::size_t> focused = FocusedBlock();
     const bool is_in_field =
         focused && (m_page.blocks[*focused].kind == Kind::Field || m_page.blocks[*focused].kind == Kind::Password);
     const bool is_control_down = GetKeyState(VK_CONTROL) < 0;
@@ -271,7 +271,7 @@ LRESULT PageView::Process(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
 }
 
 void PageView::OnCommand(WORD i_control_id, WORD i_notification) {
-    const size_t block = size_t{i_control_id} - first_control_id;
+    const std::size_t block = std::size_t{i_control_id} - first_control_id;
     if (block >= m_controls.size())
         return;
     const bool is_button = m_page.blocks[block].kind == Kind::Button || m_page.blocks[block].kind == Kind::Link;

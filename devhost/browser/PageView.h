@@ -45,11 +45,11 @@ private:
     void Clear() noexcept;
     void Arrange();
     void FocusFirstField() const;
-    void Activate(size_t i_block);
+    void Activate(std::size_t i_block);
     /// The block whose control has the focus.
-    std::optional<size_t> FocusedBlock() const;
-    void PressDefaultButton(size_t i_field);
-    HWND Control(size_t i_block) const noexcept { return m_controls[i_block]; }
+    std::optional<std::size_t> FocusedBlock() const;
+    void PressDefaultButton(std::size_t i_field);
+    HWND Control(std::size_t i_block) const noexcept { return m_controls[i_block]; }
 
     Listener m_listener;
     HWND m_window = nullptr;

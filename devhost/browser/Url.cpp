@@ -11,7 +11,7 @@ namespace {
 std::wstring WithoutDotSegments(std::wstring_view i_path) {
     std::wstring result;
     while (!i_path.empty()) {
-        const size_t end = std::min(i_path.find(L'/', 1), i_path.size()); // A segment with the slash before it.
+        const std::size_t end = std::min(i_path.find(L'/', 1), i_path.size()); // A segment with the slash before it.
         const std::wstring_view segment = i_path.substr(0, end);
         const bool is_last = end == i_path.size();
         i_path.remove_prefix(end);
@@ -51,7 +51,7 @@ Url Url::Resolve(const std::wstring& i_reference) const {
     const std::wstring path = m_text.substr(PathStart(), PathEnd() - PathStart());
     if (i_reference.front() == L'?')
         return Url(m_text.substr(0, PathEnd()) + i_reference);
-    const size_t path_length = reference.PathEnd();
+    const std::size_t path_length = reference.PathEnd();
     std::wstring new_path = i_reference.substr(0, path_length);
     if (new_path.front() != L'/')
         new_path = (path.empty() ? L"/" : path.substr(0, path.rfind(L'/') + 1)) + new_path;
@@ -59,29 +59,29 @@ Url Url::Resolve(const std::wstring& i_reference) const {
 }
 
 std::wstring Url::Host() const {
-    const size_t scheme = SchemeLength();
+    const std::size_t scheme = SchemeLength();
     if (m_text.compare(scheme, 2, L"//") != 0)
         return {};
     return m_text.substr(scheme + 2, PathStart() - scheme - 2);
 }
 
-size_t Url::FragmentStart() const {
+std::size_t Url::FragmentStart() const {
     return std::min(m_text.find(L'#'), m_text.size());
 }
 
-size_t Url::SchemeLength() const {
-    const size_t colon = m_text.find(L':');
+std::size_t Url::SchemeLength() const {
+    const std::size_t colon = m_text.find(L':');
     return colon != std::wstring::npos && colon != 0 && m_text.find_first_of(L"/?#") > colon ? colon + 1 : 0;
 }
 
-size_t Url::PathStart() const {
-    const size_t scheme = SchemeLength();
+std::size_t Url::PathStart() const {
+    const std::size_t scheme = SchemeLength();
     if (m_text.compare(scheme, 2, L"//") != 0)
         return scheme;
     return std::min(m_text.find_first_of(L"/?#", scheme + 2), m_text.size());
 }
 
-size_t Url::PathEnd() const {
+std::size_t Url::PathEnd() const {
     return std::min(m_text.find_first_of(L"?#", PathStart()), m_text.size());
 }
 

@@ -30,12 +30,12 @@ public:
     std::wstring Host() const;
 
 private:
-    size_t FragmentStart() const;
+    std::size_t FragmentStart() const;
     /// Length of "https:", 0 for none.
-    size_t SchemeLength() const;
+    std::size_t SchemeLength() const;
     /// Where the path begins: after the scheme and the host.
-    size_t PathStart() const;
-    size_t PathEnd() const;
+    std::size_t PathStart() const;
+    std::size_t PathEnd() const;
 
     std::wstring m_text;
 };

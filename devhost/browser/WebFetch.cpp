@@ -12,7 +12,7 @@ namespace DevHost {
 namespace {
 
 constexpr int max_redirects = 20;
-constexpr size_t max_body_size = 1 << 20; // The pages are small; nobody reads more of another one.
+constexpr std::size_t max_body_size = 1 << 20; // The pages are small; nobody reads more of another one.
 constexpr DWORD timeout_in_ms = 30000;
 constexpr wchar_t what[] = L"Cannot load the page";
 

@@ -6,16 +6,12 @@
 namespace DevHost {
 namespace {
 
-// Items of the plug-in's own dictionary of an account.
-constexpr wchar_t id_item[] = L"UserId";
-constexpr wchar_t user_name_item[] = L"UserName";
-constexpr wchar_t token_item[] = L"Token";
-
 /// What the plug-in makes the account of: a saved one keeps its id, so that nobody signs in as somebody else.
 CabNode::Node SourceDictionary(Shell& io_shell, const CommandLine& i_line) {
     const CabNode::Node source =
         i_line.Has("ID") ? io_shell.Accounts().Get(i_line.Text("ID")).file.Load() : Qorv::Create<CabNode>();
-    source->Member(token_item)->SetValue(i_line.Text("--token")); // Clear text, which the plug-in takes as it stands.
+    source->Member(account_token_item)
+        ->SetValue(i_line.Text("--token")); // Clear text, which the plug-in takes as it stands.
     return source;
 }
 
@@ -30,8 +26,8 @@ void LogIn(Shell& io_shell, const CommandLine& i_line) {
     operation.Check(account->SaveTo(saved));
     io_shell.Accounts().Save(*saved);
 
-    const std::wstring id = saved->MemberText(id_item);
-    const std::wstring user_name = saved->MemberText(user_name_item);
+    const std::wstring id = saved->MemberText(account_id_item);
+    const std::wstring user_name = saved->MemberText(account_user_name_item);
     if (io_shell.Out().IsJson())
         io_shell.Out().Json(JsonValue().Begin().Text("id", id).Text("name", user_name).End().Done());
     else

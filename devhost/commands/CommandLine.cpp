@@ -50,14 +50,13 @@ std::string ToWord(std::wstring_view i_text) {
 
 std::wstring FromWord(std::string_view i_word) {
     std::wstring text;
-    for (const unsigned char byte : i_word) {
+    for (const unsigned char byte : i_word)
         if (byte < 0x80)
             text += static_cast<wchar_t>(byte);
         else if (byte < 0xC0) // One more of a unit that has begun.
             text.back() = static_cast<wchar_t>(text.back() << 6 | (byte & 0x3F));
         else
             text += static_cast<wchar_t>(byte & (byte < 0xE0 ? 0x1F : 0x0F));
-    }
     return text;
 }
 

@@ -60,7 +60,7 @@ std::wstring Item::SizeText() const {
     if (is_folder)
         return {};
     std::wstring text = std::to_wstring(size);
-    for (size_t digits = 3; digits < text.size(); digits += 4)
+    for (std::size_t digits = 3; digits < text.size(); digits += 4)
         text.insert(text.size() - digits, 1, L' ');
     return text;
 }

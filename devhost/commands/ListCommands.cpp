@@ -53,7 +53,7 @@ void ShowTable(const Output& i_out, const std::vector<Item>& i_items) {
     rows.reserve(i_items.size());
     for (const Item& item : i_items)
         rows.push_back({item.SizeText(), item.ModifiedText(), item.path + (item.is_folder ? L"/" : L"")});
-    constexpr size_t size_column = 0;
+    constexpr std::size_t size_column = 0;
     i_out.Table(rows, size_column);
 }
 

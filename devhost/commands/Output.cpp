@@ -13,7 +13,7 @@ namespace {
 void Write(DWORD i_stream, std::string_view i_bytes) {
     while (!i_bytes.empty()) {
         DWORD written = 0;
-        const auto size = static_cast<DWORD>(std::min<size_t>(i_bytes.size(), 1 << 20));
+        const auto size = static_cast<DWORD>(std::min<std::size_t>(i_bytes.size(), 1 << 20));
         if (!WriteFile(GetStdHandle(i_stream), i_bytes.data(), size, &written, nullptr) || written == 0)
             throw LastErrorFailure(L"Cannot write the output");
         i_bytes.remove_prefix(written);
@@ -21,8 +21,8 @@ void Write(DWORD i_stream, std::string_view i_bytes) {
 }
 
 /// Code points, near enough the columns that a text takes.
-size_t WidthOf(std::wstring_view i_text) {
-    return i_text.size() - static_cast<size_t>(std::ranges::count_if(i_text, [](wchar_t i_unit) {
+std::size_t WidthOf(std::wstring_view i_text) {
+    return i_text.size() - static_cast<std::size_t>(std::ranges::count_if(i_text, [](wchar_t i_unit) {
                return i_unit >= 0xDC00 && i_unit <= 0xDFFF; // The second half of a pair
            }));
 }
@@ -43,7 +43,7 @@ void Output::Line(std::wstring_view i_text) const {
     Write(STD_OUTPUT_HANDLE, ToUtf8(i_text) + "\n");
 }
 
-void Output::Bytes(const void* i_data, size_t i_size) const {
+void Output::Bytes(const void* i_data, std::size_t i_size) const {
     Write(STD_OUTPUT_HANDLE, {static_cast<const char*>(i_data), i_size});
 }
 
@@ -51,16 +51,16 @@ void Output::Json(std::string_view i_value) const {
     Write(STD_OUTPUT_HANDLE, std::string(i_value) + "\n");
 }
 
-void Output::Table(const std::vector<std::vector<std::wstring>>& i_rows, size_t i_right_aligned) const {
-    std::vector<size_t> widths;
+void Output::Table(const std::vector<std::vector<std::wstring>>& i_rows, std::size_t i_right_aligned) const {
+    std::vector<std::size_t> widths;
     for (const auto& row : i_rows) {
         widths.resize(std::max(widths.size(), row.size()));
-        for (size_t column = 0; column < row.size(); ++column)
+        for (std::size_t column = 0; column < row.size(); ++column)
             widths[column] = std::max(widths[column], WidthOf(row[column]));
     }
     std::wstring text;
     for (const auto& row : i_rows) {
-        for (size_t column = 0; column < row.size(); ++column) {
+        for (std::size_t column = 0; column < row.size(); ++column) {
             const std::wstring padding(widths[column] - WidthOf(row[column]), L' ');
             const bool is_last = column + 1 == row.size();
             text +=

@@ -18,12 +18,12 @@ public:
     bool IsJson() const noexcept { return m_is_json; }
 
     void Line(std::wstring_view i_text) const;
-    void Bytes(const void* i_data, size_t i_size) const;
+    void Bytes(const void* i_data, std::size_t i_size) const;
     /// One JSON value, in a line.
     void Json(std::string_view i_value) const;
 
     /// Columns as wide as their widest text; `i_right_aligned` is the column of numbers, if there is one.
-    void Table(const std::vector<std::vector<std::wstring>>& i_rows, size_t i_right_aligned = SIZE_MAX) const;
+    void Table(const std::vector<std::vector<std::wstring>>& i_rows, std::size_t i_right_aligned = SIZE_MAX) const;
 
     /// Something that the user should know, on the error output.
     void Note(std::wstring_view i_text) const;

@@ -23,7 +23,7 @@ std::wstring TargetText(const std::wstring& i_location, const std::wstring& i_ti
 /// data, size)` takes them all. Returns how many there were in all.
 template <typename Read, typename Write>
 std::uint64_t Transfer(Read&& i_read, Write&& i_write) {
-    std::vector<BYTE> piece(size_t{64} * 1024);
+    std::vector<BYTE> piece(std::size_t{64} * 1024);
     std::uint64_t position = 0;
     while (const ULONG size = i_read(piece.data(), static_cast<ULONG>(piece.size()))) {
         i_write(position, piece.data(), size);

@@ -9,9 +9,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Items of the plug-in's own dictionary.
-constexpr wchar_t id_item[] = L"UserId";
-constexpr wchar_t user_name_item[] = L"UserName";
 constexpr wchar_t file_ending[] = L".json";
 
 /// The numbers of the files, "1.json" and on, in order.
@@ -39,7 +36,8 @@ std::vector<SavedAccount> AccountStore::List() const {
     for (const int number : Numbers(m_folder)) {
         const CabFile file = FileOf(m_folder, number);
         const CabNode::Node dictionary = file.Load();
-        accounts.push_back({dictionary->MemberText(id_item), dictionary->MemberText(user_name_item), file});
+        accounts.push_back(
+            {dictionary->MemberText(account_id_item), dictionary->MemberText(account_user_name_item), file});
     }
     return accounts;
 }
@@ -54,7 +52,7 @@ SavedAccount AccountStore::Get(const std::wstring& i_id) const {
 
 void AccountStore::Save(const CabNode& i_dictionary) const {
     const auto accounts = List();
-    const auto found = std::ranges::find(accounts, i_dictionary.MemberText(id_item), &SavedAccount::id);
+    const auto found = std::ranges::find(accounts, i_dictionary.MemberText(account_id_item), &SavedAccount::id);
     if (found != accounts.end()) {
         found->file.Save(i_dictionary);
         return;

@@ -8,6 +8,11 @@
 
 namespace DevHost {
 
+// Items of the plug-in's own dictionary of an account.
+inline constexpr wchar_t account_id_item[] = L"UserId";
+inline constexpr wchar_t account_user_name_item[] = L"UserName";
+inline constexpr wchar_t account_token_item[] = L"Token";
+
 /// A saved account: what its dictionary says, without asking the plug-in or the service.
 struct SavedAccount {
     std::wstring id;

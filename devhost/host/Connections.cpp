@@ -7,8 +7,6 @@ namespace DevHost {
 namespace {
 
 constexpr std::wstring_view scheme = L"dropbox://";
-constexpr wchar_t token_item[] = L"Token";
-
 bool HasScheme(const std::wstring& i_text) {
     return i_text.starts_with(scheme);
 }
@@ -22,7 +20,7 @@ struct LocationParts {
 LocationParts Divide(const std::wstring& i_text) {
     if (!HasScheme(i_text))
         return {{}, i_text.starts_with(L"/") ? i_text : L"/" + i_text};
-    const size_t path = std::min(i_text.find(L'/', scheme.size()), i_text.size());
+    const std::size_t path = std::min(i_text.find(L'/', scheme.size()), i_text.size());
     return {i_text.substr(scheme.size(), path - scheme.size()), i_text.substr(path)};
 }
 
@@ -96,7 +94,7 @@ const Connection& Connections::Bind(const SavedAccount& i_account) {
         return *found;
     const Operation operation(L"Account " + i_account.id, m_cancel_flag);
     const CabNode::Node dictionary = i_account.file.Load();
-    const bool signs_in = dictionary->MemberText(token_item).empty();
+    const bool signs_in = dictionary->MemberText(account_token_item).empty();
     Connection connection{i_account.id, nullptr, nullptr};
     operation.Check(
         m_file_system.CreateAccount(dictionary, operation.Details(), operation.Cancel(), &connection.account));

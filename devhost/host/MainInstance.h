@@ -40,7 +40,6 @@ public:
                                                   DWORD i_wait) noexcept override;
     HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override;
 
-    const std::filesystem::path& Profile() const noexcept { return m_profile; }
     FileSystemService& FileSystems() const noexcept { return *m_file_systems; }
     EventServer& Events() const noexcept { return *m_events; }
     MainThreadQueue& MainThread() noexcept { return m_main_thread; }

@@ -170,7 +170,7 @@ bool EditRowText(HWND i_window, const std::wstring& i_text) {
 }
 
 bool ChooseItem(HWND i_window, const std::wstring& i_name_and_text) {
-    const size_t blank = std::min(i_name_and_text.find(L' '), i_name_and_text.size());
+    const std::size_t blank = std::min(i_name_and_text.find(L' '), i_name_and_text.size());
     const std::wstring text = i_name_and_text.substr(std::min(blank + 1, i_name_and_text.size()));
     const HWND combo = FindControl(i_window, i_name_and_text.substr(0, blank));
     if (combo == nullptr || !IsWindowEnabled(combo))

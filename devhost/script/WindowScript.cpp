@@ -44,7 +44,7 @@ const WindowScript::Verb WindowScript::verbs[] = {
 WindowScript::WindowScript(const std::filesystem::path& i_file, DWORD i_step_time)
     : m_step_time(i_step_time), m_step_begin(GetTickCount64()) {
     std::wistringstream lines(FromUtf8(ReadWholeFile(i_file)));
-    size_t number = 0;
+    std::size_t number = 0;
     for (std::wstring line; std::getline(lines, line);) {
         ++number;
         line = OneLine(line);
@@ -68,8 +68,8 @@ WindowScript::~WindowScript() {
     DestroyWindow(m_window);
 }
 
-void WindowScript::AddSteps(const std::wstring& i_line, size_t i_number) {
-    const size_t blank = std::min(i_line.find(L' '), i_line.size());
+void WindowScript::AddSteps(const std::wstring& i_line, std::size_t i_number) {
+    const std::size_t blank = std::min(i_line.find(L' '), i_line.size());
     const std::wstring name = i_line.substr(0, blank);
     const std::wstring argument = i_line.substr(std::min(blank + 1, i_line.size()));
     const auto verb = std::ranges::find(verbs, name, &Verb::name);

@@ -28,14 +28,14 @@ public:
 private:
     struct Verb;
     struct Step {
-        size_t line = 0;
+        std::size_t line = 0;
         std::wstring text; ///< For messages.
         const Verb* verb = nullptr;
         std::wstring argument;
     };
 
     static const Verb verbs[];
-    void AddSteps(const std::wstring& i_line, size_t i_number);
+    void AddSteps(const std::wstring& i_line, std::size_t i_number);
 
     static LRESULT CALLBACK WindowProcedure(HWND i_window, UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
     void OnTimer();

@@ -36,7 +36,7 @@ HWND FindChild(HWND i_window, const std::function<bool(HWND)>& i_accepts) {
 bool HasClass(HWND i_window, std::wstring_view i_class) {
     std::array<wchar_t, 64> name{};
     const int length = GetClassNameW(i_window, name.data(), int{name.size()});
-    return EqualIgnoringCase({name.data(), static_cast<size_t>(length)}, i_class);
+    return EqualIgnoringCase({name.data(), static_cast<std::size_t>(length)}, i_class);
 }
 
 } // namespace DevHost

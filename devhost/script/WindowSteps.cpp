@@ -53,7 +53,7 @@ bool WaitForPage(HWND i_window, const std::wstring& i_address) {
 }
 
 bool FillField(HWND i_window, const std::wstring& i_name_and_text) {
-    const size_t blank = std::min(i_name_and_text.find(L' '), i_name_and_text.size());
+    const std::size_t blank = std::min(i_name_and_text.find(L' '), i_name_and_text.size());
     const HWND field = FindControl(i_window, i_name_and_text.substr(0, blank));
     if (field == nullptr || !IsWindowEnabled(field))
         return false;

@@ -58,14 +58,14 @@ std::uint32_t Mean(const Bitmap& i_source, const std::vector<Share>& i_columns, 
     std::array<double, 4> sums{};
     for (const Share& row : i_rows)
         for (const Share& column : i_columns) {
-            std::uint32_t pixel = i_source.Pixels()[size_t{row.source} * i_source.Width() + column.source];
+            std::uint32_t pixel = i_source.Pixels()[std::size_t{row.source} * i_source.Width() + column.source];
             for (double& sum : sums) {
                 sum += (pixel & channel_mask) * row.part * column.part;
                 pixel >>= channel_bits;
             }
         }
     std::uint32_t mean = 0;
-    for (size_t channel = sums.size(); channel-- > 0;)
+    for (std::size_t channel = sums.size(); channel-- > 0;)
         mean = mean << channel_bits | std::min(static_cast<std::uint32_t>(std::lround(sums[channel])), channel_mask);
     return mean;
 }
@@ -77,7 +77,7 @@ ComPtr<Bitmap> Bitmap::Scaled(ULONG i_width, ULONG i_height) const {
     for (ULONG x = 0; x < i_width; ++x)
         columns.push_back(SharesOf(x, i_width, m_width));
     std::vector<std::uint32_t> pixels;
-    pixels.reserve(size_t{i_width} * i_height);
+    pixels.reserve(std::size_t{i_width} * i_height);
     for (ULONG y = 0; y < i_height; ++y) {
         const std::vector<Share> rows = SharesOf(y, i_height, m_height);
         for (const std::vector<Share>& column : columns)
@@ -97,7 +97,7 @@ ComPtr<Bitmap> Bitmap::FromPng(const std::string& i_bytes) {
     Check(source->GetSize(&width, &height), L"Cannot decode a picture");
     if (width == 0 || height == 0 || width > max_side || height > max_side)
         throw Failure(E_INVALIDARG, L"A picture has an unusable size");
-    std::vector<std::uint32_t> pixels(size_t{width} * height);
+    std::vector<std::uint32_t> pixels(std::size_t{width} * height);
     const UINT row_size = width * UINT{sizeof(pixels[0])};
     Check(source->CopyPixels(nullptr, row_size, row_size * height, reinterpret_cast<BYTE*>(pixels.data())),
           L"Cannot decode a picture");

@@ -16,7 +16,7 @@ HRESULT STDMETHODCALLTYPE CabNode::SetTemplate2(const void* i_data, LONG i_size,
     return Answer([&] {
         if (i_data == nullptr || i_size <= 0 || i_root_id == nullptr || !std::holds_alternative<Dictionary>(m_value))
             return E_INVALIDARG;
-        const auto cab_template = CabTemplate::Parse(i_data, static_cast<size_t>(i_size));
+        const auto cab_template = CabTemplate::Parse(i_data, static_cast<std::size_t>(i_size));
         Apply(cab_template, cab_template->Root(i_root_id), 0);
         return S_OK;
     });

@@ -44,19 +44,18 @@ CabTemplate::Items ReadItems(const XmlElement& i_item_set) {
 
 } // namespace
 
-std::shared_ptr<const CabTemplate> CabTemplate::Parse(const void* i_data, size_t i_size) {
+std::shared_ptr<const CabTemplate> CabTemplate::Parse(const void* i_data, std::size_t i_size) {
     const XmlElement document = ParseXml(i_data, i_size);
     if (document.name != L"CabTemplate")
         ThrowUnusable(L"it is a document of another kind, \"" + document.name + L"\"");
     const auto result = std::make_shared<CabTemplate>();
-    for (const XmlElement& element : document.children) {
+    for (const XmlElement& element : document.children)
         if (element.name == L"ItemSet")
             result->m_item_sets[element.Attribute(L"id")] = ReadItems(element);
         else if (element.name == L"Root")
             result->m_root = ReadItem(element);
         else
             ThrowUnusable(L"it holds the unknown element \"" + element.name + L"\"");
-    }
     if (result->m_root.type != Qorv::AUX_CabType_Dictionary)
         ThrowUnusable(L"its root is not a dictionary");
     return result;

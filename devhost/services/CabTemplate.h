@@ -20,7 +20,7 @@ public:
     using Items = std::vector<Item>;
 
     /// Throws a `Failure` with E_INVALIDARG for a document that is no template.
-    static std::shared_ptr<const CabTemplate> Parse(const void* i_data, size_t i_size);
+    static std::shared_ptr<const CabTemplate> Parse(const void* i_data, std::size_t i_size);
 
     /// The root, which is a dictionary. Throws a `Failure` with E_INVALIDARG when the document's root has another id.
     const Item& Root(const std::wstring& i_id) const;

@@ -27,7 +27,7 @@ std::string TakeBytes(const DATA_BLOB& i_blob) {
     return {reinterpret_cast<const char*>(i_blob.pbData), i_blob.cbData};
 }
 
-DATA_BLOB BlobOf(const void* i_data, size_t i_size) noexcept {
+DATA_BLOB BlobOf(const void* i_data, std::size_t i_size) noexcept {
     return {static_cast<DWORD>(i_size), static_cast<BYTE*>(const_cast<void*>(i_data))}; // Only read.
 }
 

@@ -15,7 +15,7 @@ namespace DevHost {
 class CryptKey final : public Qorv::CoClass<CryptKey, Qorv::IAUX_CryptKey> {
 public:
     static constexpr IID ClassId = {0xb9fd2f18, 0x8ae4, 0x4a0c, {0x9d, 0x51, 0x2d, 0xd0, 0x24, 0x1f, 0x0d, 0xfa}};
-    static constexpr size_t size = 32;
+    static constexpr std::size_t size = 32;
 
     /// The key of a file; a new one, kept there, when there is none and `i_create` is set; else null. Throws a
     /// `Failure` for a damaged file, which stays: the texts that it protects could not be read with another key.

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr wchar_t note_ending[] = L".note";
 constexpr char location_member[] = "location";
 constexpr wchar_t replaced_folder[] = L"replaced";
-constexpr size_t max_title_length = 60; // Whole paths must stay below the system's 260 characters.
+constexpr std::size_t max_title_length = 60; // Whole paths must stay below the system's 260 characters.
 
 std::wstring NewId() {
     GUID guid{};

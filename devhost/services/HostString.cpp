@@ -33,7 +33,7 @@ HRESULT STDMETHODCALLTYPE HostString::SetValue(Qorv::PCStr i_text, LONG i_length
         else if (i_length < 0)
             m_text = i_text;
         else
-            m_text.assign(i_text, static_cast<size_t>(i_length));
+            m_text.assign(i_text, static_cast<std::size_t>(i_length));
     });
 }
 

@@ -59,7 +59,7 @@ void Combo::OnCommand(WORD i_notification) {
 /// The hint of the selected item is the control's: the items of an open list cannot show theirs.
 void Combo::Remember() {
     m_selected = Selected();
-    m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<size_t>(m_selected)] : std::wstring());
+    m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<std::size_t>(m_selected)] : std::wstring());
 }
 
 HRESULT STDMETHODCALLTYPE Combo::Clear() noexcept {
@@ -121,7 +121,7 @@ HRESULT STDMETHODCALLTYPE Combo::GetItemText(LONG i_index, BSTR* o_text) noexcep
         if (!Holds(i_index))
             return E_INVALIDARG;
         const auto index = static_cast<WPARAM>(i_index);
-        std::wstring text(static_cast<size_t>(Send(CB_GETLBTEXTLEN, index)), L'\0');
+        std::wstring text(static_cast<std::size_t>(Send(CB_GETLBTEXTLEN, index)), L'\0');
         SendPointer(CB_GETLBTEXT, index, text.data());
         return AnswerText(text, o_text);
     });

@@ -162,7 +162,7 @@ void CommandBar::GoFrom(HWND i_button, int i_step) const {
     auto index = CommandOf(i_button) - m_commands.data();
     for (std::ptrdiff_t tries = 0; tries < count; ++tries) {
         index = (index + i_step + count) % count;
-        const HWND button = m_commands[static_cast<size_t>(index)].button;
+        const HWND button = m_commands[static_cast<std::size_t>(index)].button;
         if (button != nullptr && IsWindowEnabled(button)) {
             ::SetFocus(button);
             return;

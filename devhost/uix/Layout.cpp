@@ -68,7 +68,7 @@ public:
 
     DWORD Flags(const wchar_t* i_name) const {
         constexpr std::wstring_view digits = L"0123456789abcdefABCDEF";
-        constexpr size_t digit_count = 8;
+        constexpr std::size_t digit_count = 8;
         const std::wstring text = Text(i_name);
         if (text.empty())
             return 0;
@@ -136,7 +136,7 @@ void LocalizeText(std::wstring& io_text, const Localization& i_texts) {
 
 } // namespace
 
-Layout Layout::Read(const void* i_data, size_t i_size, const std::wstring& i_id) {
+Layout Layout::Read(const void* i_data, std::size_t i_size, const std::wstring& i_id) {
     const XmlElement document = ParseXml(i_data, i_size);
     if (document.name != L"dialogs")
         throw Failure(E_INVALIDARG, L"The document holds no dialogs");

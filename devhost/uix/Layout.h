@@ -25,7 +25,7 @@ struct LayoutItem {
 struct Layout {
     /// Reads one dialog of a document with root element "dialogs". Throws a `Failure` with E_INVALIDARG for a document
     /// that cannot be read, says impossible things, or has no such dialog.
-    static Layout Read(const void* i_data, size_t i_size, const std::wstring& i_id);
+    static Layout Read(const void* i_data, std::size_t i_size, const std::wstring& i_id);
 
     /// Replaces texts that are ids of localized strings ("$$$." and the id). An unknown id stays, to be seen.
     void Localize(const Localization& i_texts);

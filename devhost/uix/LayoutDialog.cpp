@@ -89,7 +89,7 @@ ItemPlace LayoutDialog::PlaceAt(const RECT& i_rect) noexcept {
 }
 
 ComPtr<DialogItem> LayoutDialog::ItemOf(UINT_PTR i_control_id) const noexcept {
-    const size_t index = i_control_id - first_control_id;
+    const std::size_t index = i_control_id - first_control_id;
     return index < m_items.size() ? m_items[index] : nullptr;
 }
 

@@ -22,8 +22,8 @@ constexpr int growth = 4;
 ComPtr<Bitmap> Framed(const Bitmap& i_picture, SIZE i_cell) {
     const auto width = static_cast<ULONG>(i_cell.cx);
     const auto height = static_cast<ULONG>(i_cell.cy);
-    std::vector<std::uint32_t> pixels(size_t{width} * height);
-    const size_t top = (height - i_picture.Height()) / 2;
+    std::vector<std::uint32_t> pixels(std::size_t{width} * height);
+    const std::size_t top = (height - i_picture.Height()) / 2;
     for (ULONG row = 0; row < i_picture.Height(); ++row)
         std::copy_n(i_picture.Pixels().begin() + static_cast<std::ptrdiff_t>(row * i_picture.Width()),
                     i_picture.Width(), pixels.begin() + static_cast<std::ptrdiff_t>((top + row) * width));

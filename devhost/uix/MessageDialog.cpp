@@ -26,7 +26,7 @@ MessageDialog::MessageDialog(HWND i_owner, const MessageContent& i_content, Mess
     , m_layout(std::move(i_layout))
     , m_icon(LoadSystemIcon(i_content.icon, m_layout.icon)) {
     AddControl(L"STATIC", i_content.text, SS_LEFT | SS_NOPREFIX, m_layout.text, text_id);
-    for (size_t index = 0; index < i_content.buttons.size(); ++index)
+    for (std::size_t index = 0; index < i_content.buttons.size(); ++index)
         AddControl(L"BUTTON", i_content.buttons[index], WS_TABSTOP | (index == 0 ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),
                    m_layout.buttons[index], static_cast<WORD>(first_button_id + index));
     SendMessageW(Window(), DM_SETDEFID, first_button_id, 0);

@@ -3,15 +3,15 @@
 namespace DevHost {
 
 std::wstring WindowText(HWND i_window) {
-    std::wstring text(static_cast<size_t>(SendMessageW(i_window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
+    std::wstring text(static_cast<std::size_t>(SendMessageW(i_window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
     const LRESULT length = SendMessageW(i_window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
-    text.resize(static_cast<size_t>(length));
+    text.resize(static_cast<std::size_t>(length));
     return text;
 }
 
 std::wstring ReadableCaption(const std::wstring& i_caption) {
     std::wstring readable;
-    for (size_t index = 0; index < i_caption.size() && i_caption[index] != L'\t'; ++index) {
+    for (std::size_t index = 0; index < i_caption.size() && i_caption[index] != L'\t'; ++index) {
         if (i_caption[index] == L'&' && index + 1 < i_caption.size())
             ++index;
         readable += i_caption[index];

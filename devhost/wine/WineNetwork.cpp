@@ -33,9 +33,8 @@ namespace {
 
 void WriteSlot(ULONG_PTR& io_slot, ULONG_PTR i_value) {
     DWORD protection = 0;
-    if (!VirtualProtect(&io_slot, sizeof(io_slot), PAGE_READWRITE, &protection)) {
+    if (!VirtualProtect(&io_slot, sizeof(io_slot), PAGE_READWRITE, &protection))
         throw std::runtime_error("the import table could not be made writable");
-    }
     io_slot = i_value;
     VirtualProtect(&io_slot, sizeof(io_slot), protection, &protection);
 }
@@ -60,9 +59,8 @@ Function* ReplaceImport(HMODULE i_module, const wchar_t* i_library, const char* 
             }
         }
     }
-    if (!found) {
+    if (!found)
         throw std::runtime_error(std::string("there is no import of ") + i_name + " to redirect");
-    }
     return reinterpret_cast<Function*>(original);
 }
 
@@ -77,7 +75,7 @@ constexpr long tunnel_patience_seconds = 30;
 sockaddr_in development_service{};
 
 INT WSAAPI GetStandInAddrInfo(PCWSTR i_node, PCWSTR i_service, const ADDRINFOW* i_hints, PADDRINFOW* o_result) {
-    for (size_t index = 0; i_node != nullptr && index < service_hosts.size(); ++index) {
+    for (std::size_t index = 0; i_node != nullptr && index < service_hosts.size(); ++index) {
         const std::wstring name(service_hosts[index].begin(), service_hosts[index].end());
         if (_wcsicmp(i_node, name.c_str()) == 0) {
             const std::wstring stand_in = L"127.77.0." + std::to_wstring(index + 1);
@@ -106,27 +104,24 @@ bool ConnectToService(SOCKET i_socket) {
 
 bool SendAll(SOCKET i_socket, std::string_view i_text) {
     while (!i_text.empty()) {
-        if (!WaitForSocket(i_socket, true)) {
+        if (!WaitForSocket(i_socket, true))
             return false;
-        }
         const int sent = send(i_socket, i_text.data(), static_cast<int>(i_text.size()), 0);
-        if (sent <= 0) {
+        if (sent <= 0)
             return false;
-        }
-        i_text.remove_prefix(static_cast<size_t>(sent));
+        i_text.remove_prefix(static_cast<std::size_t>(sent));
     }
     return true;
 }
 
 /// Reads one reply's head and not a byte more: what follows is WinINet's own.
 bool ReceiveTunnelReply(SOCKET i_socket) {
-    constexpr size_t longest_head = 4096;
+    constexpr std::size_t longest_head = 4096;
     std::string head;
     while (!head.ends_with("\r\n\r\n")) {
         char letter = 0;
-        if (head.size() == longest_head || !WaitForSocket(i_socket, false) || recv(i_socket, &letter, 1, 0) != 1) {
+        if (head.size() == longest_head || !WaitForSocket(i_socket, false) || recv(i_socket, &letter, 1, 0) != 1)
             return false;
-        }
         head += letter;
     }
     return head.starts_with("HTTP/1.1 200") || head.starts_with("HTTP/1.0 200");
@@ -140,14 +135,12 @@ bool OpenTunnel(SOCKET i_socket, std::string_view i_host, u_short i_port) {
 
 int WSAAPI ConnectThroughService(SOCKET i_socket, const sockaddr* i_address, int i_length) {
     sockaddr_in address{};
-    std::memcpy(&address, i_address, std::min(sizeof(address), static_cast<size_t>(i_length)));
-    const size_t host = ntohl(address.sin_addr.s_addr) - first_stand_in;
-    if (address.sin_family != AF_INET || host >= service_hosts.size()) {
+    std::memcpy(&address, i_address, std::min(sizeof(address), static_cast<std::size_t>(i_length)));
+    const std::size_t host = ntohl(address.sin_addr.s_addr) - first_stand_in;
+    if (address.sin_family != AF_INET || host >= service_hosts.size())
         return connect(i_socket, i_address, i_length);
-    }
-    if (OpenTunnel(i_socket, service_hosts[host], ntohs(address.sin_port))) {
+    if (OpenTunnel(i_socket, service_hosts[host], ntohs(address.sin_port)))
         return 0;
-    }
     WSASetLastError(WSAECONNREFUSED);
     return SOCKET_ERROR;
 }
@@ -160,7 +153,7 @@ std::string ReadServiceAddress() {
 }
 
 sockaddr_in ResolveServiceAddress(const std::string& i_address) {
-    const size_t colon = i_address.rfind(':');
+    const std::size_t colon = i_address.rfind(':');
     const std::string host = i_address.substr(0, colon);
     const std::string port = colon == std::string::npos ? std::string() : i_address.substr(colon + 1);
     addrinfo hints{};
@@ -168,9 +161,8 @@ sockaddr_in ResolveServiceAddress(const std::string& i_address) {
     hints.ai_socktype = SOCK_STREAM;
     hints.ai_flags = AI_NUMERICSERV;
     addrinfo* result = nullptr;
-    if (host.empty() || port.empty() || getaddrinfo(host.c_str(), port.c_str(), &hints, &result) != 0) {
+    if (host.empty() || port.empty() || getaddrinfo(host.c_str(), port.c_str(), &hints, &result) != 0)
         throw std::runtime_error("DEVSERVICE_ADDRESS must be host:port or none, but is: " + i_address);
-    }
     sockaddr_in address{};
     std::memcpy(&address, result->ai_addr, sizeof(address));
     freeaddrinfo(result);
@@ -180,9 +172,8 @@ sockaddr_in ResolveServiceAddress(const std::string& i_address) {
 /// Wine takes the machine's proxy from the variable http_proxy; it must not come between us and the service.
 void BypassProxy() {
     std::wstring hosts;
-    for (const std::string_view host : service_hosts) {
+    for (const std::string_view host : service_hosts)
         hosts.append(host.begin(), host.end()) += L';';
-    }
     const wchar_t* const old_hosts = _wgetenv(L"no_proxy");
     _wputenv_s(L"no_proxy", (hosts + (old_hosts == nullptr ? L"" : old_hosts)).c_str());
 }
@@ -218,9 +209,8 @@ decltype(&InternetCloseHandle) wininet_close = nullptr;
 BOOL WINAPI BeginUpload(HINTERNET i_request, LPINTERNET_BUFFERSW i_buffers, LPINTERNET_BUFFERSW o_buffers,
                         DWORD i_flags, DWORD_PTR i_context) {
     const BOOL begun = wininet_begin(i_request, i_buffers, o_buffers, i_flags, i_context);
-    if (begun) {
+    if (begun)
         open_uploads.Add(i_request);
-    }
     return begun;
 }
 
@@ -249,13 +239,11 @@ bool IsWine() {
 
 void RedirectWinInet() {
     const std::string address = ReadServiceAddress();
-    if (!IsWine() || address.empty()) {
+    if (!IsWine() || address.empty())
         return;
-    }
     WSADATA data{};
-    if (WSAStartup(MAKEWORD(2, 2), &data) != 0) {
+    if (WSAStartup(MAKEWORD(2, 2), &data) != 0)
         throw std::runtime_error("Windows Sockets could not be started");
-    }
     development_service = ResolveServiceAddress(address);
     BypassProxy();
     const HMODULE wininet = GetModuleHandleW(L"wininet.dll");
@@ -264,9 +252,8 @@ void RedirectWinInet() {
 }
 
 void RedirectModuleImports(HMODULE i_module) {
-    if (!IsWine()) {
+    if (!IsWine())
         return;
-    }
     wininet_begin = ReplaceImport(i_module, L"wininet.dll", "HttpSendRequestExW", &BeginUpload);
     wininet_end = ReplaceImport(i_module, L"wininet.dll", "HttpEndRequestW", &EndUpload);
     wininet_close = ReplaceImport(i_module, L"wininet.dll", "InternetCloseHandle", &CloseUpload);

@@ -112,14 +112,14 @@ TEST(FormSubmission, SendsTheFieldsOfItsFormInTheirOrder) {
         Page::FromHtml(L"<input name=outside><form method=POST action='/a?q=1#x'><input type=hidden name=k value='v w'>"
                        L"<input name=e><input><input name=p type=password><button name=allow value=yes>Allow</button>"
                        L"<button name=cancel>Cancel</button></form><form><input name=s><input type=submit></form>");
-    const auto entry = [&](size_t i_block) {
+    const auto entry = [&](std::size_t i_block) {
         return page.blocks[i_block].name == L"e" ? std::wstring(L"\u00e4&\u20ac=+ \U0001F600") : std::wstring(L"*-._~");
     };
     const auto button = [&](const wchar_t* i_caption) {
-        for (size_t block = 0; block < page.blocks.size(); ++block)
+        for (std::size_t block = 0; block < page.blocks.size(); ++block)
             if (page.blocks[block].kind == PageBlock::Kind::Button && page.blocks[block].text == i_caption)
                 return block;
-        return size_t{0};
+        return std::size_t{0};
     };
     const WebRequest allow = SubmitForm(page, L"https://host/p?x#y", button(L"Allow"), entry);
     EXPECT_TRUE(allow.is_post);

@@ -19,7 +19,8 @@ protected:
     static ComPtr<DevHost::Image> Squares(std::initializer_list<ULONG> i_sides) {
         const auto image = Qorv::Create<DevHost::Image>();
         for (const ULONG side : i_sides)
-            image->AddBitmap(Qorv::Create<Bitmap>(side, side, std::vector<std::uint32_t>(size_t{side} * side, side)));
+            image->AddBitmap(
+                Qorv::Create<Bitmap>(side, side, std::vector<std::uint32_t>(std::size_t{side} * side, side)));
         return image;
     }
 };
@@ -52,7 +53,7 @@ TEST_F(ImageTest, DrawsFromTheNextLargerBitmap) {
         const auto square = DevHost::SquareOf(image, row.side);
         EXPECT_EQ(square->Width(), row.side);
         EXPECT_EQ(square->Height(), row.side);
-        EXPECT_EQ(square->Pixels(), std::vector<std::uint32_t>(size_t{row.side} * row.side, row.from)) << row.side;
+        EXPECT_EQ(square->Pixels(), std::vector<std::uint32_t>(std::size_t{row.side} * row.side, row.from)) << row.side;
     }
     EXPECT_EQ(DevHost::SquareOf(Squares({}), 16), nullptr);
 }

@@ -235,7 +235,7 @@ TEST_F(EncryptionTest, RefusesWhatItDidNotWrite) {
     for (const std::wstring& text : {std::wstring(), std::wstring(L"sl.token"), cipher_text + L"A", cipher_text + L"\n",
                                      cipher_text.substr(0, cipher_text.find(L':') + 1), L" " + cipher_text})
         EXPECT_EQ(Decrypt(text, clear), E_INVALIDARG);
-    for (size_t i = 0; i < cipher_text.size(); ++i) {
+    for (std::size_t i = 0; i < cipher_text.size(); ++i) {
         std::wstring damaged = cipher_text;
         damaged[i] ^= 1;
         EXPECT_EQ(Decrypt(damaged, clear), E_INVALIDARG) << "flipped at " << i;

@@ -63,7 +63,7 @@ std::wstring Authorization() {
 }
 
 /// Bytes of which no two blocks are alike, so that a lost or doubled one shows.
-std::string Document(size_t i_size, unsigned i_seed = 1) {
+std::string Document(std::size_t i_size, unsigned i_seed = 1) {
     std::string bytes(i_size, '\0');
     for (char& byte : bytes) {
         i_seed = i_seed * 1103515245 + 12345;
@@ -116,13 +116,12 @@ public:
     bool Begin() { return HttpSendRequestExW(m_request.Get(), nullptr, nullptr, 0, 0); }
 
     bool Write(std::string_view i_bytes) {
-        constexpr size_t block_size = 65536;
+        constexpr std::size_t block_size = 65536;
         for (; !i_bytes.empty(); i_bytes.remove_prefix(std::min(block_size, i_bytes.size()))) {
             const auto size = static_cast<DWORD>(std::min(block_size, i_bytes.size()));
             DWORD written = 0;
-            if (!InternetWriteFile(m_request.Get(), i_bytes.data(), size, &written) || written != size) {
+            if (!InternetWriteFile(m_request.Get(), i_bytes.data(), size, &written) || written != size)
                 return false;
-            }
         }
         return true;
     }
@@ -156,9 +155,8 @@ std::string ServiceRecord(const wchar_t* i_method) {
     std::string record;
     std::array<char, 65536> block{};
     DWORD size = 0;
-    while (InternetReadFile(request.Get(), block.data(), static_cast<DWORD>(block.size()), &size) && size != 0) {
+    while (InternetReadFile(request.Get(), block.data(), static_cast<DWORD>(block.size()), &size) && size != 0)
         record.append(block.data(), size);
-    }
     return record;
 }
 
@@ -167,9 +165,8 @@ template <typename Condition>
 bool BecomesTrue(Condition i_condition) {
     const ULONGLONG deadline = GetTickCount64() + 10'000;
     while (!i_condition()) {
-        if (GetTickCount64() > deadline) {
+        if (GetTickCount64() > deadline)
             return false;
-        }
         Sleep(2);
     }
     return true;
@@ -181,9 +178,8 @@ DWORD Run(std::wstring i_command_line) {
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(nullptr, i_command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &process)) {
+                        &process))
         return GetLastError();
-    }
     WaitForSingleObject(process.hProcess, INFINITE);
     DWORD exit_code = 0;
     GetExitCodeProcess(process.hProcess, &exit_code);
@@ -242,7 +238,8 @@ TEST(WineNetwork, OtherHostsAreReachedDirectly) {
 }
 
 TEST(WineNetwork, UploadsOfAllSizesArriveAsAnnounced) {
-    for (const size_t size : {size_t{0}, size_t{1}, size_t{65'536}, size_t{65'537}, size_t{5'000'000}}) {
+    for (const std::size_t size :
+         {std::size_t{0}, std::size_t{1}, std::size_t{65'536}, std::size_t{65'537}, std::size_t{5'000'000}}) {
         const std::string bytes = Document(size);
         EXPECT_EQ(UploadWhole(L"sizes.bin", bytes), status_ok) << size;
         EXPECT_TRUE(ReadWholeFile(ServicePath(L"sizes.bin")) == bytes) << size;
@@ -258,8 +255,8 @@ TEST(WineNetwork, MoreThanFourGibibytesAreAnnounced) {
 
 TEST(WineNetwork, DroppedUploadLeavesTheOldFileAndTheNextCallAlone) {
     struct Case {
-        size_t announced;
-        size_t written;
+        std::size_t announced;
+        std::size_t written;
     };
     const std::string old_bytes = Document(1000, 7);
     ASSERT_EQ(UploadWhole(L"dropped.bin", old_bytes), status_ok);
@@ -291,12 +288,10 @@ TEST(WineNetwork, ThreadsDropAndFinishUploadsSideBySide) {
         }
     };
     std::vector<std::thread> threads;
-    for (unsigned thread = 0; thread < 3; ++thread) {
+    for (unsigned thread = 0; thread < 3; ++thread)
         threads.emplace_back(drop_and_finish, thread);
-    }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_FALSE(std::filesystem::exists(ServicePath(L"side.bin")));
 }
 

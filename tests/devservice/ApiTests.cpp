@@ -4,7 +4,7 @@ using namespace DevService;
 
 namespace {
 
-const char* const Unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt";
+const char* const unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt";
 
 class Api : public LocalService {};
 
@@ -19,63 +19,63 @@ TEST_F(Api, AnswersCallsLikeThePublicService) {
     };
     const Row rows[] = {
         // Lookups ignore case and keep it.
-        {"files/get_metadata", R"({"path": "/DOCS/A.TXT"})", 200, R"("path_display":"/Docs/a.txt")", Unchanged},
-        {"files/get_metadata", R"({"path": "/docs/sub"})", 200, R"(".tag":"folder","name":"Sub")", Unchanged},
+        {"files/get_metadata", R"({"path": "/DOCS/A.TXT"})", 200, R"("path_display":"/Docs/a.txt")", unchanged},
+        {"files/get_metadata", R"({"path": "/docs/sub"})", 200, R"(".tag":"folder","name":"Sub")", unchanged},
         {"files/get_metadata", R"({"path": "/Docs/a.txt", "include_media_info": false})", 200, R"("size":5)",
-         Unchanged},
+         unchanged},
         {"files/get_metadata", R"({"path": "/nope"})", 409, R"("error":{".tag":"path","path":{".tag":"not_found"}})",
-         Unchanged},
-        {"files/get_metadata", R"({"path": "/b.txt/below"})", 409, "path/not_found/", Unchanged},
+         unchanged},
+        {"files/get_metadata", R"({"path": "/b.txt/below"})", 409, "path/not_found/", unchanged},
 
         // Arguments that cannot be read.
         {"files/get_metadata", R"({"path": ""})", 400,
          R"(Error in call to API function "files/get_metadata": request body: path: The root folder is unsupported.)",
-         Unchanged},
+         unchanged},
         {"files/get_metadata", R"({"path": "b.txt"})", 400,
-         "path: 'b.txt' did not match pattern '(/(.|[\\r\\n])*|id:", Unchanged},
-        {"files/get_metadata", R"({"path": 7})", 400, "path: expected string, got integer", Unchanged},
-        {"files/get_metadata", R"({"path": "/b.txt", "odd": 1})", 400, "request body: unknown field 'odd'", Unchanged},
-        {"files/get_metadata", R"({"path": "/b"quote.txt"})", 400, "could not decode input as JSON", Unchanged},
-        {"files/get_metadata", "[]", 400, "expected object, got list", Unchanged},
-        {"files/get_metadata", "", 400, "could not decode input as JSON", Unchanged},
-        {"files/list_folder", R"({"path": "/"})", 400, "Specify the root folder as an empty string", Unchanged},
-        {"files/list_folder", R"({"path": "", "limit": 2001})", 400, "limit: not within range", Unchanged},
-        {"users/get_current_account", "{}", 400, "request body: expected null, got value", Unchanged},
-        {"users/get_current_account", "", 400, "could not decode input as JSON", Unchanged}, // its type is declared
-        {"users/get_current_account", "null", 200, R"("display_name":"Dana Sample")", Unchanged},
+         "path: 'b.txt' did not match pattern '(/(.|[\\r\\n])*|id:", unchanged},
+        {"files/get_metadata", R"({"path": 7})", 400, "path: expected string, got integer", unchanged},
+        {"files/get_metadata", R"({"path": "/b.txt", "odd": 1})", 400, "request body: unknown field 'odd'", unchanged},
+        {"files/get_metadata", R"({"path": "/b"quote.txt"})", 400, "could not decode input as JSON", unchanged},
+        {"files/get_metadata", "[]", 400, "expected object, got list", unchanged},
+        {"files/get_metadata", "", 400, "could not decode input as JSON", unchanged},
+        {"files/list_folder", R"({"path": "/"})", 400, "Specify the root folder as an empty string", unchanged},
+        {"files/list_folder", R"({"path": "", "limit": 2001})", 400, "limit: not within range", unchanged},
+        {"users/get_current_account", "{}", 400, "request body: expected null, got value", unchanged},
+        {"users/get_current_account", "", 400, "could not decode input as JSON", unchanged}, // its type is declared
+        {"users/get_current_account", "null", 200, R"("display_name":"Dana Sample")", unchanged},
 
         // Malformed paths and names that the service does not keep.
-        {"files/create_folder", R"({"path": "/a\\b"})", 409, "path/malformed_path/", Unchanged},
-        {"files/create_folder", R"({"path": "/a/"})", 409, "path/malformed_path/", Unchanged},
-        {"files/create_folder", R"({"path": "/a "})", 409, "path/malformed_path/", Unchanged},
-        {"files/create_folder", R"({"path": "//a"})", 409, "path/malformed_path/", Unchanged},
-        {"files/create_folder", R"({"path": "/Docs/../../out"})", 409, "path/malformed_path/", Unchanged},
-        {"files/create_folder", R"({"path": "/Thumbs.db"})", 409, "path/disallowed_name/", Unchanged},
-        {"files/create_folder", R"({"path": "/~$lock.docx"})", 409, "path/disallowed_name/", Unchanged},
+        {"files/create_folder", R"({"path": "/a\\b"})", 409, "path/malformed_path/", unchanged},
+        {"files/create_folder", R"({"path": "/a/"})", 409, "path/malformed_path/", unchanged},
+        {"files/create_folder", R"({"path": "/a "})", 409, "path/malformed_path/", unchanged},
+        {"files/create_folder", R"({"path": "//a"})", 409, "path/malformed_path/", unchanged},
+        {"files/create_folder", R"({"path": "/Docs/../../out"})", 409, "path/malformed_path/", unchanged},
+        {"files/create_folder", R"({"path": "/Thumbs.db"})", 409, "path/disallowed_name/", unchanged},
+        {"files/create_folder", R"({"path": "/~$lock.docx"})", 409, "path/disallowed_name/", unchanged},
 
         // Changes and conflicts.
         {"files/create_folder", R"({"path": "/New/Deep", "autorename": false})", 200,
          R"({"name":"Deep","path_lower":"/new/deep","path_display":"/New/Deep","id":"id:)",
          "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt New/ New/Deep/ b.txt"},
         {"files/create_folder", R"({"path": "/docs"})", 409,
-         R"("path":{".tag":"conflict","conflict":{".tag":"folder"}})", Unchanged},
-        {"files/create_folder", R"({"path": "/B.TXT"})", 409, "path/conflict/file/", Unchanged},
-        {"files/create_folder", R"({"path": "/b.txt/below"})", 409, "path/conflict/file_ancestor/", Unchanged},
+         R"("path":{".tag":"conflict","conflict":{".tag":"folder"}})", unchanged},
+        {"files/create_folder", R"({"path": "/B.TXT"})", 409, "path/conflict/file/", unchanged},
+        {"files/create_folder", R"({"path": "/b.txt/below"})", 409, "path/conflict/file_ancestor/", unchanged},
         {"files/create_folder_v2", R"({"path": "/Docs", "autorename": true})", 200,
          R"-({"metadata": {"name":"Docs (1)")-", "Docs (1)/ Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt"},
         {"files/delete", R"({"path": "/docs"})", 200, R"({".tag":"folder","name":"Docs")", "b.txt"},
         {"files/delete_v2", R"({"path": "/b.TXT"})", 200, R"({"metadata": {".tag":"file","name":"b.txt")",
          "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt"},
-        {"files/delete", R"({"path": "/nope"})", 409, "path_lookup/not_found/", Unchanged},
+        {"files/delete", R"({"path": "/nope"})", 409, "path_lookup/not_found/", unchanged},
         {"files/delete", R"({"path": "/b.txt", "parent_rev": "123456789"})", 409, "path_write/conflict/file/",
-         Unchanged},
+         unchanged},
         {"files/delete_batch", R"({"entries": [{"path": "/DOCS"}]})", 200,
          R"({".tag": "complete", "entries": [{".tag": "success", "metadata": {".tag":"folder","name":"Docs")", "b.txt"},
         {"files/delete_batch", R"({"entries": [{"path": "/b.txt"}, {"path": "/nope"}]})", 200,
          R"({".tag": "async_job_id", "async_job_id": ")", "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt"},
         {"files/delete_batch", R"({"entries": [{"path": "/b.txt"}, {"path": "nope"}]})", 400,
-         "request body: entries: path: 'nope' did not match pattern", Unchanged},
-        {"files/delete", R"({"path": "/"})", 409, "path_lookup/malformed_path/", Unchanged},
+         "request body: entries: path: 'nope' did not match pattern", unchanged},
+        {"files/delete", R"({"path": "/"})", 409, "path_lookup/malformed_path/", unchanged},
         {"files/copy",
          R"({"from_path": "/docs","to_path": "/New/Copy","allow_shared_folder": true,"autorename": false,)"
          R"("allow_ownership_transfer": true})",
@@ -88,18 +88,18 @@ TEST_F(Api, AnswersCallsLikeThePublicService) {
         {"files/move_v2", R"({"from_path": "/b.txt", "to_path": "/Docs/A.txt", "autorename": true})", 200,
          R"({"metadata": {".tag":"file","name":"A (1).txt")",
          "Docs/ Docs/A (1).txt Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt"},
-        {"files/move", R"({"from_path": "/b.txt", "to_path": "/docs/A.TXT"})", 409, "to/conflict/file/", Unchanged},
-        {"files/move", R"({"from_path": "/b.txt", "to_path": "/docs"})", 409, "to/conflict/folder/", Unchanged},
-        {"files/move", R"({"from_path": "/nope", "to_path": "/x"})", 409, "from_lookup/not_found/", Unchanged},
+        {"files/move", R"({"from_path": "/b.txt", "to_path": "/docs/A.TXT"})", 409, "to/conflict/file/", unchanged},
+        {"files/move", R"({"from_path": "/b.txt", "to_path": "/docs"})", 409, "to/conflict/folder/", unchanged},
+        {"files/move", R"({"from_path": "/nope", "to_path": "/x"})", 409, "from_lookup/not_found/", unchanged},
         {"files/move", R"({"from_path": "/docs", "to_path": "/Docs/Sub/x"})", 409, "cant_move_folder_into_itself/",
-         Unchanged},
+         unchanged},
         {"files/copy", R"({"from_path": "/docs", "to_path": "/Docs/x"})", 409, "duplicated_or_nested_paths/",
-         Unchanged},
+         unchanged},
         {"files/move", R"({"from_path": "/b.txt", "to_path": "/b.txt"})", 409, "duplicated_or_nested_paths/",
-         Unchanged},
-        {"files/move", R"({"from_path": "/b.txt", "to_path": "/B.txt"})", 200, R"("path_display":"/b.txt")", Unchanged},
-        {"files/nope", "{}", 404, "Error (404)", Unchanged},
-        {"files/upload", "{}", 404, "Error (404)", Unchanged}, // belongs to the other host
+         unchanged},
+        {"files/move", R"({"from_path": "/b.txt", "to_path": "/B.txt"})", 200, R"("path_display":"/b.txt")", unchanged},
+        {"files/nope", "{}", 404, "Error (404)", unchanged},
+        {"files/upload", "{}", 404, "Error (404)", unchanged}, // belongs to the other host
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.route) + " " + row.arguments);
@@ -120,7 +120,7 @@ TEST_F(Api, ReadsArgumentsOfAnyDepth) {
 
 TEST_F(Api, ChecksTheToken) {
     const auto status = [&](const std::string& i_header) {
-        return Connect(ApiHost).Post("/2/users/get_current_account", i_header, "");
+        return Connect(api_host).Post("/2/users/get_current_account", i_header, "");
     };
     const auto summary = [&](const std::string& i_header) { return Member(Json(status(i_header)), "error_summary"); };
     EXPECT_EQ(status(Authorization()).result_int(), 200u);
@@ -136,13 +136,13 @@ TEST_F(Api, ChecksTheToken) {
         return "Authorization:Bearer " + Member(document, "access_token") + "\r\n";
     };
     const std::string second = bearer(Control("POST", "tokens", R"({"user": 1})"));
-    EXPECT_EQ(Member(Json(status(second))["name"], "display_name"), "Robin <Second> & Co");
+    EXPECT_EQ(Member(Json(status(second))["name"], "display_name"), "Robin <second> & Co");
     const std::string expired = bearer(Control("POST", "tokens", R"({"user": 0, "expires_in": 0})"));
     EXPECT_TRUE(summary(expired).starts_with("expired_access_token/"));
 
     // A revoked token is gone, the account's other tokens are not.
     const std::string other = bearer(Control("POST", "tokens", R"({})"));
-    const Answer revoked = Connect(ApiHost).Post("/2/auth/token/revoke", other, "");
+    const Answer revoked = Connect(api_host).Post("/2/auth/token/revoke", other, "");
     EXPECT_EQ(revoked.body(), "null");
     EXPECT_TRUE(summary(other).starts_with("invalid_access_token/"));
     EXPECT_EQ(status(Authorization()).result_int(), 200u);
@@ -160,9 +160,9 @@ TEST_F(Api, ShowsAndFindsNamesInTheirComposedForm) {
 
     EXPECT_EQ(Upload(R"({"path": "/Cafe\u0301.txt", "mode": "overwrite"})", "new").result_int(), 200u);
     EXPECT_EQ(ReadFile(decomposed + ".txt"), "new");
-    EXPECT_EQ(Tree(), decomposed + ".txt " + Unchanged); // not a second one beside it
+    EXPECT_EQ(Tree(), decomposed + ".txt " + unchanged); // not a second one beside it
     Rpc("files/move", R"({"from_path": "/Caf\u00e9.txt", "to_path": "/Cafe\u0301/n\u0303.txt"})");
-    EXPECT_EQ(Tree(), composed + "/ " + composed + "/\xC3\xB1.txt " + Unchanged);
+    EXPECT_EQ(Tree(), composed + "/ " + composed + "/\xC3\xB1.txt " + unchanged);
 }
 
 TEST_F(Api, FollowsAnItemByItsIdAndChangesItsRevision) {

@@ -1,6 +1,6 @@
-#include <chrono>
-
 #include "LocalService.h"
+
+#include <chrono>
 
 using namespace DevService;
 
@@ -11,7 +11,7 @@ class ControlInterface : public LocalService {};
 TEST_F(ControlInterface, RecordsRequestsByteForByte) {
     const std::string head = "POST /2/files/download HTTP/1.1\r\nhOST:  odd\r\nX-Twice: 1\r\n" + Authorization() +
                              "x-twice:2\t \r\nDropbox-API-Arg: {\"path\": \"/\xFC.txt\"}\r\ncontent-length:0\r\n\r\n";
-    ServiceClient client = Connect(ContentHost);
+    ServiceClient client = Connect(content_host);
     client.Send(head);
     EXPECT_EQ(client.Receive().result_int(), 400u);
     Upload(R"({"path": "/n.bin"})", std::string("\0\x80\xFF\n", 4));
@@ -67,7 +67,7 @@ TEST_F(ControlInterface, MakesUpReplies) {
 }
 
 TEST_F(ControlInterface, SpoilsTheTransferOfReplies) {
-    ServiceClient client = Connect(ContentHost);
+    ServiceClient client = Connect(content_host);
     const auto ask = [&] {
         client.Send("POST /2/files/download HTTP/1.1\r\n" + Authorization() +
                     "Dropbox-API-Arg: {\"path\": \"/b.txt\"}\r\ncontent-length:0\r\n\r\n");
@@ -111,7 +111,7 @@ TEST_F(ControlInterface, ChunksEverySecondReplyOfTheApi) {
 
 TEST_F(ControlInterface, DropsUploadsWithTheBeginningOfAReply) {
     Control("POST", "faults", R"({"path": "2/files/upload", "drop_request_after": 100000})");
-    ServiceClient client = Connect(ContentHost);
+    ServiceClient client = Connect(content_host);
     const std::string head = "POST /2/files/upload HTTP/1.1\r\n" + Authorization() +
                              "Content-Type: application/octet-stream\r\n"
                              "Dropbox-API-Arg: {\"path\": \"/b.txt\",\"mode\": \"overwrite\"}\r\n"

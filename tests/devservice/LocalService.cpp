@@ -1,10 +1,10 @@
 #include "LocalService.h"
 
+#include "Encoding.h"
+
 #include <fstream>
 #include <set>
 #include <sstream>
-
-#include "Encoding.h"
 
 namespace fs = std::filesystem;
 using namespace DevService;
@@ -13,7 +13,7 @@ LocalService::LocalService() : m_folder(fs::temp_directory_path() / ("devservice
     Populate();
     fs::create_directories(m_folder / "second");
     m_token = m_service.accounts.IssueToken(m_service.accounts.Add("Dana Sample", "sample", m_folder / "first"));
-    m_service.accounts.Add("Robin <Second> & Co", "\"quoted\"", m_folder / "second");
+    m_service.accounts.Add("Robin <second> & Co", "\"quoted\"", m_folder / "second");
     m_server = std::make_unique<Server>(m_service, std::uint16_t{0});
     m_thread = std::thread([this] { m_server->Run(); });
 }
@@ -58,18 +58,18 @@ ServiceClient LocalService::Connect(std::string_view i_host) const {
 
 Answer LocalService::Rpc(const std::string& i_route, const std::string& i_json) const {
     const std::string headers = Authorization() + "Content-Type: application/json\r\n";
-    return Connect(ApiHost).Post("/2/" + i_route, headers, i_json);
+    return Connect(api_host).Post("/2/" + i_route, headers, i_json);
 }
 
 Answer LocalService::Upload(const std::string& i_arguments, std::string_view i_body) const {
     const std::string headers =
         Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: " + i_arguments + "\r\n";
-    return Connect(ContentHost).Post("/2/files/upload", headers, i_body);
+    return Connect(content_host).Post("/2/files/upload", headers, i_body);
 }
 
 Answer LocalService::Download(const std::string& i_path) const {
     const std::string headers = Authorization() + "Dropbox-API-Arg: {\"path\": \"" + i_path + "\"}\r\n";
-    return Connect(ContentHost).Post("/2/files/download", headers, "");
+    return Connect(content_host).Post("/2/files/download", headers, "");
 }
 
 std::string LocalService::Control(const std::string& i_method, const std::string& i_name,

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include "JsonText.h"
 #include "Server.h"
 #include "Service.h"
 #include "ServiceClient.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <thread>
 
 /// A running service over a small folder of its own, which goes with the test:
 ///   Docs/ Docs/a.txt ("alpha") Docs/Sub/ Docs/Sub/deep.txt ("deep") b.txt ("beta")

@@ -1,11 +1,11 @@
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "Options.h"
 
 #include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
-#include "Options.h"
+#include <filesystem>
+#include <string>
+#include <vector>
 
 using DevService::Options;
 

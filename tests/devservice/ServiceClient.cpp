@@ -1,13 +1,13 @@
 #include "ServiceClient.h"
 
-#include <limits>
-#include <stdexcept>
-
 #include <boost/asio/read.hpp>
 #include <boost/asio/ssl/host_name_verification.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/read.hpp>
+
+#include <limits>
+#include <stdexcept>
 
 namespace asio = boost::asio;
 namespace http = boost::beast::http;

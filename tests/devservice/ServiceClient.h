@@ -1,10 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ssl/context.hpp>
@@ -12,6 +7,11 @@
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/message.hpp>
 #include <boost/beast/http/string_body.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
 
 /// What the service answered.
 using Answer = boost::beast::http::response<boost::beast::http::string_body>;

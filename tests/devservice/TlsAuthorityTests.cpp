@@ -1,13 +1,12 @@
 #include "TlsAuthority.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-
 #include <openssl/ecdsa.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
+
+#include <algorithm>
+#include <memory>
 
 namespace {
 

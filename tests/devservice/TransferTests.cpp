@@ -4,13 +4,13 @@ using namespace DevService;
 
 namespace {
 
-const char* const Unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt";
+const char* const unchanged = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b.txt";
 
 class Transfer : public LocalService {
 protected:
     Answer CallSession(const std::string& i_route, const std::string& i_arguments, std::string_view i_body) const {
         const std::string headers = Authorization() + "Content-Type: application/octet-stream\r\nDropbox-API-Arg: ";
-        return Connect(ContentHost).Post("/2/files/upload_session/" + i_route, headers + i_arguments + "\r\n", i_body);
+        return Connect(content_host).Post("/2/files/upload_session/" + i_route, headers + i_arguments + "\r\n", i_body);
     }
 
     /// Waits until that many requests are recorded: a dropped one has no reply to wait for.
@@ -36,32 +36,32 @@ TEST_F(Transfer, UploadsInEveryMode) {
     const char* const in_new_folder = "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt New/ New/n.txt b.txt";
     const Row rows[] = {
         {R"({"path": "/b.txt","mode": "overwrite","autorename": false,"mute": false})", "new", 200,
-         R"({"name":"b.txt","path_lower":"/b.txt")", Unchanged, "new"},
-        {R"({"path": "/b.txt","mode": "overwrite"})", "", 200, R"("size":0)", Unchanged, ""},
+         R"({"name":"b.txt","path_lower":"/b.txt")", unchanged, "new"},
+        {R"({"path": "/b.txt","mode": "overwrite"})", "", 200, R"("size":0)", unchanged, ""},
         {R"({"path": "/New/n.txt"})", "n", 200, R"("path_display":"/New/n.txt")", in_new_folder, "beta"},
         {R"({"path": "/b.txt"})", "new", 409,
          R"("error":{".tag":"path","reason":{".tag":"conflict","conflict":{".tag":"file"}},"upload_session_id":")",
-         Unchanged, "beta"},
-        {R"({"path": "/B.TXT"})", "new", 409, "path/conflict/file/", Unchanged, "beta"},
-        {R"({"path": "/b.txt"})", "beta", 200, R"("size":4)", Unchanged, "beta"},
-        {R"({"path": "/b.txt", "strict_conflict": true})", "beta", 409, "path/conflict/file/", Unchanged, "beta"},
+         unchanged, "beta"},
+        {R"({"path": "/B.TXT"})", "new", 409, "path/conflict/file/", unchanged, "beta"},
+        {R"({"path": "/b.txt"})", "beta", 200, R"("size":4)", unchanged, "beta"},
+        {R"({"path": "/b.txt", "strict_conflict": true})", "beta", 409, "path/conflict/file/", unchanged, "beta"},
         {R"({"path": "/b.txt", "autorename": true})", "new", 200, R"("name":"b (1).txt")",
          "Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt b (1).txt b.txt", "beta"},
         {R"({"path": "/b.txt", "mode": {".tag": "update", "update": "123456789"}})", "new", 409, "path/conflict/file/",
-         Unchanged, "beta"},
-        {R"({"path": "/docs", "mode": "overwrite"})", "new", 409, "path/conflict/folder/", Unchanged, "beta"},
-        {R"({"path": "/b.txt/x", "mode": "overwrite"})", "new", 409, "path/conflict/file_ancestor/", Unchanged, "beta"},
+         unchanged, "beta"},
+        {R"({"path": "/docs", "mode": "overwrite"})", "new", 409, "path/conflict/folder/", unchanged, "beta"},
+        {R"({"path": "/b.txt/x", "mode": "overwrite"})", "new", 409, "path/conflict/file_ancestor/", unchanged, "beta"},
         {R"({"path": "/B.txt", "mode": "overwrite"})", "new", 200, R"("path_display":"/B.txt")",
          "B.txt Docs/ Docs/Sub/ Docs/Sub/deep.txt Docs/a.txt", ""},
         {R"({"path": "/b.txt", "mode": "overwrite", "client_modified": "2015-05-12T15:50:38Z"})", "new", 200,
-         R"("client_modified":"2015-05-12T15:50:38Z")", Unchanged, "new"},
+         R"("client_modified":"2015-05-12T15:50:38Z")", unchanged, "new"},
         {R"({"path": "/b.txt", "mode": "overwrite", "client_modified": "2015-13-12T15:50:38Z"})", "new", 400,
-         "client_modified: time data", Unchanged, "beta"},
+         "client_modified: time data", unchanged, "beta"},
         {R"({"path": "/b.txt", "mode": "overwrite", "content_hash": "00"})", "new", 409, "content_hash_mismatch/",
-         Unchanged, "beta"},
-        {R"({"path": "/b.txt", "mode": "replace"})", "new", 400, "mode: invalid value 'replace'", Unchanged, "beta"},
-        {R"({"path": "/.DS_Store"})", "new", 409, "path/disallowed_name/", Unchanged, "beta"},
-        {R"({"path": "/odd "quote".txt"})", "new", 400, "could not decode input as JSON", Unchanged, "beta"},
+         unchanged, "beta"},
+        {R"({"path": "/b.txt", "mode": "replace"})", "new", 400, "mode: invalid value 'replace'", unchanged, "beta"},
+        {R"({"path": "/.DS_Store"})", "new", 409, "path/disallowed_name/", unchanged, "beta"},
+        {R"({"path": "/odd "quote".txt"})", "new", 400, "could not decode input as JSON", unchanged, "beta"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.arguments);
@@ -82,7 +82,7 @@ TEST_F(Transfer, RefusesMoreThanOneRequestMayBring) {
     const std::string chunked = "Transfer-Encoding: chunked\r\n\r\n" + std::string("f4241\r\n") + bad + "\r\n0\r\n\r\n";
     const auto post = [&](const std::string& i_route, const std::string& i_arguments, const std::string& i_rest) {
         const std::string request = "POST /2/files/" + i_route + " HTTP/1.1\r\n" + head + i_arguments + "\r\n" + i_rest;
-        ServiceClient client = Connect(ContentHost);
+        ServiceClient client = Connect(content_host);
         client.Send(request);
         return client.Receive();
     };
@@ -101,7 +101,7 @@ TEST_F(Transfer, RefusesMoreThanOneRequestMayBring) {
     EXPECT_EQ(post("upload", file, counted(good)).result_int(), 200u);
 
     expect_refusal(post("upload_session/start", "{}", counted(bad)));
-    EXPECT_EQ(Tree(), Unchanged);
+    EXPECT_EQ(Tree(), unchanged);
     const std::string id = Member(Json(post("upload_session/start", "{}", counted(good))), "session_id");
     const std::string cursor = R"({"cursor": {"session_id": ")" + id + R"(", "offset": 1000000})";
     expect_refusal(post("upload_session/append_v2", cursor + "}", counted(bad)));
@@ -122,7 +122,7 @@ TEST_F(Transfer, KeepsTheOldFileWhenAnUploadBreaksOff) {
     for (const std::size_t sent : {std::size_t{0}, std::size_t{1}, big.size() / 2, big.size() - 1}) {
         SCOPED_TRACE(sent);
         Control("DELETE", "requests");
-        ServiceClient client = Connect(ContentHost);
+        ServiceClient client = Connect(content_host);
         client.Send("POST /2/files/upload HTTP/1.1\r\n" + Authorization() +
                     "Content-Type: application/octet-stream\r\n"
                     "Dropbox-API-Arg: {\"path\": \"/b.txt\",\"mode\": \"overwrite\"}\r\ncontent-length:" +
@@ -131,7 +131,7 @@ TEST_F(Transfer, KeepsTheOldFileWhenAnUploadBreaksOff) {
         const rapidjson::Document requests = WaitForRequests(1);
         EXPECT_EQ(Member(requests[0], "complete"), "false");
         EXPECT_EQ(Member(requests[0], "body_size"), std::to_string(sent));
-        EXPECT_EQ(Tree(), Unchanged);
+        EXPECT_EQ(Tree(), unchanged);
         EXPECT_EQ(ReadFile("b.txt"), "beta");
     }
 }
@@ -178,7 +178,7 @@ TEST_F(Transfer, DownloadsRanges) {
         {"bytes=3-1", 200, "beta", ""},
         {"lines=1-2", 200, "beta", ""},
     };
-    ServiceClient client = Connect(ContentHost);
+    ServiceClient client = Connect(content_host);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.range);
         const std::string headers =
@@ -207,7 +207,7 @@ TEST_F(Transfer, CollectsAnUploadInASession) {
     EXPECT_NE(conflict.body().find(R"("path":{".tag":"conflict")"), std::string::npos) << conflict.body();
     EXPECT_EQ(call("finish", finish + R"(, "mode": "overwrite"}})", "").result_int(), 200u);
     EXPECT_EQ(ReadFile("b.txt"), "one two ");
-    EXPECT_EQ(Tree(), Unchanged);
+    EXPECT_EQ(Tree(), unchanged);
     EXPECT_TRUE(
         Member(Json(call("finish", finish + "}}", "")), "error_summary").starts_with("lookup_failed/not_found/"));
 }
@@ -267,12 +267,12 @@ TEST_F(Transfer, ReadsTheArgumentHeaderAsUtf8Only) {
         EXPECT_EQ(answer.body(), "Error in call to API function \"files/upload\": HTTP header \"Dropbox-API-Arg\": "
                                  "could not decode input as JSON");
     }
-    EXPECT_EQ(Tree(), std::string(Unchanged) + " " + name);
+    EXPECT_EQ(Tree(), std::string(unchanged) + " " + name);
 }
 
 TEST_F(Transfer, WantsTheRightContentType) {
     const std::string argument = "Dropbox-API-Arg: {\"path\": \"/b.txt\",\"mode\": \"overwrite\"}\r\n";
-    ServiceClient client = Connect(ContentHost);
+    ServiceClient client = Connect(content_host);
     const Answer none = client.Post("/2/files/upload", Authorization() + argument, "new");
     EXPECT_EQ(none.result_int(), 400u);
     EXPECT_NE(none.body().find("Bad HTTP \"Content-Type\" header"), std::string::npos) << none.body();

@@ -7,7 +7,6 @@
 #include <stdexcept>
 
 namespace Tests {
-
 namespace {
 
 constexpr wchar_t switch_key[] = L"Software\\Talvern Soft\\QorvEditor\\3.0\\Debug";

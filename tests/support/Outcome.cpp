@@ -7,7 +7,6 @@
 #include <sstream>
 
 namespace Tests {
-
 namespace {
 
 std::string Hexadecimal(HRESULT i_code) {
