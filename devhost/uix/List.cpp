@@ -89,8 +89,9 @@ std::wstring List::CellText(int i_row, int i_column) const {
 
 void List::FillCell(LVITEMW& io_cell) {
     if ((io_cell.mask & LVIF_TEXT) != 0) {
-        m_cell_text = CellText(io_cell.iItem, io_cell.iSubItem);
-        io_cell.pszText = m_cell_text.data();
+        // Into the control's own buffer: it may ask for another cell while it still shows this one.
+        const std::wstring text = CellText(io_cell.iItem, io_cell.iSubItem);
+        lstrcpynW(io_cell.pszText, text.c_str(), io_cell.cchTextMax); // Cut where it is full.
     }
     if ((io_cell.mask & LVIF_IMAGE) != 0) {
         Qorv::ComPtr<Qorv::IUIX_Image> image;

@@ -56,7 +56,6 @@ private:
     std::optional<ListImages> m_images;
     std::optional<RowEditor> m_row_editor;
     Qorv::ComPtr<Qorv::IUIX_ListSource> m_source;
-    std::wstring m_cell_text; ///< What the control was answered last; it reads it after the answer.
     std::wstring m_empty_text;
     bool m_is_painting_held = false;
 };

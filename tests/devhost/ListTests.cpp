@@ -108,6 +108,29 @@ protected:
     ComPtr<Qorv::IUIX_List> m_list;
 };
 
+/// The control may ask for a second cell while it still shows the first one.
+TEST_F(ListTest, CopiesCellsIntoTheControlsBuffer) {
+    Use([&] {
+        const auto ask = [&](int i_row, int i_column, wchar_t* o_text, int i_size) {
+            NMLVDISPINFOW request{};
+            request.hdr = {Control(L"lst"), static_cast<UINT_PTR>(GetDlgCtrlID(Control(L"lst"))), LVN_GETDISPINFOW};
+            request.item.mask = LVIF_TEXT;
+            request.item.iItem = i_row;
+            request.item.iSubItem = i_column;
+            request.item.pszText = o_text;
+            request.item.cchTextMax = i_size;
+            SendMessageW(m_sink->Window(), WM_NOTIFY, request.hdr.idFrom, reinterpret_cast<LPARAM>(&request));
+            return request.item.pszText;
+        };
+        wchar_t first[8] = L"";
+        wchar_t second[4] = L"";
+        EXPECT_EQ(ask(7, 0, first, 8), first);
+        EXPECT_EQ(ask(7, 1, second, 4), second);
+        EXPECT_STREQ(first, L"7");
+        EXPECT_STREQ(second, L"sec") << "cut where the buffer ends";
+    });
+}
+
 TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
     constexpr LONG many = 100'000;
     constexpr LONG some = 1'000; // A few times the cells that there is room for.
