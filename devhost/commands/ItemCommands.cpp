@@ -35,7 +35,22 @@ Course ReadCourse(Shell& io_shell, const CommandLine& i_line, const wchar_t* i_v
     return {from, to, DisplayPathOf(from.name), from.connection == to.connection};
 }
 
+/// Replaces nothing, as a copy within an account does. Only a clear "there is no such file" lets the copy begin.
+void RequireNewTarget(Shell& io_shell, const Course& i_course) {
+    const std::wstring path = DisplayPathOf(i_course.to.name);
+    const Operation operation = io_shell.Begin(path);
+    Qorv::ComPtr<Qorv::IAFS_FileInfo> info;
+    const HRESULT result =
+        io_shell.FileSystem().GetFileInfo(i_course.to.name, operation.Details(), operation.Cancel(), &info);
+    if (result == E_INVALIDARG)
+        return;
+    operation.Check(result);
+    throw Failure(HRESULT_FROM_WIN32(ERROR_FILE_EXISTS),
+                  path + L" already exists in the account " + i_course.to.connection->id);
+}
+
 void CopyBetweenAccounts(Shell& io_shell, const Course& i_course) {
+    RequireNewTarget(io_shell, i_course);
     const Operation reading = io_shell.Begin(i_course.from_path);
     const Operation writing = io_shell.Begin(DisplayPathOf(i_course.to.name));
     const auto source = OpenForReading(io_shell, i_course.from.name, reading);
