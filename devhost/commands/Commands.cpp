@@ -27,6 +27,14 @@ void AddListOptions(CLI::App& io_command) {
     io_command.add_flag("-R")->description("list everything below it too");
 }
 
+void AddKeptOptions(CLI::App& io_command) {
+    io_command.get_option("ACTION")
+        ->check(CLI::IsMember({"send", "save", "drop"}).description(""))
+        ->needs(io_command.get_option("ID"));
+    io_command.footer("Without an ACTION: lists them with their IDs, dates, sizes and locations.\n"
+                      "send: uploads them, save: copies them to FILE, drop: removes them for good.");
+}
+
 void AddSaveOptions(CLI::App& io_command) {
     AddDialogOptions(io_command);
 }
@@ -54,6 +62,11 @@ const std::vector<Command>& Commands() {
         {"cp", "copy a file, also to another account", {"LOCATION", "NEW-LOCATION"}, CopyItem},
         {"open-dialog", "choose files in the plug-in's dialog", {"[LOCATION]"}, OpenByDialog, AddOpenOptions},
         {"save-dialog", "choose where to save in the plug-in's dialog", {"[LOCATION]"}, SaveByDialog, AddSaveOptions},
+        {"kept",
+         "see and deal with changes that could not be sent",
+         {"[ACTION]", "[ID]", "[FILE]"},
+         ManageKept,
+         AddKeptOptions},
         {"run", "run the commands in a file, one per line", {"FILE"}, RunScript},
         {"help", "show this text, or the help of a command", {"[COMMAND]"}, nullptr},
     };

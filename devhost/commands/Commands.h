@@ -35,6 +35,7 @@ void RenameItem(Shell& io_shell, const CommandLine& i_line);
 void CopyItem(Shell& io_shell, const CommandLine& i_line);
 void OpenByDialog(Shell& io_shell, const CommandLine& i_line);
 void SaveByDialog(Shell& io_shell, const CommandLine& i_line);
+void ManageKept(Shell& io_shell, const CommandLine& i_line);
 void RunScript(Shell& io_shell, const CommandLine& i_line);
 
 } // namespace DevHost

@@ -20,6 +20,16 @@ void RefuseFolder(const fs::path& i_path) {
         throw Failure(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), i_path.wstring() + L" is a folder");
 }
 
+/// Whether a file of this machine is still the one of which so many bytes were read.
+bool IsUnchanged(const fs::path& i_path, std::uint64_t i_write_time, std::uint64_t i_size) {
+    try {
+        LocalFile file(i_path, LocalFile::Mode::Read);
+        return file.WriteTime() == i_write_time && file.Size() == i_size;
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
 /// A new file that takes another one's place when it is complete, and is gone when it never is.
 class Replacement {
 public:
@@ -91,8 +101,10 @@ void PutFile(Shell& io_shell, const CommandLine& i_line) {
     const Place place =
         io_shell.Locations().Find(TargetText(i_line.Text("LOCATION"), source_path.filename().wstring()));
     const Operation operation = io_shell.Begin(DisplayPathOf(place.name));
-    const auto file = OpenForReplacing(io_shell, place.name, operation);
+    const std::uint64_t write_time = source.WriteTime();
     std::uint64_t position = 0;
+    const auto file = OpenForReplacing(io_shell, place.name, operation);
+    file->SetOriginal([&] { return IsUnchanged(source_path, write_time, position); });
     const std::uint64_t bytes = Transfer(
         [&](void* o_data, ULONG i_size) {
             const ULONG read = source.ReadAt(position, o_data, i_size);

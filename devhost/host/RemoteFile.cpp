@@ -29,6 +29,10 @@ void RemoteFile::Write(const void* i_data, ULONG i_size) {
         throw Failure(E_FAIL, L"The files cache takes no more bytes");
 }
 
+void RemoteFile::SetOriginal(std::function<bool()> i_still_stands) {
+    m_cache->SetOriginal(m_file, std::move(i_still_stands));
+}
+
 void RemoteFile::Close() {
     const HRESULT result = m_file->Close(m_operation.Details(), m_operation.Cancel());
     if (result != Qorv::ErrorCanceled) // A close that was canceled has not happened.

@@ -4,6 +4,7 @@
 #include "qorv/Afs.h"
 #include "services/FilesCache.h"
 
+#include <functional>
 #include <string>
 
 namespace DevHost {
@@ -21,12 +22,16 @@ public:
     /// 0 at the end.
     ULONG Read(void* o_data, ULONG i_size);
     void Write(const void* i_data, ULONG i_size);
+    /// What is written is a copy of something that may still stand when it cannot be uploaded; it is not kept then.
+    void SetOriginal(std::function<bool()> i_still_stands);
+    /// From now on a file that is not closed keeps its changes.
+    void KeepOnFailure() noexcept { m_is_written = false; }
     /// Uploads what was written.
     void Close();
 
 private:
     const Operation& m_operation;
-    const bool m_is_written;
+    bool m_is_written;
     Qorv::ComPtr<FilesCache> m_cache;
     Qorv::ComPtr<Qorv::IAFS_File> m_file;
 };

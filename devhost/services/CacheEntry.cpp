@@ -167,6 +167,10 @@ void CacheEntry::Upload(Qorv::IQorv_CancelFlag* i_cancel_flag) {
     try {
         Send(i_cancel_flag);
     } catch (const Failure& failure) {
+        if (m_original_stands && m_original_stands()) {
+            ForgetChanges();
+            throw;
+        }
         Answer([&] { // Both are on the disk already, unless power fails or the file was renamed meanwhile.
             m_files.Bytes().Flush();
             WriteNote();

@@ -6,6 +6,7 @@
 #include "services/NameText.h"
 
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -39,6 +40,9 @@ public:
     bool IsKeptByClose() const noexcept { return m_has_note; }
     /// The files that have the entry open; pointers to compare, not to use.
     std::set<const Qorv::IAFS_File*>& OpenFiles() noexcept { return m_open_files; }
+    /// The bytes are a copy of something else of the user's: when they cannot be uploaded and `i_still_stands` says so,
+    /// they are not kept.
+    void SetOriginal(std::function<bool()> i_still_stands) { m_original_stands = std::move(i_still_stands); }
     /// Takes the entry's bytes for the service's.
     void ForgetChanges();
 
@@ -78,9 +82,10 @@ private:
     std::set<const Qorv::IAFS_File*> m_open_files;
     std::uint64_t m_size = 0;
     std::uint64_t m_fetched = 0; ///< So many bytes from the beginning are here.
-    bool m_is_complete = false;  ///< All bytes are here.
-    bool m_is_changed = false;   ///< They differ from the service's.
-    bool m_has_note = false;     ///< They are changed, and the disk says whose they are.
+    std::function<bool()> m_original_stands;
+    bool m_is_complete = false; ///< All bytes are here.
+    bool m_is_changed = false;  ///< They differ from the service's.
+    bool m_has_note = false;    ///< They are changed, and the disk says whose they are.
 };
 
 } // namespace DevHost

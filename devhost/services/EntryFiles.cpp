@@ -87,6 +87,11 @@ std::vector<fs::path> FilesIn(const fs::path& i_folder) {
 
 } // namespace
 
+std::wstring KeptFile::Id() const {
+    const std::wstring name = path.filename().wstring();
+    return name.substr(0, name.find(L'-'));
+}
+
 EntryFiles EntryFiles::Create(const fs::path& i_folder, const std::wstring& i_location) {
     std::error_code ignored; // Creating the file tells what is wrong.
     fs::create_directories(i_folder, ignored);
@@ -107,6 +112,26 @@ std::optional<EntryFiles> EntryFiles::FindAbandoned(const fs::path& i_folder, co
         }
     }
     return newest;
+}
+
+std::vector<KeptFile> EntryFiles::ListKept(const fs::path& i_folder) {
+    std::vector<KeptFile> kept;
+    for (const fs::path& note : FilesIn(i_folder)) {
+        try {
+            if (!IsNote(note))
+                continue;
+            LocalFile bytes(BytesOf(note), LocalFile::Mode::Read);
+            kept.push_back({bytes.Path(), LocationOf(note), bytes.Size(), bytes.WriteTime()});
+        } catch (const Failure&) {
+            // Another process took it away meanwhile.
+        }
+    }
+    std::ranges::sort(kept, {}, &KeptFile::write_time);
+    return kept;
+}
+
+EntryFiles EntryFiles::Adopt(const fs::path& i_bytes) {
+    return EntryFiles(LocalFile(i_bytes, LocalFile::Mode::ReadWrite));
 }
 
 void EntryFiles::CleanUp(const fs::path& i_folder) {

@@ -5,8 +5,20 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace DevHost {
+
+/// Changed bytes that could not be sent, and whose they are.
+struct KeptFile {
+    std::filesystem::path path;
+    std::wstring location;
+    std::uint64_t size = 0;       ///< Bytes.
+    std::uint64_t write_time = 0; ///< A file time (UTC).
+
+    /// How a person names it: the beginning of its file's name.
+    std::wstring Id() const;
+};
 
 /// What a cache entry has on disk, in the cache's folder: the file with its bytes and, from before the first change
 /// until the bytes are at the service, a note that says whose they are. So a crash loses no changed byte.
@@ -20,6 +32,12 @@ public:
     /// The newest changed bytes of a location that earlier runs left, if there are any that no other process has.
     static std::optional<EntryFiles> FindAbandoned(const std::filesystem::path& i_folder,
                                                    const std::wstring& i_location);
+
+    /// Everything that is kept in a folder, by this run or others, the oldest first.
+    static std::vector<KeptFile> ListKept(const std::filesystem::path& i_folder);
+
+    /// Takes over what an earlier run left. Throws a `Failure` when another process has it.
+    static EntryFiles Adopt(const std::filesystem::path& i_bytes);
 
     /// Removes what ended runs left behind and nobody needs: bytes without a note, which are at the service.
     static void CleanUp(const std::filesystem::path& i_folder);

@@ -150,6 +150,28 @@ void FilesCache::Discard(Qorv::IAFS_File* i_file) {
         entry->ForgetChanges();
 }
 
+void FilesCache::SetOriginal(Qorv::IAFS_File* i_file, std::function<bool()> i_still_stands) {
+    if (const Entry entry = FindOpenedBy(i_file); entry != nullptr)
+        entry->SetOriginal(std::move(i_still_stands));
+}
+
+std::vector<KeptFile> FilesCache::Kept() const {
+    std::vector<KeptFile> kept = EntryFiles::ListKept(m_folder);
+    std::erase_if(kept, [&](const KeptFile& i_kept) {
+        const auto entry = std::ranges::find(m_entries, i_kept.path, [](const Entry& i_e) { return i_e->Path(); });
+        return entry != m_entries.end() && !(*entry)->OpenFiles().empty();
+    });
+    return kept;
+}
+
+void FilesCache::DropKept(const KeptFile& i_kept) {
+    const auto entry = std::ranges::find(m_entries, i_kept.path, [](const Entry& i_e) { return i_e->Path(); });
+    if (entry != m_entries.end())
+        Remove(*entry);
+    else
+        EntryFiles::Adopt(i_kept.path).Remove();
+}
+
 void FilesCache::OnUploaded(const CacheEntry& i_entry) {
     ReplaceKept(i_entry.Location());
 }

@@ -44,6 +44,14 @@ public:
     /// written completely.
     void Discard(Qorv::IAFS_File* i_file);
 
+    /// What is written through an open file is a copy (see `CacheEntry::SetOriginal`).
+    void SetOriginal(Qorv::IAFS_File* i_file, std::function<bool()> i_still_stands);
+
+    /// What could not be sent, of this run and earlier ones, and is in no open file.
+    std::vector<KeptFile> Kept() const;
+    /// Removes kept bytes for good. Throws a `Failure` when another process has them.
+    void DropKept(const KeptFile& i_kept);
+
     /// An entry's changes have reached the service: older ones of the same location, which were kept, must not follow.
     void OnUploaded(const CacheEntry& i_entry);
 

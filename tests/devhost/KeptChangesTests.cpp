@@ -29,6 +29,41 @@ TEST_F(FilesCacheTest, KeepsWhatCannotBeSentAndSendsItWithTheNextFlush) {
     EXPECT_TRUE(CacheFiles().empty());
 }
 
+TEST_F(FilesCacheTest, KeepsNoCopyOfWhatStillStands) {
+    m_remote.fail_end = true;
+    for (const bool stands : {true, false}) {
+        OpenFile file = Open(replace);
+        m_cache->SetOriginal(file.file, [&] { return stands; });
+        Write(file, 0, "copy");
+        EXPECT_EQ(Close(file), connection_broke);
+        m_cache->FlushAllCaches(nullptr, nullptr, VARIANT_FALSE);
+        EXPECT_EQ(m_details->Text().find(L"is kept as") == std::wstring::npos, stands) << m_details->Text();
+        EXPECT_EQ(m_cache->Kept().empty(), stands);
+    }
+    m_cache->Close();
+    EXPECT_EQ(CacheFiles().size(), 2u) << "the bytes and the note of the second one";
+}
+
+TEST_F(FilesCacheTest, ListsAndDropsWhatIsKept) {
+    LeaveUnsentChange("first", L"dropbox://id/a.pdf");
+    Restart();
+    LeaveUnsentChange("second!", L"dropbox://id/b.pdf");
+    OpenFile open = Open(replace, L"dropbox://id/open.pdf");
+    Write(open, 0, "open");
+    auto kept = m_cache->Kept();
+    ASSERT_EQ(kept.size(), 2u) << "what is in an open file is not among them";
+    EXPECT_EQ(kept[0].location, L"dropbox://id/a.pdf");
+    EXPECT_EQ(kept[1].location, L"dropbox://id/b.pdf");
+    EXPECT_EQ(kept[1].size, 7u);
+    EXPECT_EQ(kept[1].Id().size(), 8u);
+    EXPECT_EQ(ReadBytes(kept[0].path), "first");
+    for (const auto& file : kept)
+        m_cache->DropKept(file);
+    EXPECT_TRUE(m_cache->Kept().empty());
+    EXPECT_EQ(Close(open), S_OK);
+    EXPECT_TRUE(CacheFiles().empty());
+}
+
 TEST_F(FilesCacheTest, FlushesEveryEntryThoughOneFails) {
     OpenFile bad = Open(replace, L"dropbox://id/bad");
     OpenFile good = Open(replace, L"dropbox://id/good");
