@@ -113,7 +113,7 @@ void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
     throw BadArguments(text + ".");
 }
 
-/// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else is no JSON.
+/// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else isn't JSON.
 std::string_view ReadArgumentHeader(const HttpExchange& i_exchange) {
     const auto value = i_exchange.HeaderValue(argument_header);
     if (!value)

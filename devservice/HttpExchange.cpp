@@ -85,7 +85,7 @@ bool HttpExchange::ReadHead() {
     m_parser.put(asio::buffer(m_record.head), parse_error);
     m_buffer.consume(size);
     if ((parse_error && parse_error != http::error::need_buffer) || !m_parser.is_header_done())
-        throw ConnectionLost("the request is no HTTP");
+        throw ConnectionLost("the request isn't HTTP");
     m_is_kept_alive = m_parser.keep_alive();
     m_is_continue_due = boost::beast::iequals(m_parser.get()[http::field::expect], "100-continue");
     return true;

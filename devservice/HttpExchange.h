@@ -35,7 +35,7 @@ public:
     void Observe(std::string_view i_host, RequestLog& io_log, Faults& io_faults);
 
     /// Reads as far as the body. @returns false when the client closed the connection instead
-    /// @throws ConnectionLost for what is no HTTP
+    /// @throws ConnectionLost for what isn't HTTP
     bool ReadHead();
 
     std::string_view Method() const;

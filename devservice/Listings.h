@@ -31,7 +31,7 @@ public:
     /// A cursor from which on only later changes are told.
     std::string LatestCursor(std::string_view i_path, bool i_is_recursive);
 
-    /// The next page. @throws BadArguments for what is no cursor, RouteError reset for one that was dropped
+    /// The next page. @throws BadArguments for what isn't a cursor, RouteError reset for one that was dropped
     std::string Next(std::string_view i_cursor, const Paging& i_paging);
 
 private:

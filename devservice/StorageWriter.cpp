@@ -98,7 +98,7 @@ ItemMetadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit)
     const std::lock_guard lock(m_mutex);
     const ServicePath wanted = m_storage.Resolve(i_commit.path, "path");
     if (!i_commit.is_strict_conflict) {
-        // Nothing is written when the very same bytes are there already.
+        // Nothing is written when the very same bytes are already there.
         const Storage::Place present = m_storage.Find(wanted);
         if (present.IsFile() && present.status.size == io_file.Size()) {
             ItemMetadata metadata = m_storage.Describe(present, Storage::HashWanted::WhenQuick);

@@ -20,7 +20,7 @@ NoMachine() {
     exit 125
 }
 
-# The archive that this machine has its packages from, and what it says to reach it. Empty where that is no Debian's.
+# The archive that this machine has its packages from, and what it says to reach it. Empty where that isn't Debian's.
 DebianArchive() {
     cat /etc/apt/sources.list.d/*.sources /etc/apt/sources.list 2>/dev/null |
         sed -n -E 's/^URIs: *([^ ]+).*/\1/p; s/^deb +(\[[^]]*] +)?([^ ]+) .*/\2/p' | grep -m 1 '/debian/*$'
@@ -64,7 +64,7 @@ RunInside() {
 suite=$1
 command=("${@:2}")
 [[ $user == 0 ]] || NoMachine "only root can make one"
-command -v apt-get >/dev/null || NoMachine "this is no Debian system"
+command -v apt-get >/dev/null || NoMachine "this isn't a Debian system"
 unshare --mount --pid --fork true 2>/dev/null || NoMachine "namespaces are not allowed"
 (InstallPackages debootstrap git) || NoMachine "it takes debootstrap and git"
 Locked bare KeepSystem "$suite"

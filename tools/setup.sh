@@ -25,7 +25,7 @@ InstallPackagePackages() { InstallPackages "${package_packages[@]}"; }
 InstallPackages() {
     local missing
     if ! command -v dpkg-query >/dev/null; then
-        Say "This is no Debian system; these packages, or what they are called here, are expected: $*"
+        Say "This isn't a Debian system; install these packages, or what they are called here: $*"
         return
     fi
     mapfile -t missing < <(MissingPackages "$@")

@@ -25,7 +25,7 @@ constexpr KnownCode known_codes[] = {
     {0x80070003, L"the folder does not exist"},
     {0x80070005, L"access is denied"},
     {0x80070020, L"another program has the file open"},
-    {0x80070050, L"the file exists already"},
+    {0x80070050, L"the file already exists"},
     {0x80070070, L"the disk is full"},
     {0x80072EE2, L"the service did not answer in time"},
     {0x80072EE7, L"the service's address is not known: is there a connection to the internet?"},

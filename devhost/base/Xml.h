@@ -18,7 +18,7 @@ struct XmlElement {
     std::wstring Attribute(const std::wstring& i_name) const;
 };
 
-/// Reads a document and gives its root. Throws a `Failure` with E_INVALIDARG for what is no well-formed XML.
+/// Reads a document and gives its root. Throws a `Failure` with E_INVALIDARG for what isn't well-formed XML.
 XmlElement ParseXml(const void* i_data, std::size_t i_size);
 
 } // namespace DevHost

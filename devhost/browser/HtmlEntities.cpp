@@ -34,7 +34,7 @@ std::wstring CharacterOf(std::uint32_t i_code_point) {
     return {static_cast<wchar_t>(0xD800 + (offset >> 10)), static_cast<wchar_t>(0xDC00 + (offset & 0x3FF))};
 }
 
-/// The character of what stands between "&#" and ";", nothing when that is no number.
+/// The character of what stands between "&#" and ";", nothing when that isn't a number.
 std::wstring NumberedCharacter(std::wstring_view i_number) {
     const bool is_hexadecimal = i_number.starts_with(L'x') || i_number.starts_with(L'X');
     const std::wstring_view digits = i_number.substr(is_hexadecimal ? 1 : 0);

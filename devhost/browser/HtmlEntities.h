@@ -5,7 +5,7 @@
 
 namespace DevHost {
 
-/// Replaces "&amp;", "&#228;" and the like by their characters; what is no known entity stays.
+/// Replaces "&amp;", "&#228;" and the like by their characters; an unknown entity stays.
 std::wstring ReplaceEntities(std::wstring_view i_text);
 
 } // namespace DevHost

@@ -103,7 +103,7 @@ private:
         return ReplaceEntities(value);
     }
 
-    /// What is between a tag and its end is no HTML.
+    /// What is between a tag and its end isn't HTML.
     void SkipContent(const std::wstring& i_name) {
         const std::wstring end_tag = L"</" + i_name;
         const auto found =

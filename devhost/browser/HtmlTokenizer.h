@@ -19,8 +19,8 @@ struct HtmlToken {
     bool HasAttribute(const std::wstring& i_name) const { return attributes.contains(i_name); }
 };
 
-/// Takes a document apart. Any text is a document: what is no tag is text. Comments, scripts and style sheets are left
-/// out, entities are replaced by their characters.
+/// Takes a document apart. Any text is a document: what isn't a tag is text. Comments, scripts and style sheets are
+/// left out, entities are replaced by their characters.
 std::vector<HtmlToken> TokenizeHtml(std::wstring_view i_document);
 
 } // namespace DevHost

@@ -37,7 +37,7 @@ struct Target {
 
 Target TargetOf(const Url& i_url) {
     if (!i_url.IsWeb())
-        throw Failure(E_INVALIDARG, L"This is no address of a page in the web");
+        throw Failure(E_INVALIDARG, L"This isn't the address of a web page");
     const std::wstring address = i_url.WithoutFragment().Text();
     URL_COMPONENTSW parts{};
     parts.dwStructSize = sizeof(parts);

@@ -24,7 +24,7 @@ struct Course {
     bool is_same_account;
 };
 
-/// Throws a `Failure` for a source that is no file: the plug-in moves and copies no folders.
+/// Throws a `Failure` for a source that isn't a file: the plug-in doesn't move or copy folders.
 Course ReadCourse(Shell& io_shell, const CommandLine& i_line, const wchar_t* i_verb) {
     const std::wstring location = i_line.Text("LOCATION");
     const Place from = io_shell.Locations().Find(location);

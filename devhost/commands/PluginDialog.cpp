@@ -69,7 +69,7 @@ LONG FilterIndexOf(CabNode& i_parameters) {
     const auto item = i_parameters.Member(filter_index_item);
     const auto* const index = std::get_if<LONG>(&item->GetValue());
     if (index == nullptr)
-        throw Failure(E_UNEXPECTED, L"The dialog does not tell which file type was chosen");
+        throw Failure(E_UNEXPECTED, L"The dialog does not say which file type was chosen");
     return *index;
 }
 

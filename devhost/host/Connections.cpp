@@ -44,10 +44,10 @@ Qorv::ComPtr<Qorv::IAFS_Name> Connections::NameIn(const Connection& i_connection
     const std::wstring location = std::wstring(scheme) + parts.account + parts.path;
     const Operation operation(i_text, m_cancel_flag);
     operation.Check(m_file_system.StringToName(location.c_str(), Qorv::AFS_String2Name_ValidateOnly, nullptr, nullptr),
-                    L"no name of a file or folder has such characters");
+                    L"a name of a file or folder can't have such characters");
     Qorv::ComPtr<Qorv::IAFS_Name> name;
     operation.Check(m_file_system.StringToName(location.c_str(), 0, i_connection.root, &name),
-                    L"this is no location in the account");
+                    L"this isn't a location in the account");
     return name;
 }
 
@@ -59,7 +59,7 @@ const Connection& Connections::AccountFor(const std::wstring& i_text) {
         throw Failure(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), L"No account is saved: sign in first (qorvhost login)");
     const Connection& connection = Bind(m_user.empty() ? saved.front() : m_accounts.Get(m_user));
     if (HasScheme(i_text) && Verify(connection, i_text) == Qorv::AFS_VerifyURL_OtherAccount)
-        throw Failure(E_INVALIDARG, i_text + L": the location is in another account than " + connection.id);
+        throw Failure(E_INVALIDARG, i_text + L": this location is in a different account than " + connection.id);
     return connection;
 }
 

@@ -24,7 +24,7 @@ Qorv::ComPtr<Qorv::IQorv_Plugin> ModuleLoader::Load(const std::filesystem::path&
     }
     const FARPROC entry = GetProcAddress(m_module, Qorv::GetPluginName);
     if (entry == nullptr)
-        throw Failure(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), i_path.wstring() + L" is no plug-in");
+        throw Failure(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), i_path.wstring() + L" isn't a plug-in");
     const auto get_plugin = reinterpret_cast<Qorv::GetPluginFunction>(reinterpret_cast<void*>(entry));
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
     Check(get_plugin(nullptr, nullptr, &plugin), L"The plug-in cannot be made");

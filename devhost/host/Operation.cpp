@@ -40,7 +40,7 @@ constexpr std::wstring_view too_large = L"The file is larger than Dropbox takes 
 constexpr Hint hints[] = {
     {status_unauthorized, {}, L"The service refuses the token: sign in again (qorvhost login)"},
     {status_too_many, {}, L"The service is busy: try again later"},
-    {0, L"/conflict/", L"Something of this name is there already"},
+    {0, L"/conflict/", L"Something with this name already exists"},
     {0, L"insufficient_space", L"The account is full"},
     {0, L"payload_too_large", too_large},
     {status_too_large, {}, too_large},

@@ -75,7 +75,7 @@ void WindowScript::AddSteps(const std::wstring& i_line, std::size_t i_number) {
     const auto verb = std::ranges::find(verbs, name, &Verb::name);
     if (verb == std::end(verbs) || argument.empty() != (verb->takes == Verb::Takes::Nothing))
         throw Failure(E_INVALIDARG,
-                      L"Line " + std::to_wstring(i_number) + L" of the window script is no step: " + i_line);
+                      L"Line " + std::to_wstring(i_number) + L" of the window script isn't a step: " + i_line);
     if (verb->takes != Verb::Takes::Words) {
         m_steps.push_back({i_number, i_line, verb, argument});
         return;

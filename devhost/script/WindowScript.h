@@ -16,7 +16,7 @@ namespace DevHost {
 class WindowScript {
 public:
     /// `i_step_time` is how long a step may wait, in milliseconds. Throws a `Failure` for a file that cannot be read or
-    /// has a line that is no step.
+    /// has a line that isn't a step.
     explicit WindowScript(const std::filesystem::path& i_file, DWORD i_step_time = 30000);
     ~WindowScript();
     WindowScript(const WindowScript&) = delete;

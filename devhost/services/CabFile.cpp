@@ -80,7 +80,7 @@ CabNode::Node Parse(const std::string& i_bytes) {
     if (document.HasParseError())
         throw Failure(E_FAIL, FromUtf8(rapidjson::GetParseError_En(document.GetParseError())));
     if (!document.IsObject())
-        throw Failure(E_FAIL, L"it holds no dictionary");
+        throw Failure(E_FAIL, L"it doesn't hold a dictionary");
     return Read(document);
 }
 

@@ -19,7 +19,7 @@ public:
     };
     using Items = std::vector<Item>;
 
-    /// Throws a `Failure` with E_INVALIDARG for a document that is no template.
+    /// Throws a `Failure` with E_INVALIDARG for a document that isn't a template.
     static std::shared_ptr<const CabTemplate> Parse(const void* i_data, std::size_t i_size);
 
     /// The root, which is a dictionary. Throws a `Failure` with E_INVALIDARG when the document's root has another id.

@@ -78,7 +78,7 @@ std::vector<fs::path> FilesIn(const fs::path& i_folder) {
     std::vector<fs::path> files;
     std::error_code error;
     for (fs::directory_iterator entry(i_folder, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code unreadable; // One such file is no reason to miss the others.
+        std::error_code unreadable; // One such file isn't a reason to miss the others.
         if (entry->is_regular_file(unreadable))
             files.push_back(entry->path());
     }

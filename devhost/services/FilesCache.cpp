@@ -136,7 +136,7 @@ HRESULT STDMETHODCALLTYPE FilesCache::CloseCache(Qorv::IAFS_File* i_file, Qorv::
             Remove(entry);
             return;
         }
-        // Older kept bytes must not compete with these, which are no kept ones before the file lets go of them.
+        // Older kept bytes must not compete with these, which aren't kept ones until the file lets go of them.
         Answer([&] { ReplaceKept(entry->Location()); });
         entry->OpenFiles().erase(i_file);
         if (o_details == nullptr) // A file that went without being closed: somebody must hear of it.
@@ -227,7 +227,7 @@ FilesCache::Entry FilesCache::TakeKeptForWriting(const std::wstring& i_location,
     }
     const Entry kept = TakeKept(i_location);
     if (kept != nullptr)
-        m_notice(i_location + L" goes on with the changes that could not be saved before");
+        m_notice(i_location + L" continues with the changes that could not be saved before");
     return kept;
 }
 

@@ -11,7 +11,7 @@
 
 namespace DevHost {
 
-/// Tells the user something that is no failure.
+/// Tells the user something that isn't a failure.
 using NoticeSink = std::function<void(const std::wstring&)>;
 
 /// The files cache of one file system: one entry for a location, shared by all files that have it open. The entry goes

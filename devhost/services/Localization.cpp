@@ -9,12 +9,12 @@ void Localization::Merge(const std::string& i_document) {
     const XmlElement table = ParseXml(i_document.data(), i_document.size());
     const std::wstring name_space = table.Attribute(L"namespace");
     if (table.name != L"localization" || name_space.empty())
-        throw Failure(E_INVALIDARG, L"The document is no localization table");
+        throw Failure(E_INVALIDARG, L"The document isn't a localization table");
     if (table.Attribute(L"language") != L"en")
         return;
     for (const XmlElement& element : table.children)
         if (element.name != L"string" || element.Attribute(L"id").empty())
-            throw Failure(E_INVALIDARG, L"The localization table holds something else than texts with an id");
+            throw Failure(E_INVALIDARG, L"The localization table holds something other than texts with an id");
     for (const XmlElement& element : table.children)
         m_texts[name_space + L"." + element.Attribute(L"id")] = element.text;
 }

@@ -9,8 +9,8 @@ namespace DevHost {
 class Localization {
 public:
     /// Adds a table (`<localization language="en" namespace="db">` with `<string id="...">` elements); the full id of a
-    /// text is the namespace, a dot and the id. A text that is there already is replaced. Throws a `Failure` with
-    /// E_INVALIDARG for a document that is no table, of which nothing is taken then.
+    /// text is the namespace, a dot and the id. A text that already exists is replaced. Throws a `Failure` with
+    /// E_INVALIDARG for a document that isn't a table; nothing of it is taken then.
     void Merge(const std::string& i_document);
 
     /// The text of a full id, null for an unknown one.

@@ -101,7 +101,7 @@ protected:
         return m_window != nullptr ? Answer(std::forward<Body>(i_body)) : E_UNEXPECTED;
     }
 
-    /// Runs the body of a method by which the plug-in changes what else the user would: that is no event.
+    /// Runs the body of a method by which the plug-in changes what the user would otherwise: that isn't an event.
     template <typename Body>
     HRESULT ChangeControl(Body&& i_body) noexcept {
         const bool was_own_change = std::exchange(m_is_own_change, true);

@@ -85,7 +85,7 @@ TEST_F(FilesCacheTest, SharesOneEntryForAllOpensOfALocation) {
     m_remote.files[L"dropbox://id/stra\u00DFe"] = "sz";
     OpenFile ss = Open(read_only, L"dropbox://id/strasse");
     OpenFile sz = Open(read_only, L"dropbox://id/stra\u00DFe");
-    EXPECT_NE(ss.entry.Get(), sz.entry.Get()) << "linguistic equality is no equality of files";
+    EXPECT_NE(ss.entry.Get(), sz.entry.Get()) << "linguistic equality isn't equality of files";
     Close(ss);
     Close(sz);
 }

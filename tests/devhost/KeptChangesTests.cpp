@@ -168,7 +168,7 @@ TEST_F(FilesCacheTest, LeavesTheEntriesOfARunningHostAlone) {
     EXPECT_EQ(CacheFiles().size(), before.size());
     std::swap(m_cache, other_host);
     OpenFile theirs = Open(read_write);
-    EXPECT_EQ(Read(theirs, 0, 100), "old") << "changes in progress are no abandoned ones";
+    EXPECT_EQ(Read(theirs, 0, 100), "old") << "changes in progress aren't abandoned ones";
     EXPECT_EQ(Close(theirs), S_OK);
     m_cache->Close();
     std::swap(m_cache, other_host);
@@ -209,7 +209,7 @@ TEST_F(FilesCacheTest, GoesOnWithTheNewestOfSeveralKeptChanges) {
         std::swap(m_cache, hosts.back());
         LeaveUnsentChange(bytes);
         std::swap(m_cache, hosts.back());
-        Sleep(30); // The clock of a file system is no fine one.
+        Sleep(30); // The clock of a file system is coarse.
     }
     for (const auto& host : hosts)
         host->Close();

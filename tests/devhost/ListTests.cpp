@@ -163,7 +163,7 @@ TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
         // One picture for all its rows.
         const LRESULT images = SendMessageW(Control(L"lst"), LVM_GETIMAGELIST, LVSIL_SMALL, 0);
         EXPECT_EQ(ImageList_GetImageCount(reinterpret_cast<HIMAGELIST>(images)), 1);
-        EXPECT_EQ(TakeEvents(), L"") << "what the plug-in does is no event";
+        EXPECT_EQ(TakeEvents(), L"") << "what the plug-in does isn't an event";
     });
 }
 

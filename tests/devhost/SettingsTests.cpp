@@ -243,7 +243,7 @@ TEST_F(EncryptionTest, RefusesWhatItDidNotWrite) {
     }
     ComPtr<Qorv::IAUX_String> output;
     EXPECT_EQ(m_service->DecryptString(nullptr, String(cipher_text), &output), E_POINTER)
-        << "a missing key is no clear text";
+        << "a missing key doesn't mean clear text";
 }
 
 TEST_F(EncryptionTest, NeverReplacesADamagedKey) {

@@ -24,7 +24,7 @@ public:
             throw std::runtime_error("DEVSERVICE_ADDRESS is not set: run the test by tools/with-service.sh");
         ADDRINFOW* address = nullptr;
         if (GetAddrInfoW(i_address.substr(0, colon).c_str(), i_address.substr(colon + 1).c_str(), nullptr, &address))
-            throw std::runtime_error("DEVSERVICE_ADDRESS is no address");
+            throw std::runtime_error("DEVSERVICE_ADDRESS isn't an address");
         m_socket = socket(address->ai_family, SOCK_STREAM, IPPROTO_TCP);
         const int result = connect(m_socket, address->ai_addr, static_cast<int>(address->ai_addrlen));
         FreeAddrInfoW(address);
