@@ -105,8 +105,8 @@ HRESULT STDMETHODCALLTYPE MainInstance::GetLocalStr(Qorv::PCStr i_id, BSTR* o_te
         return E_POINTER;
     *o_text = nullptr;
     return Answer([&] {
-        const std::wstring* text = m_localization.Find(i_id != nullptr ? i_id : L"");
-        return text != nullptr ? AnswerText(*text, o_text) : E_INVALIDARG;
+        const auto text = m_localization.Find(i_id != nullptr ? i_id : L"");
+        return text ? AnswerText(*text, o_text) : E_INVALIDARG;
     });
 }
 

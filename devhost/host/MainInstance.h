@@ -18,7 +18,7 @@ namespace DevHost {
 
 /// The host's main instance: what a plug-in gets of the host, with everything that is kept in a profile folder:
 /// `settings`, `keys` and `cache`. To be made on the main thread, which must have initialized COM;
-/// `ExecuteOnMainThread` may be called on any thread, the rest on the main thread only.
+/// `qorv/Host.h` says for each method on which threads it may be called.
 class MainInstance final : public Qorv::CoClass<MainInstance, Qorv::IQorv_Inst> {
 public:
     /// The notices of the services are lost without a sink.

@@ -14,7 +14,9 @@ HRESULT STDMETHODCALLTYPE FileSystemService::RegisterFileSys(Qorv::IAFS_FileSys*
     return Answer([&] {
         if (CacheOf(i_file_system) != nullptr)
             return E_INVALIDARG;
-        m_file_systems.emplace_back(i_file_system, Qorv::Create<FilesCache>(m_cache_folder, m_notice));
+        const auto cache = Qorv::Create<FilesCache>(m_cache_folder, m_notice);
+        const std::lock_guard lock(m_mutex);
+        m_file_systems.emplace_back(i_file_system, cache);
         return S_OK;
     });
 }
@@ -25,7 +27,10 @@ HRESULT STDMETHODCALLTYPE FileSystemService::UnregisterFileSys(Qorv::IAFS_FileSy
     if (found == m_file_systems.end())
         return E_INVALIDARG;
     const Registration registration = *found;
-    m_file_systems.erase(found);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_file_systems.erase(found);
+    }
     return Answer([&] { registration.second->Close(); });
 }
 
@@ -56,6 +61,7 @@ Qorv::ComPtr<Qorv::IAFS_FileSys> FileSystemService::Find(const std::wstring& i_i
 }
 
 Qorv::ComPtr<FilesCache> FileSystemService::CacheOf(Qorv::IAFS_FileSys* i_file_system) const {
+    const std::lock_guard lock(m_mutex);
     for (const auto& [file_system, cache] : m_file_systems)
         if (file_system == i_file_system)
             return cache;

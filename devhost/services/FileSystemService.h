@@ -5,13 +5,15 @@
 #include "services/FilesCache.h"
 
 #include <filesystem>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace DevHost {
 
-/// The service "AFS": the registered file systems, each with a files cache. Main thread only.
+/// The service "AFS": the registered file systems, each with a files cache. Caches may be looked up on any thread, the
+/// rest is for the main thread only.
 class FileSystemService final : public Qorv::CoClass<FileSystemService, Qorv::IAFS_Inst> {
 public:
     FileSystemService(std::filesystem::path i_cache_folder, NoticeSink i_notice)
@@ -38,7 +40,8 @@ private:
 
     std::filesystem::path m_cache_folder;
     NoticeSink m_notice;
-    std::vector<Registration> m_file_systems;
+    mutable std::mutex m_mutex;
+    std::vector<Registration> m_file_systems; ///< Changed and looked up under the mutex.
 };
 
 } // namespace DevHost

@@ -15,13 +15,15 @@ void Localization::Merge(const std::string& i_document) {
     for (const XmlElement& element : table.children)
         if (element.name != L"string" || element.Attribute(L"id").empty())
             throw Failure(E_INVALIDARG, L"The localization table holds something other than texts with an id");
+    const std::lock_guard lock(m_mutex);
     for (const XmlElement& element : table.children)
         m_texts[name_space + L"." + element.Attribute(L"id")] = element.text;
 }
 
-const std::wstring* Localization::Find(const std::wstring& i_id) const {
+std::optional<std::wstring> Localization::Find(const std::wstring& i_id) const {
+    const std::lock_guard lock(m_mutex);
     const auto found = m_texts.find(i_id);
-    return found != m_texts.end() ? &found->second : nullptr;
+    return found != m_texts.end() ? std::optional(found->second) : std::nullopt;
 }
 
 } // namespace DevHost

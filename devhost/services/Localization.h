@@ -1,11 +1,13 @@
 #pragma once
 
 #include <map>
+#include <mutex>
+#include <optional>
 #include <string>
 
 namespace DevHost {
 
-/// The merged localization tables. The host speaks English: tables of other languages are left out.
+/// The merged localization tables. The host speaks English: tables of other languages are left out. Any thread.
 class Localization {
 public:
     /// Adds a table (`<localization language="en" namespace="db">` with `<string id="...">` elements); the full id of a
@@ -13,10 +15,11 @@ public:
     /// E_INVALIDARG for a document that isn't a table; nothing of it is taken then.
     void Merge(const std::string& i_document);
 
-    /// The text of a full id, null for an unknown one.
-    const std::wstring* Find(const std::wstring& i_id) const;
+    /// The text of a full id, none for an unknown one.
+    std::optional<std::wstring> Find(const std::wstring& i_id) const;
 
 private:
+    mutable std::mutex m_mutex;
     std::map<std::wstring, std::wstring> m_texts;
 };
 

@@ -130,7 +130,7 @@ Layout ReadDialog(const XmlElement& i_element) {
 void LocalizeText(std::wstring& io_text, const Localization& i_texts) {
     if (!io_text.starts_with(localized_prefix))
         return;
-    if (const std::wstring* const text = i_texts.Find(io_text.substr(localized_prefix.size())))
+    if (const auto text = i_texts.Find(io_text.substr(localized_prefix.size())))
         io_text = *text;
 }
 

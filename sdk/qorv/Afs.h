@@ -288,11 +288,13 @@ struct IAFS_FileSys : IDispatch {
 };
 
 /// The service itself.
+/// Main thread, but for the look-up of a cache.
 struct IAFS_Inst : IUnknown {
     static constexpr IID Id = {0x296130af, 0xb7de, 0x43ea, {0xa1, 0xa9, 0x3a, 0x12, 0xcb, 0x85, 0xc2, 0xcb}};
     virtual HRESULT STDMETHODCALLTYPE RegisterFileSys(IAFS_FileSys* i_file_system) = 0;
     virtual HRESULT STDMETHODCALLTYPE UnregisterFileSys(IAFS_FileSys* i_file_system) = 0;
-    /// The files cache of a registered file system; always the same one. S_OK and null when the host keeps none.
+    /// The files cache of a registered file system; always the same one. S_OK and null when the host keeps none. Any
+    /// thread.
     virtual HRESULT STDMETHODCALLTYPE GetFilesCache(IAFS_FileSys* i_file_system, IAFS_FilesCache** o_cache) = 0;
     /// The host's default parameters of a dialog (`AFS_DlgType`), a dictionary without a template.
     virtual HRESULT STDMETHODCALLTYPE CreateDlgDefaultParams(ULONG i_dialog_type,

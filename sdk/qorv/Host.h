@@ -44,7 +44,7 @@ struct IEventHandler : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE OnEvent(ULONG i_event, IUnknown* i_sender, IUnknown* i_arguments) = 0;
 };
 
-/// The host's events. Holds a reference to each handler until it is unregistered or the host ends.
+/// The host's events. Main thread only. Holds a reference to each handler until it is unregistered or the host ends.
 struct IQorv_EventServer : IUnknown {
     static constexpr IID Id = {0xe194c6f3, 0xa1b5, 0x462e, {0x8b, 0x96, 0xf6, 0xff, 0xfb, 0xb1, 0x2f, 0x9f}};
     virtual HRESULT STDMETHODCALLTYPE RegisterNativeEventHandler(ULONG i_event, IEventHandler* i_handler,
@@ -76,30 +76,36 @@ struct IQorv_Plugin : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE ResetSettings() = 0;
 };
 
-/// The host's main instance.
+/// The host's main instance. Each method says on which threads it may be called. What other threads ask of the main
+/// thread arrives there as a message to a window of the host, so every message loop runs it, a dialog's too.
 struct IQorv_Inst : IUnknown {
     static constexpr IID Id = {0x3a025b22, 0x5181, 0x4299, {0x9b, 0xf2, 0x08, 0xf5, 0xf3, 0xb6, 0xa8, 0x1c}};
     /// A service by name: "AFS" (`IAFS_Inst`), "AUX" (`IAUX_Inst`), "UIX" (`IUIX_Inst`). What comes out is the
-    /// service's own interface, so a caller may cast its pointer; E_INVALIDARG for an unknown name.
+    /// service's own interface, so a caller may cast its pointer; E_INVALIDARG for an unknown name. Main thread.
     virtual HRESULT STDMETHODCALLTYPE GetExtension(PCStr i_name, IUnknown** o_service) = 0;
-    /// The settings dictionary of a plug-in; S_OK and null when there is none and none is to be made.
+    /// The settings dictionary of a plug-in; S_OK and null when there is none and none is to be made. Main
+    /// thread.
     virtual HRESULT STDMETHODCALLTYPE GetPluginSettings(IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                         IAUX_CabNode** o_settings) = 0;
-    /// The key that the host encrypts a plug-in's texts with. It exists from the time the plug-in is loaded.
+    /// The key that the host encrypts a plug-in's texts with. It exists from the time the plug-in is loaded. Main
+    /// thread.
     virtual HRESULT STDMETHODCALLTYPE GetCryptKey(IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                   IAUX_CryptKey** o_key) = 0;
+    /// A new one. Any thread.
     virtual HRESULT STDMETHODCALLTYPE CreateStdBindContext(IAFS_BindContext** o_context) = 0;
-    /// A text of the merged localization tables, by an id such as "db.str.fileSystemName".
+    /// A text of the merged localization tables, by an id such as "db.str.fileSystemName". Any thread.
     virtual HRESULT STDMETHODCALLTYPE GetLocalStr(PCStr i_id, BSTR* o_text) = 0;
-    /// Adds a localization table (an XML document, read from the stream's position to its end).
+    /// Adds a localization table (an XML document, read from the stream's position to its end). Any thread.
     virtual HRESULT STDMETHODCALLTYPE MergeLocalization(IStream* i_table) = 0;
-    /// The number of an event name; an unknown name gets one when `i_create` is true, else E_INVALIDARG.
+    /// The number of an event name; an unknown name gets one when `i_create` is true, else E_INVALIDARG. Main
+    /// thread.
     virtual HRESULT STDMETHODCALLTYPE StringToID(PCStr i_name, VARIANT_BOOL i_create, ULONG* o_id) = 0;
+    /// Main thread.
     virtual HRESULT STDMETHODCALLTYPE get_EventServer(IQorv_EventServer** o_server) = 0;
     /// Runs the callback on the main thread and waits for it, at most `i_wait` milliseconds (0xFFFFFFFF: without
-    /// limit). On the main thread itself it runs at once. Returns the callback's result.
+    /// limit). On the main thread itself it runs at once. Returns the callback's result. Any thread.
     virtual HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(IQorv_ThreadSafeCallback* i_callback, DWORD i_wait) = 0;
-    /// The owner for modal windows; null when the host shows none.
+    /// The owner for modal windows; null when the host shows none. Main thread.
     virtual HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) = 0;
 };
 

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <shlwapi.h>
 
+#include <atomic>
 #include <functional>
 #include <thread>
 
@@ -71,6 +72,38 @@ protected:
     TemporaryFolder m_folder;
     ComPtr<DevHost::MainInstance> m_host;
 };
+
+TEST_F(MainInstanceTest, AnswersWorkersWhileTheMainThreadChangesThings) {
+    class FileSystem final : public UnusedFileSystem<FileSystem> {};
+    const auto merge = [&](int i_text) {
+        return Merge(R"(<localization language="en" namespace="t"><string id="a">text</string><string id="i)" +
+                     std::to_string(i_text) + R"(">text</string></localization>)");
+    };
+    ASSERT_EQ(merge(0), S_OK);
+    const auto known = Qorv::Create<FileSystem>();
+    ASSERT_EQ(m_host->FileSystems().RegisterFileSys(known), S_OK);
+    std::atomic<bool> ends = false;
+    int failures = 0;
+    std::thread worker([&] {
+        while (!ends) {
+            Qorv::Bstr text;
+            ComPtr<Qorv::IAFS_FilesCache> cache;
+            ComPtr<Qorv::IAFS_BindContext> context;
+            failures += m_host->GetLocalStr(L"t.a", &text) != S_OK || text.View() != L"text";
+            failures += m_host->FileSystems().GetFilesCache(known, &cache) != S_OK;
+            failures += m_host->CreateStdBindContext(&context) != S_OK;
+        }
+    });
+    for (int round = 0; round < 300; ++round) {
+        EXPECT_EQ(merge(round), S_OK);
+        const auto other = Qorv::Create<FileSystem>();
+        EXPECT_EQ(m_host->FileSystems().RegisterFileSys(other), S_OK);
+        EXPECT_EQ(m_host->FileSystems().UnregisterFileSys(other), S_OK);
+    }
+    ends = true;
+    worker.join();
+    EXPECT_EQ(failures, 0);
+}
 
 TEST_F(MainInstanceTest, RunsCallsOnTheMainThread) {
     const DWORD main_thread = GetCurrentThreadId();
