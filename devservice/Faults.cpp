@@ -113,8 +113,10 @@ std::optional<Fault> Faults::Match(std::string_view i_target) {
             continue;
         }
         Fault fault = rule->fault;
-        if (rule->times > 0 && --rule->times == 0)
+        if (rule->times == 1)
             m_rules.erase(rule);
+        else if (rule->times > 1)
+            --rule->times;
         return fault;
     }
     return std::nullopt;

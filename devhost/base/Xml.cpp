@@ -5,6 +5,8 @@
 #include <shlwapi.h>
 #include <xmllite.h>
 
+#include <bit>
+
 namespace DevHost {
 namespace {
 
@@ -23,7 +25,7 @@ ComPtr<IXmlReader> CreateReader() {
     const FARPROC function = library != nullptr ? GetProcAddress(library, "CreateXmlReader") : nullptr;
     if (function == nullptr)
         throw LastErrorFailure(L"Cannot load xmllite.dll");
-    const auto create = reinterpret_cast<CreateXmlReaderFunction>(reinterpret_cast<void*>(function));
+    const auto create = std::bit_cast<CreateXmlReaderFunction>(function);
     ComPtr<IXmlReader> reader;
     Check(create(__uuidof(IXmlReader), reinterpret_cast<void**>(&reader), nullptr), L"Cannot create an XML reader");
     reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit);

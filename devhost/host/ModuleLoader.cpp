@@ -3,6 +3,7 @@
 #include "base/Unicode.h"
 #include "wine/WineNetwork.h"
 
+#include <bit>
 #include <utility>
 
 namespace DevHost {
@@ -25,7 +26,7 @@ Qorv::ComPtr<Qorv::IQorv_Plugin> ModuleLoader::Load(const std::filesystem::path&
     const FARPROC entry = GetProcAddress(m_module, Qorv::GetPluginName);
     if (entry == nullptr)
         throw Failure(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), i_path.wstring() + L" isn't a plug-in");
-    const auto get_plugin = reinterpret_cast<Qorv::GetPluginFunction>(reinterpret_cast<void*>(entry));
+    const auto get_plugin = std::bit_cast<Qorv::GetPluginFunction>(entry);
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
     Check(get_plugin(nullptr, nullptr, &plugin), L"The plug-in cannot be made");
     return plugin;

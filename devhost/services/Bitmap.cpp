@@ -74,6 +74,7 @@ std::uint32_t Mean(const Bitmap& i_source, const std::vector<Share>& i_columns, 
 
 ComPtr<Bitmap> Bitmap::Scaled(ULONG i_width, ULONG i_height) const {
     std::vector<std::vector<Share>> columns;
+    columns.reserve(i_width);
     for (ULONG x = 0; x < i_width; ++x)
         columns.push_back(SharesOf(x, i_width, m_width));
     std::vector<std::uint32_t> pixels;

@@ -27,7 +27,7 @@ std::wstring NewId() {
     GUID guid{};
     Check(CoCreateGuid(&guid), L"Cannot name a file");
     std::array<wchar_t, 9> text{};
-    std::swprintf(text.data(), text.size(), L"%08lx", static_cast<unsigned long>(guid.Data1));
+    std::swprintf(text.data(), text.size(), L"%08lx", guid.Data1);
     return text.data();
 }
 

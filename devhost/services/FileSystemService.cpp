@@ -26,7 +26,7 @@ HRESULT STDMETHODCALLTYPE FileSystemService::UnregisterFileSys(Qorv::IAFS_FileSy
                                          [](const Registration& i_registration) { return i_registration.first.Get(); });
     if (found == m_file_systems.end())
         return E_INVALIDARG;
-    const Registration registration = *found;
+    const Registration registration = std::move(*found);
     {
         const std::lock_guard lock(m_mutex);
         m_file_systems.erase(found);

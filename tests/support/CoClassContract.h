@@ -25,7 +25,7 @@ inline void ExpectCoClassContract(IUnknown* i_object, std::initializer_list<IID>
         EXPECT_EQ(identity_again, identity) << "one object, one identity";
         EXPECT_HRESULT(E_POINTER, found->QueryInterface(id, nullptr));
     }
-    void* none = &identity;
+    void* none = i_object;
     EXPECT_HRESULT(E_NOINTERFACE, i_object->QueryInterface(unknown_id, &none));
     EXPECT_EQ(none, nullptr);
     EXPECT_HRESULT(E_POINTER, i_object->QueryInterface(IID_IUnknown, nullptr));
