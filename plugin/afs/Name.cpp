@@ -109,11 +109,8 @@ HRESULT STDMETHODCALLTYPE Name::get_FileSys(Qorv::IAFS_FileSys** out_file_system
 
 std::shared_ptr<SharePoint::Object> Name::BindObject(BindObjectType kind) {
     TRACE_FUNCTION();
-    if (m_object != nullptr) {
-        const bool is_other_kind = (kind == BindObjectType::file && m_object->AsFile() == nullptr) ||
-                                   (kind == BindObjectType::folder && m_object->AsFolder() == nullptr);
-        return is_other_kind ? nullptr : m_object;
-    }
+    if (m_object != nullptr)
+        return IsOfType(*m_object, kind) ? m_object : nullptr;
     const LocationParts parts = SplitLocation(m_url);
     const auto web = m_session->GetWeb()->GetWeb();
     if (!EqualsNoCase(parts.user_id, web->GetUserInformation()._id))

@@ -1,18 +1,35 @@
 #include "afs/ObjectLookup.h"
 
-#include "core/trace/Trace.h"
+#include "core/trace/Check.h"
 #include "dropbox/MissingObject.h"
+
+bool IsOfType(SharePoint::Object& i_object, SharePoint::Web::BindObjectType i_type) {
+    TRACE_FUNCTION();
+    using Type = SharePoint::Web::BindObjectType;
+    switch (i_type) {
+    case Type::file:
+        return i_object.AsFile() != nullptr;
+    case Type::folder:
+        return i_object.AsFolder() != nullptr;
+    default:
+        return true;
+    }
+}
 
 std::shared_ptr<SharePoint::Object> FindObject(SharePoint::Web& io_web, const std::wstring& i_path,
                                                SharePoint::Web::BindObjectType i_type) {
     TRACE_FUNCTION();
+    std::shared_ptr<SharePoint::Object> object;
     try {
-        return io_web.BindObject(i_path, i_type);
+        // Asked without a kind, so that an empty answer has one meaning only.
+        object = io_web.BindObject(i_path, SharePoint::Web::BindObjectType::any);
     } catch (const HttpException& e) {
         if (!Dropbox::SaysMissing(e))
             throw;
         return {};
     }
+    CHECK_THROW(object != nullptr, Exception(L"The service does not say whether this is a file or a folder"));
+    return IsOfType(*object, i_type) ? object : nullptr;
 }
 
 bool RefreshObject(SharePoint::Object& io_object) {

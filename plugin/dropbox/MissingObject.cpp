@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr DWORD status_not_found = 404;
 constexpr DWORD status_endpoint_error = 409; // What went wrong stands in the summary.
 constexpr wchar_t missing_summary[] = L"path/not_found";
 
@@ -12,6 +11,5 @@ constexpr wchar_t missing_summary[] = L"path/not_found";
 
 bool Dropbox::SaysMissing(const HttpException& i_exception) noexcept {
     TRACE_FUNCTION();
-    return i_exception.Status() == status_not_found ||
-           (i_exception.Status() == status_endpoint_error && i_exception.ErrorSummary().starts_with(missing_summary));
+    return i_exception.Status() == status_endpoint_error && i_exception.ErrorSummary().starts_with(missing_summary);
 }

@@ -1,7 +1,7 @@
 #include "dropbox/Object.h"
 
+#include "core/trace/Check.h"
 #include "core/trace/Text.h"
-#include "core/trace/Trace.h"
 #include "dropbox/ApiCalls.h"
 #include "dropbox/Metadata.h"
 #include "dropbox/Web.h"
@@ -41,7 +41,9 @@ std::shared_ptr<SharePoint::Web> Object::GetWeb() {
 
 void Object::Refresh() {
     TRACE_FUNCTION();
-    m_information = m_web->GetMetadata(m_information._path);
+    auto information = m_web->GetMetadata(m_information._path);
+    CHECK_THROW(!information._is_unknown, Exception(L"The service does not say whether this is a file or a folder"));
+    m_information = std::move(information);
 }
 
 void Object::Rename(const std::wstring& new_path) {

@@ -240,6 +240,24 @@ TEST_F(FileTest, AFileThatWentIsWrittenAgain) {
     EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/a")));
 }
 
+// A gateway that answers in the service's place must not have a file emptied or made.
+TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
+    const char* const faults[] = {R"("status": 404, "body": "<html>not here</html>")", R"("status": 404)",
+                                  R"("body": "{\"name\": \"a\"}")",
+                                  R"("body": "{\".tag\": \"portal\", \"name\": \"a\"}")",
+                                  R"("status": 409, "body": "{\"error_summary\": \"path/locked/.\"}")"};
+    for (const char* const fault : faults)
+        for (const ULONG flags : {write, write | open_always, write | create_always, read | write}) {
+            Put(L"/a", "bytes");
+            const auto name = NameOf(L"/a");
+            Tests::Service::ClearFaults();
+            Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "times": 0, )" + std::string(fault) + "}");
+            ComPtr<IAFS_File> file;
+            EXPECT_TRUE(FAILED(Open(name, flags, file))) << fault << " flags " << flags;
+            EXPECT_EQ("bytes", Remote(L"/a"));
+        }
+}
+
 TEST_F(FileTest, AnUploadMakesTheRecordCurrent) {
     Put(L"/a", "bytes");
     const auto name = OwnName(L"/a");
