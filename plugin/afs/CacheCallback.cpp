@@ -127,7 +127,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::BeginWrite(Qorv::IQorv_ErrorDetails* ou
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         DropStreams();
         FollowLostName();
-        if (m_missing_file == MissingFile::IsCreated)
+        if (m_missing_file != MissingFile::Fails)
             CreateMissingFile();
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
         const auto object = m_name->GetObject();
@@ -187,13 +187,24 @@ void CacheCallback::CheckFileIsWhole() {
                                  HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
 }
 
-/// A file that is there is not emptied ahead of its upload.
+/// A file that is there is not emptied ahead of its upload. Nor is it replaced when there was none at the open: somebody
+/// else has made it meanwhile. That is said once; a save after that is the user's decision. An empty one may be what an
+/// upload left that failed.
 void CacheCallback::CreateMissingFile() {
     TRACE_FUNCTION();
-    if (m_name->BindObject() != nullptr)
-        return;
+    const bool is_made_anew = m_missing_file == MissingFile::IsCreatedAnew;
     const auto web = m_name->GetSession()->GetWeb()->GetWeb();
-    m_name->SetObject(web->CreateFile(m_name->GetPath()));
+    const std::wstring path = m_name->GetPath();
+    auto object = is_made_anew ? nullptr : m_name->GetObject();
+    if (object == nullptr)
+        object = FindObject(*web, path, SharePoint::Web::BindObjectType::any);
+    if (object == nullptr)
+        object = web->CreateFile(path);
+    m_missing_file = MissingFile::IsCreated;
+    CHECK_THROW(!is_made_anew || object->GetInformation()._size == 0,
+                Exception(L"Somebody else has meanwhile saved a file of this name: save again to replace it, or choose "
+                          L"another name"));
+    m_name->SetObject(object);
 }
 
 /// A move binds the host's own name anew, and not its stand-in.

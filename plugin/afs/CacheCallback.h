@@ -10,8 +10,9 @@
 /// position 0, and the service keeps the file that it had.
 class CacheCallback final : public Qorv::CoClass<CacheCallback, Qorv::IAFS_FileCacheCallbacks> {
 public:
-    /// What is done about a missing file when an upload begins.
-    enum class MissingFile { Fails, IsCreated };
+    /// What is done about a missing file when an upload begins. One that was missing when it was opened must be
+    /// missing, or empty, still (`IsCreatedAnew`).
+    enum class MissingFile { Fails, IsCreated, IsCreatedAnew };
 
     /// `i_lost_name` is given when `i_name` is but an unbound stand-in for it, a name whose object went: the first
     /// upload binds it to the new file, and each later one first goes where it was moved to.

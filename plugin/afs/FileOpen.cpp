@@ -105,15 +105,18 @@ HRESULT File::CreateEntry(File* self, Name* i_host_name, Qorv::IQorv_ErrorDetail
     const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
     const bool is_existing = self->Disposition() == Qorv::AFS_OpenFile_OpenExisting;
     const bool may_create = (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && !is_existing;
-    const auto missing_file = may_create ? CacheCallback::MissingFile::IsCreated : CacheCallback::MissingFile::Fails;
+    // Asked without a kind: a folder in the file's place is no place for a new file.
+    const bool is_missing = !is_replaced && may_create && self->m_name->BindObject() == nullptr;
+    using MissingFile = CacheCallback::MissingFile;
+    const auto missing_file = is_missing   ? MissingFile::IsCreatedAnew
+                              : may_create ? MissingFile::IsCreated
+                                           : MissingFile::Fails;
     Name* const lost_name = self->m_name == i_host_name ? nullptr : i_host_name;
     const auto callback = Qorv::Create<CacheCallback>(self->m_name, missing_file, lost_name);
     CHECK_RETURN(callback != nullptr, E_OUTOFMEMORY);
 
     ULONGLONG size = 0;
-    // Asked without a kind: a folder in the file's place is no place for a new file.
-    const bool is_new = is_replaced || (may_create && self->m_name->BindObject() == nullptr);
-    if (!is_new)
+    if (!is_replaced && !is_missing)
         CHECK_HRESULT(callback->GetSize(&size, out_error_details, cancel_flag));
     CHECK_HRESULT(self->m_name->GetSession()->GetFilesCache()->CreateNewCache(self, callback, self->m_flags, size,
                                                                               VARIANT_FALSE, 0, 0, &self->m_cache));

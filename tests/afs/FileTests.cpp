@@ -240,6 +240,31 @@ TEST_F(FileTest, AFileThatWentIsWrittenAgain) {
     EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/a")));
 }
 
+TEST_F(FileTest, AFileOfSomebodyElseIsNotReplacedUnasked) {
+    const auto file = Opened(L"/a", write);
+    Tests::WriteAll(file, "mine");
+    Put(L"/a", "theirs");
+    EXPECT_HRESULT(E_FAIL, file->Flush(m_details, nullptr));
+    EXPECT_TRUE(m_details->Text().starts_with(L"Somebody else has meanwhile saved a file of this name"));
+    EXPECT_NE(std::wstring::npos, m_details->Text().find(L"is kept as "));
+    EXPECT_EQ("theirs", Remote(L"/a"));
+    EXPECT_EQ(0U, Calls("files/upload"));
+    EXPECT_HRESULT(S_OK, file->Flush(m_details, nullptr)) << "now the user has decided";
+    EXPECT_EQ("mine", Remote(L"/a"));
+
+    const auto replacing = Opened(L"/b", write | create_always);
+    Put(L"/b", "theirs");
+    Tests::WriteAll(replacing, "mine");
+    Close(replacing);
+    EXPECT_EQ("mine", Remote(L"/b")) << "opened to replace whatever is there";
+
+    const auto retried = Opened(L"/c", write);
+    Put(L"/c", "");
+    Tests::WriteAll(retried, "mine");
+    Close(retried);
+    EXPECT_EQ("mine", Remote(L"/c")) << "an upload that failed leaves an empty file";
+}
+
 // A gateway that answers in the service's place must not have a file emptied or made.
 TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
     const char* const faults[] = {R"("status": 404, "body": "<html>not here</html>")", R"("status": 404)",
@@ -256,6 +281,26 @@ TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
             EXPECT_TRUE(FAILED(Open(name, flags, file))) << fault << " flags " << flags;
             EXPECT_EQ("bytes", Remote(L"/a"));
         }
+    Tests::Service::ClearFaults();
+    std::filesystem::remove(Tests::Service::LocalPath(L"/a"));
+    for (const char* const fault : faults) {
+        Put(L"/b", "");
+        std::filesystem::remove(Tests::Service::LocalPath(L"/b"));
+        const auto file = Opened(L"/b", write);
+        Tests::WriteAll(file, "mine");
+        Put(L"/b", "theirs");
+        Tests::Service::AddFault(R"({"path": "2/files/get_metadata", )" + std::string(fault) + "}");
+        EXPECT_TRUE(FAILED(file->Flush(m_details, nullptr))) << fault;
+        EXPECT_EQ("theirs", Remote(L"/b")) << fault;
+        EXPECT_EQ(0U, Calls("files/upload")) << fault;
+        Tests::Service::ClearFaults();
+        EXPECT_TRUE(FAILED(file->Flush(m_details, nullptr))) << "a lookup that failed is no warning";
+        EXPECT_EQ("theirs", Remote(L"/b")) << fault;
+        EXPECT_HRESULT(S_OK, file->Flush(m_details, nullptr)) << fault;
+        EXPECT_EQ("mine", Remote(L"/b")) << fault;
+        Close(file);
+        Tests::Service::ClearRequests();
+    }
 }
 
 TEST_F(FileTest, AnUploadMakesTheRecordCurrent) {
