@@ -38,6 +38,7 @@ private:
 CacheCallback::CacheCallback(Name* i_name, MissingFile i_missing_file, Name* i_lost_name)
     : m_name(i_name), m_lost_name(i_lost_name), m_missing_file(i_missing_file) {
     TRACE_FUNCTION();
+    m_name->FollowMoves();
 }
 
 CacheCallback::~CacheCallback() {
@@ -126,7 +127,6 @@ HRESULT STDMETHODCALLTYPE CacheCallback::BeginWrite(Qorv::IQorv_ErrorDetails* ou
     COM_BOUNDARY(out_error_details) {
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         DropStreams();
-        FollowLostName();
         if (m_missing_file != MissingFile::Fails)
             CreateMissingFile();
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
@@ -205,13 +205,6 @@ void CacheCallback::CreateMissingFile() {
                 Exception(L"Somebody else has meanwhile saved a file of this name: save again to replace it, or choose "
                           L"another name"));
     m_name->SetObject(object);
-}
-
-/// A move binds the host's own name anew, and not its stand-in.
-void CacheCallback::FollowLostName() {
-    TRACE_FUNCTION();
-    if (m_lost_name != nullptr && m_name->GetObject() != nullptr)
-        m_name->SetObject(m_lost_name->GetObject());
 }
 
 void CacheCallback::DropStreams() noexcept {

@@ -14,8 +14,8 @@ public:
     /// missing, or empty, still (`IsCreatedAnew`).
     enum class MissingFile { Fails, IsCreated, IsCreatedAnew };
 
-    /// `i_lost_name` is given when `i_name` is but an unbound stand-in for it, a name whose object went: the first
-    /// upload binds it to the new file, and each later one first goes where it was moved to.
+    /// `i_lost_name` is given when `i_name` is but an unbound stand-in for it, a name whose object went: uploads bind
+    /// it to the new file.
     CacheCallback(Name* i_name, MissingFile i_missing_file, Name* i_lost_name = nullptr);
     ~CacheCallback();
 
@@ -51,7 +51,6 @@ private:
     bool IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept;
     void CheckFileIsWhole();
     void CreateMissingFile();
-    void FollowLostName();
     void WriteUpload(const void* data, ULONG size);
     void DropStreams() noexcept;
 

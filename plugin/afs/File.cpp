@@ -17,6 +17,7 @@ constexpr wchar_t temp_file_name[] = L"TempFileName";
 
 File::File(Name* i_name, ULONG i_flags, ULONGLONG i_pos) : m_name(i_name), m_flags(i_flags), m_pos(i_pos) {
     TRACE_FUNCTION();
+    m_name->FollowMoves();
 }
 
 File::~File() {

@@ -16,9 +16,14 @@ using Qorv::IQorv_ErrorDetails;
 
 namespace {
 
-/// Binds a name to the object that was moved to a path. A failure here is not one of the move, and says so.
+/// Binds a name to the object that was moved to a path. A failure here is not one of the move, and says so; the name
+/// stands for the new place all the same, since a save by the old one would make a second file.
 void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     TRACE_FUNCTION();
+    const std::wstring old_url = io_name.GetUrl();
+    const std::wstring new_url = old_url.substr(0, old_url.size() - io_name.GetPath().size()) + i_path;
+    io_name.GetSession()->GetOpenNames().Move(old_url, new_url);
+    io_name.FollowMove(old_url, new_url); // For one that no file is open by.
     HRESULT result = S_OK;
     FailureReason reason;
     try {

@@ -98,6 +98,8 @@ Name::Name(std::shared_ptr<Session> i_session, std::wstring i_url)
 
 Name::~Name() {
     TRACE_FUNCTION();
+    if (m_follows_moves)
+        m_session->GetOpenNames().Remove(this);
 }
 
 HRESULT STDMETHODCALLTYPE Name::get_FileSys(Qorv::IAFS_FileSys** out_file_system) noexcept {
@@ -131,6 +133,23 @@ void Name::SetObject(const std::shared_ptr<SharePoint::Object>& object) {
     CHECK_THROW(object, HResultException(E_INVALIDARG));
     m_url = LocationOf(*object);
     m_object = object;
+}
+
+void Name::FollowMoves() {
+    TRACE_FUNCTION();
+    m_session->GetOpenNames().Add(this);
+    m_follows_moves = true;
+}
+
+void Name::FollowMove(const std::wstring& i_url, const std::wstring& i_new_url) {
+    TRACE_FUNCTION();
+    const wchar_t* const rest = RestBehindParent(m_url, i_url);
+    if (rest == nullptr || (*rest != L'\0' && *rest != L'/'))
+        return;
+    std::wstring url = i_new_url + rest;
+    if (m_object != nullptr)
+        m_object = m_object->AtPath(std::wstring(SplitLocation(url).path));
+    m_url = std::move(url);
 }
 
 ComPtr<Name> Name::GetParent() const {

@@ -52,6 +52,13 @@ public:
     /// Binds the name to an object: its location becomes the object's.
     void SetObject(const std::shared_ptr<SharePoint::Object>& object);
 
+    /// From now on the name goes along when its object is moved by another name of the session: for one that an open
+    /// file is reached by.
+    void FollowMoves();
+
+    /// What is moved from one location to another takes the name with it, if it stands for that or for something below.
+    void FollowMove(const std::wstring& i_url, const std::wstring& i_new_url);
+
     /// Null for a root.
     Qorv::ComPtr<Name> GetParent() const;
 
@@ -67,6 +74,7 @@ private:
     std::shared_ptr<Session> m_session;
     std::shared_ptr<SharePoint::Object> m_object;
     std::wstring m_url;
+    bool m_follows_moves = false;
 };
 
 /// Whether two names are of one user's account: only then a path means the same object for both.

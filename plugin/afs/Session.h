@@ -1,5 +1,6 @@
 #pragma once
 
+#include "afs/OpenNames.h"
 #include "dropbox/SharePoint.h"
 #include "qorv/Afs.h"
 
@@ -32,6 +33,9 @@ public:
     /// which the service refuses fails what is done first: it throws then, and asks again the next time.
     std::shared_ptr<SharePoint::Object> GetWeb();
 
+    /// The names of open files, which go along when what they stand for is moved by another name.
+    OpenNames& GetOpenNames() noexcept { return m_open_names; }
+
     /// A text of the host's for the sign-in.
     void SetCommunicationKey(std::wstring i_communication_key);
 
@@ -45,5 +49,6 @@ private:
     Qorv::ComPtr<Qorv::IAFS_FilesCache> m_files_cache;
     std::shared_ptr<SharePoint::Object> m_web;
     bool m_is_account_read = false;
+    OpenNames m_open_names;
     std::wstring m_communication_key;
 };

@@ -58,6 +58,14 @@ void Object::Delete() {
     m_web->ApiSession().SendRequest(L"2/files/delete", accept_any, json_content_without_line_end, body.c_str());
 }
 
+std::shared_ptr<SharePoint::Object> Object::AtPath(const std::wstring& i_path) {
+    TRACE_FUNCTION();
+    SharePoint::ObjectInformation information = m_information;
+    information._path = i_path;
+    information._name = i_path.substr(i_path.rfind(L'/') + 1); // Without a slash from the beginning: npos + 1 is 0.
+    return Create(std::move(information), m_web);
+}
+
 void Object::CopyTo(const std::wstring& to_path) {
     TRACE_FUNCTION();
     SendRelocation(L"2/files/copy", to_path);

@@ -22,6 +22,7 @@ public:
     void Refresh() override;
     void Rename(const std::wstring& new_path) override;
     void Delete() override;
+    std::shared_ptr<SharePoint::Object> AtPath(const std::wstring& i_path) override;
 
     // SharePoint::File
     void CopyTo(const std::wstring& to_path) override;

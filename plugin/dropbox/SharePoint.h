@@ -51,6 +51,8 @@ public:
     /// Moves the object. Its information stays that of the old path: bind the new path to go on with it.
     virtual void Rename(const std::wstring& new_path) = 0;
     virtual void Delete() = 0;
+    /// An object with this one's record at another path: what a moved object is until the service is asked for it.
+    virtual std::shared_ptr<Object> AtPath(const std::wstring& i_path) = 0;
 
     const ObjectInformation& GetInformation() const noexcept { return m_information; }
 

@@ -110,6 +110,11 @@ std::shared_ptr<SharePoint::Object> Web::BindObject(const std::wstring& path, Bi
     auto information = GetMetadata(path);
     if (information._is_unknown)
         return nullptr;
+std::shared_ptr<SharePoint::Object> Web::AtPath(const std::wstring&) {
+    TRACE_FUNCTION();
+    return m_self.lock(); // The root never moves.
+}
+
     if (type != BindObjectType::any && information._is_folder != (type == BindObjectType::folder))
         return nullptr;
     return NewObject(std::move(information));

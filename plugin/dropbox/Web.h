@@ -26,6 +26,7 @@ public:
     void Refresh() override;
     void Rename(const std::wstring& new_path) override;
     void Delete() override;
+    std::shared_ptr<SharePoint::Object> AtPath(const std::wstring& i_path) override;
 
     // SharePoint::Web
     std::shared_ptr<SharePoint::Object> GetParentFolder(const std::wstring& path) override;

@@ -233,7 +233,14 @@ TEST_F(FileTest, AFileThatWentIsWrittenAgain) {
     EXPECT_HRESULT(S_OK, file->Flush(nullptr, nullptr));
     EXPECT_EQ("new", Remote(L"/a"));
 
+    EXPECT_EQ(3U, Qorv::OwnObject<Name>(name)->GetObject()->GetInformation()._size) << "the host's name lives again";
+
     EXPECT_HRESULT(S_OK, m_file_system->Rename(name, NameOf(L"/b"), nullptr, nullptr));
+    const auto other = Opened(L"/b", read | write);
+    VARIANT_BOOL is_clone = VARIANT_FALSE;
+    EXPECT_HRESULT(S_OK, other->IsCloneOf(file, &is_clone));
+    EXPECT_EQ(VARIANT_TRUE, is_clone) << "the file follows the host's name at once";
+    Close(other);
     Tests::WriteAll(file, "er");
     Close(file);
     EXPECT_EQ("newer", Remote(L"/b")) << "the file follows the host's name";
@@ -301,6 +308,61 @@ TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
         Close(file);
         Tests::Service::ClearRequests();
     }
+}
+
+TEST_F(FileTest, ANameThatCannotBeBoundAnewLeadsToTheNewPlace) {
+    for (const char* const fault :
+         {R"("status": 500)", R"("status": 409, "body": "{\"error_summary\": \"path/not_found/\"}")"}) {
+        Put(L"/a", "bytes");
+        const auto name = NameOf(L"/a");
+        ComPtr<IAFS_File> file;
+        EXPECT_HRESULT(S_OK, Open(name, read | write | open_existing, file));
+        Tests::WriteAll(file, "BY");
+        Tests::Service::AddFault(R"({"path": "2/files/get_metadata", )" + std::string(fault) + "}");
+        EXPECT_TRUE(FAILED(m_file_system->Rename(name, NameOf(L"/b"), m_details, nullptr)));
+        EXPECT_EQ(Location(L"/b"), TextOf(name)) << fault;
+        ComPtr<Qorv::IAFS_FileInfo> info;
+        EXPECT_HRESULT(S_OK, m_file_system->GetFileInfo(name, nullptr, nullptr, &info));
+        Qorv::Bstr title;
+        EXPECT_HRESULT(S_OK, info->get_Title(&title));
+        EXPECT_EQ(L"b", title.View());
+        Close(file);
+        EXPECT_EQ("BYtes", Remote(L"/b")) << fault;
+        EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/a"))) << fault;
+        std::filesystem::remove(Tests::Service::LocalPath(L"/b"));
+    }
+}
+
+// Several names stand for one file; all of them go along when it is renamed by one.
+TEST_F(FileTest, AllNamesOfAnOpenFileFollowItsRename) {
+    std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs"));
+    Put(L"/Docs/a", "bytes");
+    const auto name = NameOf(L"/Docs/a");
+    const auto other_name = NameOf(L"/docs/A");
+    ComPtr<IAFS_File> file;
+    ComPtr<IAFS_File> other;
+    EXPECT_HRESULT(S_OK, Open(name, read | write, file));
+    EXPECT_HRESULT(S_OK, Open(other_name, read | write, other));
+    Tests::WriteAll(file, "BY");
+
+    EXPECT_HRESULT(S_OK, m_file_system->Rename(other_name, NameOf(L"/Docs/b"), nullptr, nullptr));
+    EXPECT_HRESULT(S_OK, m_file_system->Rename(NameOf(L"/Docs"), NameOf(L"/Papers"), nullptr, nullptr));
+    Put(L"/Papers2", "not below it");
+    for (IAFS_File* const open : {file.Get(), other.Get()}) {
+        ComPtr<IAFS_File> clone;
+        EXPECT_HRESULT(S_OK, open->Clone(&clone));
+        Close(clone);
+    }
+    const auto third = Opened(L"/Papers/b", read | write);
+    VARIANT_BOOL is_clone = VARIANT_FALSE;
+    EXPECT_HRESULT(S_OK, third->IsCloneOf(file, &is_clone));
+    EXPECT_EQ(VARIANT_TRUE, is_clone) << "two entries for one file overwrite each other";
+    EXPECT_EQ("BYtes", Tests::ReadAll(third));
+    for (IAFS_File* const open : {file.Get(), other.Get(), third.Get()})
+        Close(open);
+    EXPECT_EQ("BYtes", Remote(L"/Papers/b"));
+    EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/Docs")));
+    EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/Papers/a")));
 }
 
 TEST_F(FileTest, AnUploadMakesTheRecordCurrent) {
