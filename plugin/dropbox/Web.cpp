@@ -31,6 +31,23 @@ JsonDocument ReadReply(Http::Response response) {
     return reply;
 }
 
+/// The service may leave the path out of a record. It is where it was asked for then: without a path it would be the
+/// root.
+SharePoint::ObjectInformation WithPath(SharePoint::ObjectInformation i_information, const std::wstring& i_path) {
+    TRACE_FUNCTION();
+    if (i_information._path.empty())
+        i_information._path = i_path;
+    return i_information;
+}
+
+SharePoint::ObjectInformation ChildRecord(const Utility::JsonValue& i_entry, const std::wstring& i_folder_path) {
+    TRACE_FUNCTION();
+    SharePoint::ObjectInformation information = ReadMetadata(i_entry);
+    if (information._path.empty())
+        information._path = i_folder_path + L'/' + information._name;
+    return information;
+}
+
 bool IsRoot(const std::wstring& path) {
     TRACE_FUNCTION();
     return path.empty() || path == L"/";
@@ -93,6 +110,11 @@ void Web::Delete() {
     CHECK_THROW(false, Exception(L"Root folder cannot be deleted"));
 }
 
+std::shared_ptr<SharePoint::Object> Web::AtPath(const std::wstring&) {
+    TRACE_FUNCTION();
+    return m_self.lock(); // The root never moves.
+}
+
 std::shared_ptr<SharePoint::Object> Web::GetParentFolder(const std::wstring& path) {
     TRACE_FUNCTION();
     if (IsRoot(path))
@@ -110,11 +132,6 @@ std::shared_ptr<SharePoint::Object> Web::BindObject(const std::wstring& path, Bi
     auto information = GetMetadata(path);
     if (information._is_unknown)
         return nullptr;
-std::shared_ptr<SharePoint::Object> Web::AtPath(const std::wstring&) {
-    TRACE_FUNCTION();
-    return m_self.lock(); // The root never moves.
-}
-
     if (type != BindObjectType::any && information._is_folder != (type == BindObjectType::folder))
         return nullptr;
     return NewObject(std::move(information));
@@ -133,7 +150,7 @@ std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) 
     const std::string body = CheckedArguments("{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}", {path});
     const JsonDocument metadata =
         ReadReply(m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str()));
-    return NewObject(ReadMetadata(metadata, L"folder")); // The reply names no kind.
+    return NewObject(WithPath(ReadMetadata(metadata, L"folder"), path)); // The reply names no kind.
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {
@@ -149,7 +166,7 @@ SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {
                                               {path});
     const JsonDocument metadata =
         ReadReply(m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str()));
-    return ReadMetadata(metadata);
+    return WithPath(ReadMetadata(metadata), path);
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstring& path) {
@@ -166,7 +183,7 @@ std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstr
     for (;;) {
         const JsonDocument page = ReadReply(m_api_session.SendRequest(call, accept_json, json_content, body.c_str()));
         for (const auto& entry : Member(page, L"entries").GetArray())
-            children.push_back(NewObject(ReadMetadata(entry)));
+            children.push_back(NewObject(ChildRecord(entry, path)));
         if (!Member(page, L"has_more").GetBool())
             return children;
         call = L"2/files/list_folder/continue";
