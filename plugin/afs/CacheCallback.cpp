@@ -62,11 +62,11 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Read(ULONGLONG pos, void* data, ULONG s
         CHECK_THROW(!m_upload.has_value(), Exception(L"The file cannot be read while it is being written"));
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
         if (!m_download.has_value())
-            m_download = m_name->GetObject()->AsFile()->OpenRead();
+            OpenDownload();
         *out_read = m_download->Read(data, size);
-        if (*out_read == 0)
-            CheckFileIsWhole();
         m_pos += *out_read;
+        if (*out_read == 0)
+            CheckFileSize(m_pos, !m_download->Length().has_value());
         transfer.GoOn();
         if (*out_read == 0)
             return trace_function.Return(end_of_data, L"ERROR_HANDLE_EOF");
@@ -84,12 +84,12 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Write(ULONGLONG pos, const void* data, 
         *out_written = 0;
         CHECK_RETURN(size > 0, E_INVALIDARG);
         CHECK_RETURN(data != nullptr, E_INVALIDARG);
+        Transfer transfer(*this);
         // "writting" is meant.
         CHECK_THROW(pos == m_pos, Exception(L"Requested write position is not same as previous - random writting is "
                                             L"not supported"));
         CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
         CHECK_THROW(size <= m_upload->size - m_pos, Exception(L"More is written than the announced size"));
-        Transfer transfer(*this);
         WriteUpload(data, size);
         m_pos += size;
         transfer.GoOn();
@@ -117,6 +117,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::GetSize(ULONGLONG* out_size, Qorv::IQor
         *out_size = 0;
         CHECK_THROW(m_name->BindObject(SharePoint::Web::BindObjectType::file) != nullptr, Exception(no_file));
         *out_size = m_name->GetObject()->GetInformation()._size;
+        m_told_size = *out_size;
         return TRACE_RESULT(S_OK);
     };
 }
@@ -154,6 +155,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_
         upload.file->FinishWrite(upload.request);
         CHECK_THROW(upload.object->GetInformation()._size == written,
                     Exception(L"The service received another number of bytes than were sent"));
+        m_told_size = written;
         return TRACE_RESULT(S_OK);
     };
 }
@@ -176,15 +178,26 @@ void CacheCallback::WriteUpload(const void* data, ULONG size) {
     }
 }
 
-/// At the end of a reply that did not announce its length: one that broke off looks as if it had ended.
-void CacheCallback::CheckFileIsWhole() {
+void CacheCallback::OpenDownload() {
     TRACE_FUNCTION();
-    if (m_download->HasLength())
-        return;
+    m_download = m_name->GetObject()->AsFile()->OpenRead();
+    // Before the cache has a byte of it, if the reply says how much it brings.
+    if (const auto length = m_download->Length())
+        CheckFileSize(*length, false);
+}
+
+/// Whether a download of so many bytes is the whole file, and the one that was opened: what a gateway or a portal
+/// answers in the service's place, and what breaks off without an announced length, looks like a file as well.
+void CacheCallback::CheckFileSize(ULONGLONG i_size, bool i_asks_anew) {
+    TRACE_FUNCTION();
     const auto object = m_name->GetObject();
-    CHECK_THROW(RefreshObject(*object) && object->GetInformation()._size == m_pos,
-                HResultException(L"The connection was closed before the whole file had arrived",
-                                 HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
+    if (i_asks_anew || object->GetInformation()._size != i_size)
+        CHECK_THROW(RefreshObject(*object) && object->GetInformation()._size == i_size,
+                    HResultException(L"The connection was closed before the whole file had arrived, or something else "
+                                     L"was sent in its place",
+                                     HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
+    CHECK_THROW(m_told_size.value_or(i_size) == i_size,
+                Exception(L"The file was changed after it had been opened: close it, and open it again"));
 }
 
 /// A file that is there is not emptied ahead of its upload. Nor is it replaced when there was none at the open: somebody

@@ -30,7 +30,7 @@ public:
     /// Records the size that the next upload announces.
     HRESULT STDMETHODCALLTYPE SetSize(ULONGLONG new_size, Qorv::IQorv_ErrorDetails* out_error_details,
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
-    /// The remote file's.
+    /// The remote file's. What is read after this has to be a file of this size.
     HRESULT STDMETHODCALLTYPE GetSize(ULONGLONG* out_size, Qorv::IQorv_ErrorDetails* out_error_details,
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
     HRESULT STDMETHODCALLTYPE BeginWrite(Qorv::IQorv_ErrorDetails* out_error_details,
@@ -49,7 +49,8 @@ private:
 
     /// Whether the caller has given up. Then the transfer is given up too: both streams are dropped.
     bool IsCanceled(Qorv::IQorv_CancelFlag* cancel_flag) noexcept;
-    void CheckFileIsWhole();
+    void OpenDownload();
+    void CheckFileSize(ULONGLONG i_size, bool i_asks_anew);
     void CreateMissingFile();
     void WriteUpload(const void* data, ULONG size);
     void DropStreams() noexcept;
@@ -58,7 +59,8 @@ private:
     Qorv::ComPtr<Name> m_lost_name; ///< Mostly null.
     MissingFile m_missing_file;
     ULONGLONG m_pos = 0;
-    std::optional<ULONGLONG> m_size; ///< As the cache set it last.
+    std::optional<ULONGLONG> m_size;      ///< As the cache set it last.
+    std::optional<ULONGLONG> m_told_size; ///< What the cache takes for the file's size.
     std::optional<Http::Response> m_download;
     std::optional<Upload> m_upload;
 };

@@ -30,22 +30,30 @@ Response::Response() : m_impl(std::make_shared<Impl>()) {
 std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
     TRACE_FUNCTION();
     if (m_impl->received == 0)
-        if (const auto lengths = GetHeaders(L"Content-Length"); !lengths.empty())
-            m_impl->length = std::wcstoull(lengths.front().c_str(), nullptr, 10);
+        m_impl->length = Length();
 
     DWORD read_size = 0;
     CHECK_THROW(InternetReadFile(m_impl->handle, buffer, static_cast<DWORD>(max_size), &read_size),
                 LastErrorException());
     m_impl->received += read_size;
-    if (read_size == 0)
-        CheckBodyIsWhole();
+    CheckLength(read_size == 0);
     return read_size;
 }
 
-void Response::CheckBodyIsWhole() const {
+std::optional<std::uint64_t> Response::Length() const {
     TRACE_FUNCTION();
+    const auto lengths = GetHeaders(L"Content-Length");
+    return lengths.empty() ? std::nullopt
+                           : std::optional<std::uint64_t>(std::wcstoull(lengths.front().c_str(), nullptr, 10));
+}
+
+void Response::CheckLength(bool i_is_end) const {
+    TRACE_FUNCTION();
+    const std::uint64_t length = m_impl->length.value_or(m_impl->received);
+    CHECK_THROW(m_impl->received <= length, HResultException(L"The reply is longer than it was announced",
+                                                             HRESULT_FROM_WIN32(ERROR_HTTP_INVALID_SERVER_RESPONSE)));
     // WinINet reports a body that broke off as one that ended.
-    CHECK_THROW(m_impl->received >= m_impl->length.value_or(0),
+    CHECK_THROW(!i_is_end || m_impl->received == length,
                 HResultException(L"The connection was closed before the whole reply had arrived",
                                  HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
 }

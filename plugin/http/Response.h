@@ -16,13 +16,13 @@ public:
     /// Without a handle, until the session gives it one.
     Response();
 
-    /// Reads at most `max_size` bytes; 0 means that the body is exhausted. A body that ends before its announced length
-    /// is a failure, not an end.
+    /// Reads at most `max_size` bytes; 0 means that the body is exhausted. A body that is shorter or longer than it was
+    /// announced is a failure, not an end.
     std::uint32_t Read(void* buffer, std::size_t max_size);
 
-    /// Whether the reply announces its body's length, known from the first read on. Without it, a body that broke off
-    /// cannot be told from one that ended.
-    bool HasLength() const noexcept { return m_impl->length.has_value(); }
+    /// The body's length in bytes, if the reply announces it. Without it, a body that broke off cannot be told from one
+    /// that ended.
+    std::optional<std::uint64_t> Length() const;
 
     /// The values of every header of that name, in any case of letters.
     std::vector<std::wstring> GetHeaders(const std::wstring& name) const;
@@ -44,7 +44,7 @@ private:
         std::uint64_t received = 0;
     };
 
-    void CheckBodyIsWhole() const;
+    void CheckLength(bool i_is_end) const;
 
     std::shared_ptr<Impl> m_impl;
 };

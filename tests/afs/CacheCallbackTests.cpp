@@ -99,6 +99,62 @@ TEST_F(CacheCallbackTest, ACutDownloadIsAFailureAndStartsOver) {
     }
 }
 
+TEST_F(CacheCallbackTest, WhatIsNotTheWholeFileIsNoDownload) {
+    Prepare(L"/a");
+    const struct {
+        const char* fault;
+        const char* bytes;
+        bool is_whole;
+    } cases[] = {
+        {R"("status": 200)", "bytes", false},
+        {R"("status": 200)", "", true},
+        {R"("status": 200, "chunked": true)", "bytes", false},
+        {R"("status": 200, "body": "<html>Pay here</html>", "headers": {"Content-Type": "text/html"})", "bytes", false},
+        {R"("status": 200, "body": "<html>Pay here</html>", "chunked": true)", "bytes", false},
+        {R"("real": true, "headers": {"Content-Length": "3", "Connection": "close"})", "bytes", false},
+        {R"("real": true)", "bytes", true},
+    };
+    for (const auto& [fault, bytes, is_whole] : cases) {
+        Tests::WriteBytes(m_path, bytes);
+        m_callback = Qorv::Create<CacheCallback>(OwnName(L"/a"), MissingFile::Fails);
+        Tests::Service::AddFault(R"({"path": "2/files/download", )" + std::string(fault) + "}");
+        std::string received;
+        HRESULT result = S_OK;
+        while (SUCCEEDED(result)) {
+            result = Read(received.size(), 100);
+            received += m_read;
+        }
+        EXPECT_EQ(is_whole, result == end_of_data) << fault;
+        EXPECT_EQ(is_whole, received == bytes) << fault << received;
+        Tests::Service::ClearFaults();
+    }
+}
+
+// The cache has made room for the size that it was told.
+TEST_F(CacheCallbackTest, AFileThatChangedSinceItsSizeWasToldIsNotFilledIn) {
+    for (const char* const changed : {"longer than it was", "cut"})
+        for (const bool is_chunked : {false, true}) {
+            Prepare(L"/a");
+            Tests::WriteBytes(m_path, "bytes");
+            ULONGLONG size = 0;
+            EXPECT_HRESULT(S_OK, m_callback->GetSize(&size, nullptr, nullptr));
+            Tests::WriteBytes(m_path, changed);
+            if (is_chunked)
+                Tests::Service::AddFault(R"({"path": "2/files/download", "real": true, "chunked": true})");
+            HRESULT result = Read(0, 100);
+            if (is_chunked && SUCCEEDED(result))
+                result = Read(m_read.size(), 100);
+            EXPECT_HRESULT(E_FAIL, result) << changed;
+            EXPECT_EQ(L"The file was changed after it had been opened: close it, and open it again", m_details->Text());
+
+            Begin(4);
+            EXPECT_HRESULT(S_OK, Write(0, "mine"));
+            EXPECT_HRESULT(S_OK, End());
+            EXPECT_HRESULT(S_OK, Read(0, 100)) << "the cache knows the size of what it has sent";
+            EXPECT_EQ("mine", m_read);
+        }
+}
+
 TEST_F(CacheCallbackTest, NoFile) {
     Prepare(L"/missing");
     ULONGLONG size = 1;
@@ -122,7 +178,15 @@ TEST_F(CacheCallbackTest, AnUploadRunsForward) {
     EXPECT_HRESULT(E_FAIL, Write(0, "x"));
     EXPECT_EQ(L"Requested write position is not same as previous - random writting is not supported",
               m_details->Text());
+    EXPECT_HRESULT(E_FAIL, End()) << "a refused write ends the upload";
+    Begin(4);
+    EXPECT_HRESULT(S_OK, Write(0, "new"));
     EXPECT_HRESULT(E_FAIL, Write(3, "too long"));
+    EXPECT_HRESULT(E_FAIL, Write(3, "s")) << "the upload has ended";
+    EXPECT_HRESULT(E_FAIL, End());
+    EXPECT_EQ("old", Remote());
+    Begin(5);
+    EXPECT_HRESULT(S_OK, Write(0, "new"));
     EXPECT_HRESULT(E_FAIL, Read(3, 1)) << "not while it is written";
     Begin(5);
     EXPECT_HRESULT(S_OK, Write(0, "new"));
