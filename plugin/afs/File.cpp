@@ -25,7 +25,9 @@ File::~File() {
     if (m_cache == nullptr)
         return;
     AddRef(); // So that a reference which the cache takes for the time of the call is not the last one again.
-    CloseEntry(nullptr, nullptr);
+    // Who cancelled the close does not want to wait for an upload now: the cache keeps the changes for its next flush.
+    const auto cancel_flag = m_is_close_canceled ? Qorv::Create<CanceledFlag>() : nullptr;
+    CloseEntry(nullptr, cancel_flag);
 }
 
 HRESULT STDMETHODCALLTYPE File::get_Name(Qorv::IAFS_Name** out_name) noexcept {
@@ -226,7 +228,9 @@ HRESULT STDMETHODCALLTYPE File::Close(Qorv::IQorv_ErrorDetails* out_error_detail
                                       Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(out_error_details) {
+        m_is_close_canceled = true;
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
+        m_is_close_canceled = false;
         if (m_cache != nullptr)
             CHECK_HRESULT(CloseEntry(out_error_details, cancel_flag));
         return TRACE_RESULT(S_OK);

@@ -14,7 +14,8 @@ public:
 
     /// For `CreateAndOpenFile` and `Clone`: a file without an entry.
     File(Name* i_name, ULONG i_flags, ULONGLONG i_pos = 0);
-    /// Closes the file when its user did not; a failed upload is the cache's to report then.
+    /// Closes the file when its user did not; a failed upload is the cache's to report then. After a cancelled `Close`
+    /// nothing is uploaded: the cache keeps the changes.
     ~File();
 
     HRESULT STDMETHODCALLTYPE get_Name(Qorv::IAFS_Name** out_name) noexcept override;
@@ -60,4 +61,5 @@ private:
     ULONG m_flags;
     ULONGLONG m_pos;
     Qorv::ComPtr<Qorv::IAFS_FileCache> m_cache; ///< Null when closed.
+    bool m_is_close_canceled = false;
 };

@@ -407,6 +407,24 @@ TEST_F(FileTest, FlushSendsEveryChangedFile) {
     EXPECT_EQ("other", Remote(L"/2"));
 }
 
+TEST_F(FileTest, ACanceledCloseUploadsNothingLater) {
+    {
+        const auto file = Opened(L"/a", write);
+        Tests::WriteAll(file, "bytes");
+        EXPECT_HRESULT(Qorv::ErrorCanceled, file->Close(m_details, m_canceled));
+    }
+    EXPECT_EQ(0U, Calls("files/upload"));
+    EXPECT_EQ(1U, m_notices.size()) << "the user hears where the changes are";
+    EXPECT_HRESULT(S_OK, m_file_system->BindFlush(m_root, m_details, nullptr)) << ToUtf8(m_details->Text());
+    EXPECT_EQ("bytes", Remote(L"/a"));
+
+    const auto file = Opened(L"/b", write);
+    Tests::WriteAll(file, "bytes");
+    EXPECT_HRESULT(Qorv::ErrorCanceled, file->Close(m_details, m_canceled));
+    Close(file);
+    EXPECT_EQ("bytes", Remote(L"/b")) << "the second close meant it";
+}
+
 TEST_F(FileTest, AFileThatIsOnlyReleasedIsClosed) {
     {
         const auto file = Opened(L"/a", write);
