@@ -18,6 +18,7 @@ struct Free {
 using Buffer = std::unique_ptr<wchar_t, Free>;
 
 HResultException OutOfMemory() {
+    TRACE_FUNCTION();
     return HResultException(E_OUTOFMEMORY);
 }
 

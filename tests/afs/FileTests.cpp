@@ -72,6 +72,8 @@ TEST_F(FileTest, FlagsAndDispositions) {
         EXPECT_HRESULT(result, Open(name, flags, file)) << what;
         EXPECT_EQ(SUCCEEDED(result), file != nullptr) << what;
         EXPECT_TRUE(m_details->Text().starts_with(text)) << what << ": " << ToUtf8(m_details->Text());
+        EXPECT_EQ(FAILED(result), !m_details->Text().empty()) << what << ": a code has words as well";
+        EXPECT_HRESULT(result, m_details->Code()) << what;
         if (file != nullptr) {
             ULONG io_mode = 0;
             EXPECT_HRESULT(S_OK, file->get_IoMode(&io_mode));

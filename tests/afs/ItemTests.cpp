@@ -143,7 +143,8 @@ TEST_F(ItemTest, NothingMovesBetweenAccounts) {
     EXPECT_HRESULT(S_OK, m_file_system->StringToName(L"/a", 0, other_root, &other));
     Tests::Service::ClearRequests();
     const auto name = NameOf(L"/a");
-    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Move(name, other, nullptr, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->Move(name, other, m_details, nullptr));
+    EXPECT_HRESULT(E_INVALIDARG, m_details->Code());
     EXPECT_HRESULT(E_INVALIDARG, m_file_system->Copy(name, other, nullptr, nullptr));
     EXPECT_HRESULT(E_INVALIDARG, m_file_system->Rename(name, other, nullptr, nullptr));
     EXPECT_TRUE(Tests::Service::Requests().empty());

@@ -52,6 +52,14 @@ HRESULT Bounded(const std::function<void()>& i_body, Qorv::IQorv_ErrorDetails* o
     };
 }
 
+HRESULT BoundedCode(const std::function<HRESULT()>& i_body, Qorv::IQorv_ErrorDetails* o_details) noexcept {
+    TRACE_FUNCTION();
+    COM_BOUNDARY(o_details) {
+        CHECK_HRESULT(i_body());
+        return TRACE_RESULT(S_OK);
+    };
+}
+
 HRESULT BoundedCheck() noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
@@ -172,7 +180,7 @@ TEST(BoundaryTest, TurnsExceptionsIntoCodes) {
         std::function<void()> body;
         HRESULT code;
         const char* expression; // "" for a success.
-        const wchar_t* told;    // What the caller learns in words.
+        const wchar_t* told;    // What the caller learns in words; "" for the code's own.
     } const rows[] = {
         {"code", [] { throw HResultException(L"why", E_ABORT); }, E_ABORT, "e.m_hresult", L"why"},
         {"code that is a success", [] { throw HResultException(L"why", S_FALSE); }, S_FALSE, "", L"why"},
@@ -192,9 +200,10 @@ TEST(BoundaryTest, TurnsExceptionsIntoCodes) {
         const auto details = Qorv::Create<DevHost::ErrorDetails>();
         const LogCapture log;
         EXPECT_HRESULT(row.code, Sample::Bounded(row.body, details));
-        EXPECT_EQ(details->Text(), row.told);
-        EXPECT_HRESULT(row.told[0] != L'\0' ? row.code : S_OK, details->Code());
-        EXPECT_EQ(ErrorInfoText(), row.told);
+        const std::wstring told = row.told[0] != L'\0' ? row.told : HResultText(row.code, user_language);
+        EXPECT_EQ(details->Text(), told);
+        EXPECT_HRESULT(row.code, details->Code());
+        EXPECT_EQ(ErrorInfoText(), told);
         EXPECT_EQ(log.Messages(),
                   "Sample::Bounded--> \n" + (FAILED(row.code) ? Returned("Sample::Bounded", row.expression, row.code)
                                                               : std::string("Sample::Bounded<-- \n")));
@@ -203,6 +212,39 @@ TEST(BoundaryTest, TurnsExceptionsIntoCodes) {
     EXPECT_HRESULT(E_FAIL, Sample::Bounded([] { throw Exception(L"words"); }, nullptr));
     EXPECT_HRESULT(S_OK, Sample::Bounded([] {}, nullptr));
     EXPECT_EQ(ErrorInfoText(), L"") << "a success clears what an earlier call left";
+}
+
+TEST(BoundaryTest, ACodeHasWordsAsWell) {
+    const std::wstring words = HResultText(E_POINTER, user_language);
+    const auto details = Qorv::Create<DevHost::ErrorDetails>();
+    EXPECT_HRESULT(E_POINTER, Sample::BoundedCode([] { return Sample::Returning(nullptr); }, details));
+    EXPECT_EQ(details->Text(), words);
+    EXPECT_EQ(ErrorInfoText(), words);
+    EXPECT_HRESULT(E_POINTER, Sample::Returning(nullptr));
+    EXPECT_EQ(ErrorInfoText(), words) << "without a boundary too";
+
+    // What a call has said itself is better.
+    EXPECT_HRESULT(E_POINTER, Sample::BoundedCode(
+                                  [&] {
+                                      details->SetError(E_POINTER, L"by the host");
+                                      return Sample::BoundedCode([] { return Sample::Returning(nullptr); }, nullptr);
+                                  },
+                                  details));
+    EXPECT_EQ(details->Text(), L"by the host");
+    EXPECT_HRESULT(E_FAIL, Sample::BoundedCode(
+                               [&] { return Sample::Bounded([] { throw Exception(L"inner"); }, details); }, details));
+    EXPECT_EQ(details->Text(), L"inner");
+    EXPECT_EQ(ErrorInfoText(), L"inner");
+    EXPECT_HRESULT(E_ABORT, Sample::BoundedCode([] { return E_ABORT; }, nullptr));
+    EXPECT_EQ(ErrorInfoText(), HResultText(E_ABORT, user_language));
+
+    EXPECT_HRESULT(S_OK, Sample::BoundedCode(
+                             [] {
+                                 Sample::Returning(nullptr);
+                                 return S_OK;
+                             },
+                             nullptr));
+    EXPECT_EQ(ErrorInfoText(), L"") << "a success leaves nothing";
 }
 
 TEST(BoundaryTest, WritesItsLineAfterTheChecks) {

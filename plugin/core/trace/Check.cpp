@@ -43,6 +43,24 @@ void Detail::ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, 
     });
 }
 
+void Detail::ReportRefusal(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept {
+    ReportReturn(io_trace, i_expression, i_code);
+    SetThreadCode(i_code);
+}
+
+HRESULT Detail::ReturnCode(HRESULT i_code, Qorv::IQorv_ErrorDetails* o_details) noexcept {
+    try {
+        std::wstring words;
+        if (SUCCEEDED(i_code))
+            SetErrorInfo(0, nullptr);
+        else if (TakeThreadCode(i_code, words) && o_details != nullptr)
+            o_details->SetError(i_code, words.c_str());
+    } catch (...) {
+        // No memory for the words: the code alone must do.
+    }
+    return i_code;
+}
+
 void Detail::ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept {
     // Without the colon that the returning sentence has: the two are told apart by it.
     WriteExit(io_trace, [&] {
@@ -58,10 +76,10 @@ HRESULT Detail::ReturnCurrentException(FunctionTrace& io_trace, Qorv::IQorv_Erro
     } catch (const Exception& e) {
         return ReturnException(io_trace, o_details, E_FAIL, L"E_FAIL", e);
     } catch (const std::bad_alloc&) {
-        ReportReturn(io_trace, L"E_OUTOFMEMORY", E_OUTOFMEMORY);
-        return E_OUTOFMEMORY;
+        ReportRefusal(io_trace, L"E_OUTOFMEMORY", E_OUTOFMEMORY);
+        return ReturnCode(E_OUTOFMEMORY, o_details);
     } catch (...) {
-        ReportReturn(io_trace, L"E_FAIL", E_FAIL);
-        return E_FAIL;
+        ReportRefusal(io_trace, L"E_FAIL", E_FAIL);
+        return ReturnCode(E_FAIL, o_details);
     }
 }

@@ -43,11 +43,17 @@ HRESULT CodeOf(Result i_result) noexcept {
 
 /// Writes the exit line of a failed check. Never fails, keeps the last error.
 void ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept;
+/// The same for a failure of the function's own, which the caller finds in the thread's COM error info.
+void ReportRefusal(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept;
 void ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept;
 
 /// The code for the exception that is being handled, the one place where exceptions end: logs it and tells the caller
 /// what happened, by the details object when there is one and by the thread's COM error info.
 HRESULT ReturnCurrentException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept;
+
+/// Passes on the code of a method that ends without an exception. After a success nothing is left of an earlier failure
+/// in the thread's COM error info; after a failure that is only a code, the code's words are, and in the details.
+HRESULT ReturnCode(HRESULT i_code, Qorv::IQorv_ErrorDetails* o_details) noexcept;
 
 /// Runs the body of a COM method.
 class Boundary {
@@ -60,7 +66,7 @@ public:
     template <typename Body>
     HRESULT operator%(Body&& i_body) const noexcept {
         try {
-            return i_body();
+            return ReturnCode(i_body(), m_details);
         } catch (...) {
             return ReturnCurrentException(m_trace, m_details);
         }
@@ -77,7 +83,7 @@ private:
     do {                                                                                                               \
         if (!::Detail::Holds(condition)) [[unlikely]] {                                                                \
             const HRESULT check_code = (code);                                                                         \
-            ::Detail::ReportReturn(trace_function, L"" #condition, check_code);                                        \
+            ::Detail::ReportRefusal(trace_function, L"" #condition, check_code);                                       \
             return check_code;                                                                                         \
         }                                                                                                              \
     } while (false)
@@ -86,7 +92,7 @@ private:
     do {                                                                                                               \
         if (!(::Detail::Holds(guard) && ::Detail::Holds(condition))) [[unlikely]] {                                    \
             const HRESULT check_code = (code);                                                                         \
-            ::Detail::ReportReturn(trace_function, L"" #condition, check_code);                                        \
+            ::Detail::ReportRefusal(trace_function, L"" #condition, check_code);                                       \
             return check_code;                                                                                         \
         }                                                                                                              \
     } while (false)

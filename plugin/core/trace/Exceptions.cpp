@@ -1,6 +1,7 @@
 #include "core/trace/Exceptions.h"
 
 #include "core/trace/ErrorText.h"
+#include "core/trace/Trace.h"
 
 Exception::Exception(std::wstring i_message, FailureReason i_reason)
     : m_message(std::move(i_message)), m_reason(std::move(i_reason)) {
@@ -17,6 +18,7 @@ ApiException::ApiException(const std::wstring& i_message)
     , m_error(GetLastError()) {}
 
 HResultException LastErrorException() {
+    TRACE_FUNCTION();
     const DWORD error = GetLastError();
     std::wstring text = LastErrorText();
     std::wstring words = LastErrorText(user_language);

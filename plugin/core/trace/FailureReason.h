@@ -15,5 +15,12 @@ struct FailureReason {
 /// status as its help context, the service's word as its source.
 void SetThreadReason(const FailureReason& i_reason) noexcept;
 
+/// The same for a failure that is only a code: nothing but the system's words for it is known.
+void SetThreadCode(HRESULT i_code) noexcept;
+
+/// At the end of a failed COM method: whether the reason is that of `SetThreadCode` and nobody has been told of it yet.
+/// `o_words` is its text then. Without any reason the code's own is left.
+bool TakeThreadCode(HRESULT i_code, std::wstring& o_words);
+
 /// The reason that the thread's last failed COM method left, empty when there is none. It is gone after that.
 FailureReason TakeThreadReason() noexcept;
