@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::wstring_view header_name = L"Authorization:";
 constexpr std::wstring_view token_type = L"Bearer ";
+constexpr std::wstring_view token_type_word = L"Bearer"; // Whatever blanks follow.
 constexpr std::wstring_view blanks = L" \t\r\n";
 
 std::wstring_view Trimmed(std::wstring_view i_text) noexcept {
@@ -28,7 +29,10 @@ std::wstring_view WithoutPrefix(std::wstring_view i_text, std::wstring_view i_pr
 
 std::wstring BareToken(std::wstring_view i_token) {
     TRACE_FUNCTION();
-    return std::wstring(Trimmed(WithoutPrefix(WithoutPrefix(i_token, header_name), token_type)));
+    const std::wstring_view value = Trimmed(WithoutPrefix(Trimmed(i_token), header_name));
+    const std::wstring_view token = WithoutPrefix(value, token_type_word);
+    const bool has_type = token.empty() || blanks.find(token.front()) != std::wstring_view::npos;
+    return std::wstring(has_type ? Trimmed(token) : value);
 }
 
 std::wstring AuthorizationHeader(const std::wstring& i_token) {

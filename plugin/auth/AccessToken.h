@@ -3,7 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// The token itself, without the words of a header line before it: a stored one may still have them.
+/// The token itself, without the words of a header line before it: a stored one may still have them,
+/// with blanks around each.
 std::wstring BareToken(std::wstring_view i_token);
 
 /// "Authorization:Bearer " and the token, with the line end.

@@ -1,5 +1,6 @@
 #include "http/FailedReply.h"
 
+#include "core/trace/Secret.h"
 #include "core/trace/Text.h"
 #include "http/RequestUri.h"
 #include "http/ResponseBody.h"
@@ -89,8 +90,9 @@ std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_c
     const std::wstring body = FromUtf8(ReadableBody(io_response));
     try {
         if (IsLogEnabled())
-            TraceText(i_caller, L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
-                                    HeaderLines(io_response.GetHeaders()) + L"\n" + body);
+            TraceText(i_caller,
+                      WithoutSecrets(L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
+                                     HeaderLines(io_response.GetHeaders()) + L"\n" + body));
     } catch (const Exception&) {
         // The line is lost.
     }

@@ -1,6 +1,7 @@
 #include "http/HttpSession.h"
 
 #include "core/trace/Check.h"
+#include "core/trace/Secret.h"
 #include "http/FailedReply.h"
 #include "http/HttpException.h"
 #include "http/RequestUri.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <mutex>
 #include <unordered_set>
 #include <vector>
 
@@ -19,6 +21,14 @@ constexpr wchar_t user_agent[] = L"Quillan HttpSession";
 constexpr std::wstring_view https_prefix = L"https://";
 constexpr std::wstring_view oauth_scheme = L"OAuth ";
 constexpr std::size_t max_oauth_challenges = 5; // A call that is challenged as often gives up.
+
+/// What authorizes in header lines: the text behind the scheme ("Bearer "), up to the end of its line.
+std::wstring AuthorizationValue(const std::wstring& i_header_lines) {
+    TRACE_FUNCTION();
+    const std::size_t blank = std::min(i_header_lines.find(L' '), i_header_lines.size() - 1);
+    const std::size_t end = std::min(i_header_lines.find_first_of(L"\r\n"), i_header_lines.size());
+    return blank < end ? i_header_lines.substr(blank + 1, end - blank - 1) : std::wstring();
+}
 
 /// Sends a request whose body is in memory and returns the reply's status.
 DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* body, std::size_t body_size) {
@@ -67,8 +77,11 @@ struct Session::Impl {
     std::wstring scheme_prefix;
     std::wstring host;
     std::uint16_t port = INTERNET_DEFAULT_HTTPS_PORT;
+    /// The one thing that two calls of one account may touch at a time, by a challenge.
+    std::mutex authorization_lock;
     std::wstring authorization_header = L"Authorization:Bearer bla-bla"; // Stands until the creator sets the real one.
-    std::map<std::wstring, Credentials> server_credentials;              // By host.
+    std::unique_ptr<Secret> authorization_secret;
+    std::map<std::wstring, Credentials> server_credentials; // By host.
     std::map<std::wstring, Credentials> proxy_credentials;
 };
 
@@ -125,7 +138,16 @@ Uri Session::CrackUri(const wchar_t* uri) {
 
 void Session::SetAuthorizationHeader(const std::wstring& text) {
     TRACE_FUNCTION();
+    auto secret = std::make_unique<Secret>(AuthorizationValue(text));
+    const std::lock_guard guard(m_impl->authorization_lock);
     m_impl->authorization_header = text;
+    std::swap(m_impl->authorization_secret, secret);
+}
+
+std::wstring Session::AuthorizationHeader() const {
+    TRACE_FUNCTION();
+    const std::lock_guard guard(m_impl->authorization_lock);
+    return m_impl->authorization_header;
 }
 
 DWORD Session::RequestFlags() const {
@@ -151,7 +173,7 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
     DWORD status = 0;
     do {
         // Nothing between the two: the authorization text ends its own last line.
-        const std::wstring headers = m_impl->authorization_header + (extra_headers != nullptr ? extra_headers : L"");
+        const std::wstring headers = AuthorizationHeader() + (extra_headers != nullptr ? extra_headers : L"");
         status = ::SendRequest(response.m_impl->handle, headers.c_str(), body, body_size);
     } while (AnswerChallenge(response, status, attempts));
 
@@ -199,7 +221,7 @@ bool Session::AnswerOAuth(const Response& i_response, const std::wstring& i_chal
     if (std::ranges::find(answered, i_challenge) != answered.end() || answered.size() + 1 >= max_oauth_challenges)
         return false;
     answered.push_back(i_challenge);
-    m_impl->authorization_header = L"Authorization:" + i_challenge + L"\n";
+    SetAuthorizationHeader(L"Authorization:" + i_challenge + L"\n");
     SkipBody(i_response.Handle());
     return true;
 }
@@ -208,10 +230,10 @@ Request Session::CreateRequest(const std::wstring& headers, std::uint64_t conten
     TRACE_FUNCTION();
     const wchar_t* accept_types[] = {L"*/*", nullptr};
     Request request;
-    request.m_impl->handle = InternetHandle(HttpOpenRequestW(m_impl->connect_handle, L"POST", L"2/files/upload",
-                                                             nullptr, nullptr, accept_types, RequestFlags(), 0));
+    request.m_impl->handle = InternetHandle(HttpOpenRequestW(m_impl->connect_handle, L"POST", L"2/files/upload", nullptr,
+                                                            nullptr, accept_types, RequestFlags(), 0));
     CHECK_THROW(request.m_impl->handle != nullptr, LastErrorException());
-    const std::wstring all_headers = m_impl->authorization_header + headers;
+    const std::wstring all_headers = AuthorizationHeader() + headers;
     CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, all_headers.c_str(), -1,
                                        HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
                 LastErrorException());

@@ -55,6 +55,7 @@ private:
     explicit Session(std::shared_ptr<Impl> i_impl);
 
     DWORD RequestFlags() const;
+    std::wstring AuthorizationHeader() const;
     bool AnswerChallenge(const Response& i_response, DWORD i_status, Attempts& io_attempts);
     bool AnswerOAuth(const Response& i_response, const std::wstring& i_challenge, Attempts& io_attempts);
 

@@ -80,7 +80,8 @@ TEST_F(AccountTest, ItemsThatAreNoTextStayEmpty) {
 }
 
 TEST_F(AccountTest, TokensWithTheHeadersWordsAreTaken) {
-    for (const wchar_t* prefix : {L"", L"Bearer ", L"authorization:bearer "}) {
+    for (const wchar_t* prefix : {L"", L"Bearer ", L"authorization:bearer ", L"  Bearer \t ",
+                                  L" Authorization: Bearer  ", L"\r\nAuthorization:\tbearer\t"}) {
         const auto account = Qorv::OwnObject<AccountData>(CreateAccount(prefix + Tests::Service::Token()));
         ASSERT_NE(nullptr, account) << prefix;
         EXPECT_EQ(Tests::Service::Token(), account->GetToken());
@@ -151,6 +152,19 @@ TEST_F(AccountTest, FixedAnswers) {
     Qorv::ComPtr<Qorv::IAUX_CabNode> parameters;
     EXPECT_HRESULT(S_OK, m_file_system->CreateDlgParams(Qorv::AFS_Dlg_OpenFiles, &parameters));
     EXPECT_NE(nullptr, parameters);
+}
+
+// A gateway may repeat what it was sent.
+TEST_F(AccountTest, NobodyReadsTheToken) {
+    const std::string token = ToUtf8(Tests::Service::Token());
+    Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "status": 403, "reason": "No )" + token +
+                             R"(", "headers": {"X-Sent": "Bearer )" + token +
+                             R"("}, "body": "{\"error_summary\": \"who is )" + token + R"(?\"}"})");
+    const Tests::LogCapture log;
+    EXPECT_HRESULT(E_FAIL, m_file_system->Delete(NameOf(L"/a"), m_details, nullptr));
+    EXPECT_EQ(L"HTTP 403: No *** (who is ***?)", m_details->Text());
+    EXPECT_TRUE(log.Has("X-Sent: Bearer ***\n"));
+    EXPECT_FALSE(log.Has(token.c_str()));
 }
 
 TEST_F(AccountTest, UnloadingWhileObjectsAreHeld) {

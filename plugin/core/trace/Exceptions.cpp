@@ -1,10 +1,13 @@
 #include "core/trace/Exceptions.h"
 
 #include "core/trace/ErrorText.h"
+#include "core/trace/Secret.h"
 #include "core/trace/Trace.h"
 
 Exception::Exception(std::wstring i_message, FailureReason i_reason)
-    : m_message(std::move(i_message)), m_reason(std::move(i_reason)) {
+    : m_message(WithoutSecrets(std::move(i_message))), m_reason(std::move(i_reason)) {
+    m_reason.words = WithoutSecrets(std::move(m_reason.words));
+    m_reason.summary = WithoutSecrets(std::move(m_reason.summary));
     if (m_reason.words.empty())
         m_reason.words = m_message;
 }

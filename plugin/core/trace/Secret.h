@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// A text that nobody may read: what an access token stands for. As long as one of these lives, its text is masked in
+/// the words of every exception, and so in the log, in details and in messages: gateways repeat what they were sent.
+class Secret {
+public:
+    /// A short text hides nothing: it would mask parts of other words.
+    explicit Secret(std::wstring i_text);
+    Secret(const Secret&) = delete;
+    Secret& operator=(const Secret&) = delete;
+    ~Secret();
+
+private:
+    std::wstring m_text;
+};
+
+/// A text with every secret in it masked. Any thread.
+std::wstring WithoutSecrets(std::wstring i_text);
