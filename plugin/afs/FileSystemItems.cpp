@@ -9,6 +9,7 @@
 #include "afs/ObjectLookup.h"
 #include "afs/Session.h"
 #include "core/host/Cancellation.h"
+#include "http/HttpException.h"
 
 using Qorv::ComPtr;
 using Qorv::IQorv_CancelFlag;
@@ -38,6 +39,21 @@ void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     }
     reason.words.insert(0, L"The item was moved, but its new location cannot be read: ");
     CHECK_THROW(SUCCEEDED(result), HResultException(reason.words, result, reason));
+}
+
+/// Copies, moves or renames. A refusal because something is at the new place says what is.
+template <typename Relocate>
+void RelocateTo(const std::wstring& i_path, Relocate&& i_relocate) {
+    TRACE_FUNCTION();
+    try {
+        i_relocate(i_path);
+    } catch (const HttpException& e) {
+        FailureReason reason = e.Reason();
+        if (!reason.summary.starts_with(L"to/conflict"))
+            throw;
+        reason.words = i_path + L" is there already. " + reason.words;
+        throw Exception(e.Message(), reason);
+    }
 }
 
 } // namespace
@@ -99,7 +115,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::Move(Qorv::IAFS_Name* name, Qorv::IAFS_Nam
         const auto file = object != nullptr ? object->AsFile() : nullptr;
         CHECK_RETURN(file != nullptr, E_INVALIDARG);
         const std::wstring new_path = local_new_name->GetPath();
-        file->MoveTo(new_path);
+        RelocateTo(new_path, [&](const std::wstring& i_path) { file->MoveTo(i_path); });
         BindMovedObject(*local_name, new_path);
         return TRACE_RESULT(S_OK);
     };
@@ -117,7 +133,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::Copy(Qorv::IAFS_Name* name, Qorv::IAFS_Nam
         const auto object = local_name->BindObject(SharePoint::Web::BindObjectType::file);
         const auto file = object != nullptr ? object->AsFile() : nullptr;
         CHECK_RETURN(file != nullptr, E_INVALIDARG);
-        file->CopyTo(local_new_name->GetPath());
+        RelocateTo(local_new_name->GetPath(), [&](const std::wstring& i_path) { file->CopyTo(i_path); });
         return TRACE_RESULT(S_OK);
     };
 }
@@ -134,7 +150,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::Rename(Qorv::IAFS_Name* name, Qorv::IAFS_N
         const auto object = local_name->BindObject();
         CHECK_RETURN(object != nullptr, E_INVALIDARG);
         const std::wstring new_path = local_new_name->GetPath();
-        object->Rename(new_path);
+        RelocateTo(new_path, [&](const std::wstring& i_path) { object->Rename(i_path); });
         BindMovedObject(*local_name, new_path);
         return TRACE_RESULT(S_OK);
     };

@@ -1,6 +1,7 @@
 #include "dropbox/DateTime.h"
 
 #include "core/trace/Check.h"
+#include "dropbox/Json.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -49,7 +50,7 @@ std::uint64_t Dropbox::Utility::ParseDateTime(const wchar_t* text) {
     SYSTEMTIME time{};
     const int parsed_items = Scan(text, time);
     CHECK_THROW(6 == parsed_items,
-                Exception(std::wstring(L"Date-time format returned by server has unexpected format: ") + text));
+                ReplyException(std::wstring(L"Date-time format returned by server has unexpected format: ") + text));
     FILETIME file_time{}; // Stays 0 for a date that does not exist: one odd date must not hide a whole folder.
     SystemTimeToFileTime(&time, &file_time);
     return std::uint64_t{file_time.dwHighDateTime} << 32 | file_time.dwLowDateTime;

@@ -64,9 +64,13 @@ std::wstring ReadText(Http::Response& response) {
 
 } // namespace
 
+ReplyException::ReplyException(std::wstring i_message, const std::wstring& i_purpose)
+    : Exception(std::move(i_message), {.words = L"The service's answer " + i_purpose +
+                                                (i_purpose.empty() ? L"" : L" ") + L"cannot be understood"}) {}
+
 void ThrowJsonAssertion(const wchar_t* i_assertion) {
     TRACE_FUNCTION();
-    const Exception exception(i_assertion);
+    const ReplyException exception(i_assertion);
     Detail::ReportThrow(trace_function, i_assertion, exception);
     throw exception;
 }
@@ -95,15 +99,16 @@ void ParseJson(JsonDocument& document, Http::Response& response) {
     JsonDocument& json = document;
     json.ParseText(ReadText(response));
     // It says line and means the character: kept, because tools that read the log know it so.
-    CHECK_THROW(!json.HasParseError(), Exception(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() +
-                                                 L"\nJSON line: " + std::to_wstring(json.ErrorOffset())));
+    CHECK_THROW(!json.HasParseError(),
+                ReplyException(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() + L"\nJSON line: " +
+                               std::to_wstring(json.ErrorOffset())));
 }
 
 const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name) {
     TRACE_FUNCTION();
     const auto member = i_object.FindMember(i_name);
     CHECK_THROW(member != i_object.MemberEnd(),
-                Exception(std::wstring(L"The service's reply has no \"") + i_name + L"\""));
+                ReplyException(std::wstring(L"The service's reply has no \"") + i_name + L"\""));
     return member->value;
 }
 

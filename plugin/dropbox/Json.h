@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/trace/Exceptions.h"
 #include "http/Response.h"
 
 #include <cstddef>
@@ -8,7 +9,25 @@
 
 namespace Dropbox::Utility {
 
-/// Throws an `Exception` with the text of an assertion of the JSON library: a reply that is not what the service
+/// A reply that is not what the service promises. The message, for the log, says what is wrong with it; a person reads
+/// what the answer was for.
+class ReplyException : public Exception {
+public:
+    /// `i_purpose` goes on after "The service's answer" ("about the account").
+    explicit ReplyException(std::wstring i_message, const std::wstring& i_purpose = {});
+};
+
+/// Reads a reply, and adds to a failure what the reply was for.
+template <typename Read>
+auto ReadFor(const wchar_t* i_purpose, Read&& i_read) {
+    try {
+        return i_read();
+    } catch (const ReplyException& e) {
+        throw ReplyException(e.Message(), i_purpose);
+    }
+}
+
+/// Throws a `ReplyException` with the text of an assertion of the JSON library: a reply that is not what the service
 /// promises, such as a number where a text should be.
 [[noreturn]] void ThrowJsonAssertion(const wchar_t* i_assertion);
 
@@ -46,10 +65,10 @@ private:
     std::size_t m_error_offset = 0;
 };
 
-/// Fills the document from a reply's body. Throws an `Exception` for a text that is no JSON.
+/// Fills the document from a reply's body. Throws a `ReplyException` for a text that is no JSON.
 void ParseJson(JsonDocument& document, Http::Response& response);
 
-/// A member that must be there. Throws an `Exception` when it is not.
+/// A member that must be there. Throws a `ReplyException` when it is not.
 const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name);
 
 /// The text of a value that must be one.

@@ -102,9 +102,11 @@ Http::Request Object::OpenWrite(std::uint64_t size) {
 void Object::FinishWrite(Http::Request& io_request) {
     TRACE_FUNCTION();
     Http::Response response = io_request.Send();
-    Utility::JsonDocument metadata;
-    Utility::ParseJson(metadata, response);
-    m_information = ReadWrittenFile(metadata, m_information._path);
+    m_information = Utility::ReadFor(L"about the file that it received", [&] {
+        Utility::JsonDocument metadata;
+        Utility::ParseJson(metadata, response);
+        return ReadWrittenFile(metadata, m_information._path);
+    });
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Object::GetChildren() {

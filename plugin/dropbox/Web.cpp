@@ -94,10 +94,12 @@ std::shared_ptr<SharePoint::Web> Web::GetWeb() {
 
 void Web::Refresh() {
     TRACE_FUNCTION();
-    const JsonDocument account =
-        ReadReply(m_api_session.SendRequest(L"2/users/get_current_account", accept_json, nullptr, nullptr));
-    m_user_information = {Utility::Text(Member(account, L"account_id")),
-                          Utility::Text(Member(Member(account, L"name"), L"display_name"))};
+    auto response = m_api_session.SendRequest(L"2/users/get_current_account", accept_json, nullptr, nullptr);
+    m_user_information = Utility::ReadFor(L"about the account", [&]() -> SharePoint::UserInformation {
+        const JsonDocument account = ReadReply(response);
+        return {Utility::Text(Member(account, L"account_id")),
+                Utility::Text(Member(Member(account, L"name"), L"display_name"))};
+    });
 }
 
 void Web::Rename(const std::wstring&) {
@@ -140,17 +142,18 @@ std::shared_ptr<SharePoint::Object> Web::BindObject(const std::wstring& path, Bi
 std::shared_ptr<SharePoint::Object> Web::CreateFile(const std::wstring& path) {
     TRACE_FUNCTION();
     const std::wstring headers = UploadArgument(path) + L"Content-Type: application/octet-stream\n";
-    const JsonDocument metadata =
-        ReadReply(m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr));
-    return NewObject(ReadWrittenFile(metadata, path));
+    auto response = m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr);
+    return NewObject(
+        Utility::ReadFor(L"about the new file", [&] { return ReadWrittenFile(ReadReply(response), path); }));
 }
 
 std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) {
     TRACE_FUNCTION();
     const std::string body = CheckedArguments("{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}", {path});
-    const JsonDocument metadata =
-        ReadReply(m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str()));
-    return NewObject(WithPath(ReadMetadata(metadata, L"folder"), path)); // The reply names no kind.
+    auto response = m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str());
+    return NewObject(Utility::ReadFor(L"about the new folder", [&] {
+        return WithPath(ReadMetadata(ReadReply(response), L"folder"), path); // The reply names no kind.
+    }));
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {
@@ -164,9 +167,8 @@ SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {
                                                   "\",\"include_media_info\": false,\"include_deleted\": false,"
                                                   "\"include_has_explicit_shared_members\": false}",
                                               {path});
-    const JsonDocument metadata =
-        ReadReply(m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str()));
-    return WithPath(ReadMetadata(metadata), path);
+    auto response = m_api_session.SendRequest(L"2/files/get_metadata", accept_json, json_content, body.c_str());
+    return Utility::ReadFor(L"about the item", [&] { return WithPath(ReadMetadata(ReadReply(response)), path); });
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstring& path) {
@@ -181,14 +183,23 @@ std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstr
     const wchar_t* call = L"2/files/list_folder";
     std::vector<std::shared_ptr<SharePoint::Object>> children;
     for (;;) {
-        const JsonDocument page = ReadReply(m_api_session.SendRequest(call, accept_json, json_content, body.c_str()));
-        for (const auto& entry : Member(page, L"entries").GetArray())
-            children.push_back(NewObject(ChildRecord(entry, path)));
-        if (!Member(page, L"has_more").GetBool())
+        auto response = m_api_session.SendRequest(call, accept_json, json_content, body.c_str());
+        const std::wstring cursor =
+            Utility::ReadFor(L"about the folder", [&] { return ReadPage(ReadReply(response), path, children); });
+        if (cursor.empty())
             return children;
         call = L"2/files/list_folder/continue";
-        body = "{\"cursor\": \"" + ToUtf8(Utility::Text(Member(page, L"cursor"))) + "\"}";
+        body = "{\"cursor\": \"" + ToUtf8(cursor) + "\"}";
     }
+}
+
+/// Appends the children of one page of a listing, and gives the cursor of the next; empty after the last.
+std::wstring Web::ReadPage(const Utility::JsonValue& i_page, const std::wstring& i_folder_path,
+                           std::vector<std::shared_ptr<SharePoint::Object>>& io_children) const {
+    TRACE_FUNCTION();
+    for (const auto& entry : Member(i_page, L"entries").GetArray())
+        io_children.push_back(NewObject(ChildRecord(entry, i_folder_path)));
+    return Member(i_page, L"has_more").GetBool() ? Utility::Text(Member(i_page, L"cursor")) : std::wstring();
 }
 
 std::shared_ptr<SharePoint::Object> Web::NewObject(SharePoint::ObjectInformation i_information) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dropbox/Json.h"
 #include "dropbox/SharePoint.h"
 #include "http/HttpSession.h"
 
@@ -49,6 +50,8 @@ private:
     Web(Http::Session i_api_session, Http::Session i_content_session);
 
     std::shared_ptr<SharePoint::Object> NewObject(SharePoint::ObjectInformation i_information) const;
+    std::wstring ReadPage(const Utility::JsonValue& i_page, const std::wstring& i_folder_path,
+                          std::vector<std::shared_ptr<SharePoint::Object>>& io_children) const;
 
     Http::Session m_api_session;
     Http::Session m_content_session; ///< Downloads and uploads only.

@@ -4,6 +4,7 @@
 #include "core/trace/Text.h"
 #include "http/RequestUri.h"
 #include "http/ResponseBody.h"
+#include "http/ServiceWords.h"
 
 #include <algorithm>
 #include <string_view>
@@ -47,33 +48,19 @@ std::wstring HeaderLines(const std::wstring& i_raw_headers) {
     return lines;
 }
 
-/// The text of the member "error_summary". The service writes only tag names into it, which need no unescaping; a
-/// whole parser for this one word would be too much for a layer that knows nothing of what it carries.
-std::wstring ErrorSummary(const std::wstring& i_body) {
-    TRACE_FUNCTION();
-    static constexpr std::wstring_view key = L"\"error_summary\"";
-    const std::size_t key_at = i_body.find(key);
-    if (key_at == std::wstring::npos)
-        return {};
-    const std::size_t start = i_body.find(L'"', key_at + key.size());
-    const std::size_t end = start == std::wstring::npos ? start : i_body.find(L'"', start + 1);
-    return end == std::wstring::npos ? std::wstring{} : i_body.substr(start + 1, end - start - 1);
-}
-
 /// The first line of a reply that is plain text, which is the service's sentence about a request that it can't make
-/// sense of. Cut to a length that a message can show.
+/// sense of.
 std::wstring PlainSentence(const Http::Response& i_response, const std::wstring& i_body) {
     TRACE_FUNCTION();
-    constexpr std::size_t longest_sentence = 300;
     const auto types = i_response.GetHeaders(L"Content-Type");
     if (types.empty() || !EqualsNoCase(std::wstring_view(types.front()).substr(0, plain_text.size()), plain_text))
         return {};
-    return i_body.substr(0, std::min(i_body.find_first_of(L"\r\n"), longest_sentence));
+    return Http::PlainWords(std::wstring_view(i_body).substr(0, i_body.find_first_of(L"\r\n")));
 }
 
 std::wstring ServiceWords(const Http::Response& i_response, const std::wstring& i_body) {
     TRACE_FUNCTION();
-    std::wstring summary = ErrorSummary(i_body);
+    std::wstring summary = Http::ErrorSummary(i_body);
     if (!summary.empty())
         return summary;
     try {
@@ -90,9 +77,8 @@ std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_c
     const std::wstring body = FromUtf8(ReadableBody(io_response));
     try {
         if (IsLogEnabled())
-            TraceText(i_caller,
-                      WithoutSecrets(L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) + L"\n" +
-                                     HeaderLines(io_response.GetHeaders()) + L"\n" + body));
+            TraceText(i_caller, WithoutSecrets(L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) +
+                                               L"\n" + HeaderLines(io_response.GetHeaders()) + L"\n" + body));
     } catch (const Exception&) {
         // The line is lost.
     }

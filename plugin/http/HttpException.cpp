@@ -2,27 +2,32 @@
 
 #include "core/trace/ErrorText.h"
 #include "core/trace/Trace.h"
+#include "http/ServiceWords.h"
 
 // Like all that exceptions are made of this is not traced, but for the query of the status text.
 
 namespace {
 
 constexpr DWORD text_capacity = 1024; // Characters.
+const std::wstring no_status = L"HTTP (failed to get status information): ";
 
 std::wstring GetRequestText(HINTERNET request_handle) {
     TRACE_FUNCTION();
     wchar_t text[text_capacity];
     DWORD size = sizeof text; // In bytes.
     if (!HttpQueryInfoW(request_handle, HTTP_QUERY_STATUS_TEXT, text, &size, nullptr))
-        return L"HTTP (failed to get status information): " + LastErrorText();
+        return no_status + LastErrorText();
     return L"HTTP " + std::to_wstring(HttpStatusCode(request_handle)) + L": " +
            std::wstring(text, size / sizeof(wchar_t));
 }
 
 /// What a person is told: the message, and the service's own word.
 FailureReason ReasonOf(const std::wstring& i_message, HINTERNET i_request, std::wstring i_error_summary) {
-    const std::wstring words = i_error_summary.empty() ? i_message : i_message + L" (" + i_error_summary + L")";
-    return {words, HttpStatusCode(i_request) & 0xFFFF, std::move(i_error_summary)};
+    const DWORD status = HttpStatusCode(i_request) & 0xFFFF;
+    std::wstring words = i_message.starts_with(no_status) ? connection_broke : Http::PlainWords(i_message);
+    if (!i_error_summary.empty())
+        words += L" (" + i_error_summary + L")";
+    return {std::move(words), status, std::move(i_error_summary)};
 }
 
 } // namespace
@@ -37,6 +42,11 @@ DWORD HttpStatusCode(HINTERNET i_request) noexcept {
     if (!HttpQueryInfoW(i_request, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &size, nullptr))
         return 0;
     return status;
+}
+
+HResultException NoStatusException() {
+    const HResultException exception = LastErrorException();
+    return {exception.Message(), exception.m_hresult, {.words = connection_broke}};
 }
 
 HttpException::HttpException(const std::wstring& i_message, HINTERNET i_request, std::wstring i_error_summary)

@@ -12,6 +12,12 @@ std::wstring HttpStatusText(HINTERNET i_request);
 /// The status code of a request's reply, or 0 when there is none.
 DWORD HttpStatusCode(HINTERNET i_request) noexcept;
 
+/// What a person reads of a reply that has not even a status.
+inline constexpr wchar_t connection_broke[] = L"The connection to the service broke";
+
+/// The exception of a status that cannot be queried, with the code of the last error.
+HResultException NoStatusException();
+
 /// A reply whose status is no success.
 class HttpException : public Exception {
 public:

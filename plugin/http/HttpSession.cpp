@@ -39,7 +39,7 @@ DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* 
     DWORD status_size = sizeof status;
     CHECK_THROW(
         HttpQueryInfoW(request_handle, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &status_size, nullptr),
-        LastErrorException());
+        NoStatusException());
     return status;
 }
 

@@ -28,7 +28,7 @@ Response Request::Send() {
     DWORD status_size = sizeof status;
     CHECK_THROW(
         HttpQueryInfoW(request_handle, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &status_size, nullptr),
-        LastErrorException());
+        NoStatusException());
     const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : std::wstring();
     CHECK_THROW(200 <= status && status < 400, HttpException(request_handle, {}, error_summary));
     response.m_impl->status = static_cast<std::uint16_t>(status);

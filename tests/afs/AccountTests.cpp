@@ -3,10 +3,17 @@
 #include "afs/AccountData.h"
 #include "services/BindContext.h"
 
+#include <functional>
+
 namespace {
 
 class AccountTest : public Tests::AfsTest {
 protected:
+    HRESULT BindAgain() {
+        Qorv::ComPtr<Qorv::IAFS_AccountData> account;
+        return m_file_system->CreateAccount(SavedAccount(Tests::Service::Token()), m_details, nullptr, &account);
+    }
+
     static std::wstring ItemText(Qorv::IAUX_CabNode* i_cab, const wchar_t* i_id) {
         Qorv::ComPtr<Qorv::IAUX_CabNode> item;
         EXPECT_HRESULT(S_OK, i_cab->get_Item(i_id, &item));
@@ -152,6 +159,37 @@ TEST_F(AccountTest, FixedAnswers) {
     Qorv::ComPtr<Qorv::IAUX_CabNode> parameters;
     EXPECT_HRESULT(S_OK, m_file_system->CreateDlgParams(Qorv::AFS_Dlg_OpenFiles, &parameters));
     EXPECT_NE(nullptr, parameters);
+}
+
+// The service may say anything: the log and the user hear only what they can understand.
+TEST_F(AccountTest, AnAnswerThatIsNoneIsToldInWords) {
+    const struct {
+        const char* call;
+        const char* body;
+        std::function<HRESULT()> run;
+        const wchar_t* told;
+        const char* logged;
+    } cases[] = {
+        {"users/get_current_account", R"({\"account_id\": 7})", [this] { return BindAgain(); },
+         L"The service's answer about the account cannot be understood", "caused throwing \"IsString()\""},
+        {"files/get_metadata", "<html>", [this] { return m_file_system->Delete(NameOf(L"/a"), m_details, nullptr); },
+         L"The service's answer about the item cannot be understood", "caused throwing \"JSON document parse error: "},
+        {"files/create_folder", "{}", [this] { return m_file_system->CreateFolder(NameOf(L"/a"), m_details, nullptr); },
+         L"The service's answer about the new folder cannot be understood", "The service's reply has no \"name\""},
+        {"files/list_folder", "[]",
+         [this] {
+             Qorv::ComPtr<Qorv::IAFS_EnumFolder> children;
+             return m_file_system->EnumFolder(m_root, m_details, nullptr, &children);
+         },
+         L"The service's answer about the folder cannot be understood", "caused throwing \"IsObject()\""},
+    };
+    for (const auto& [call, body, run, told, logged] : cases) {
+        Tests::Service::AddFault(R"({"path": "2/)" + std::string(call) + R"(", "body": ")" + body + "\"}");
+        const Tests::LogCapture log;
+        EXPECT_HRESULT(E_FAIL, run()) << call;
+        EXPECT_EQ(told, m_details->Text()) << call;
+        EXPECT_TRUE(log.Has(logged)) << call << log.Messages();
+    }
 }
 
 // A gateway may repeat what it was sent.

@@ -117,7 +117,36 @@ TEST_F(ItemTest, CopyLeavesTheSource) {
     EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/b")));
     EXPECT_EQ(Location(L"/a"), TextOf(name));
     EXPECT_HRESULT(E_FAIL, m_file_system->Copy(name, NameOf(L"/b"), m_details, nullptr));
+    EXPECT_TRUE(m_details->Text().starts_with(L"/b is there already. HTTP 409")) << ToUtf8(m_details->Text());
     EXPECT_NE(std::wstring::npos, m_details->Text().find(L"to/conflict/file")) << ToUtf8(m_details->Text());
+    EXPECT_HRESULT(E_FAIL, m_file_system->Rename(name, NameOf(L"/b"), m_details, nullptr));
+    EXPECT_TRUE(m_details->Text().starts_with(L"/b is there already. ")) << ToUtf8(m_details->Text());
+    EXPECT_HRESULT(E_FAIL, m_file_system->Move(name, NameOf(L"/b"), m_details, nullptr));
+    EXPECT_TRUE(m_details->Text().starts_with(L"/b is there already. ")) << ToUtf8(m_details->Text());
+    EXPECT_EQ(Location(L"/a"), TextOf(name)) << "it has not moved";
+}
+
+TEST_F(ItemTest, ARecordWithoutAPathKeepsThePathThatWasAskedFor) {
+    const auto record = [](const std::string& i_call, const std::string& i_body) {
+        Tests::Service::AddFault(R"({"path": "2/files/)" + i_call + R"(", "body": ")" + i_body + "\"}");
+    };
+    const std::string folder = R"({\".tag\": \"folder\", \"name\": \"Docs\"})";
+    const auto name = NameOf(L"/Docs");
+    record("get_metadata", folder);
+    EXPECT_NE(nullptr, Qorv::OwnObject<Name>(name)->BindObject());
+    EXPECT_EQ(Location(L"/Docs"), TextOf(name));
+    const auto made = NameOf(L"/New");
+    record("create_folder", folder);
+    EXPECT_HRESULT(S_OK, m_file_system->CreateFolder(made, nullptr, nullptr));
+    EXPECT_EQ(Location(L"/New"), TextOf(made));
+    record("list_folder", R"({\"entries\": [)" + folder + R"(], \"has_more\": false, \"cursor\": \"c\"})");
+    ComPtr<Qorv::IAFS_EnumFolder> children;
+    EXPECT_HRESULT(S_OK, m_file_system->EnumFolder(made, nullptr, nullptr, &children));
+    ComPtr<Qorv::IAFS_EnumFolderItem> item;
+    EXPECT_HRESULT(S_OK, children->Next(&item));
+    ComPtr<IAFS_Name> child;
+    EXPECT_HRESULT(S_OK, item->get_Name(&child));
+    EXPECT_EQ(Location(L"/New/Docs"), TextOf(child));
 }
 
 TEST_F(ItemTest, RenameAndDeleteTakeFoldersToo) {

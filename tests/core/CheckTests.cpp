@@ -247,6 +247,17 @@ TEST(BoundaryTest, ACodeHasWordsAsWell) {
     EXPECT_EQ(ErrorInfoText(), L"") << "a success leaves nothing";
 }
 
+TEST(BoundaryTest, AReplyWithoutAStatusIsABrokenConnection) {
+    const HttpException reply{nullptr};
+    EXPECT_TRUE(reply.Message().starts_with(L"HTTP (failed to get status information): GetLastError "));
+    EXPECT_EQ(reply.Reason().words, L"The connection to the service broke");
+    SetLastError(ERROR_HTTP_HEADER_NOT_FOUND);
+    const HResultException status = NoStatusException();
+    EXPECT_TRUE(status.Message().starts_with(L"GetLastError 12150: "));
+    EXPECT_HRESULT(HRESULT_FROM_WIN32(ERROR_HTTP_HEADER_NOT_FOUND), status.m_hresult);
+    EXPECT_EQ(status.Reason().words, L"The connection to the service broke");
+}
+
 TEST(BoundaryTest, WritesItsLineAfterTheChecks) {
     const LogCapture log;
     EXPECT_HRESULT(E_FAIL, Sample::BoundedCheck());
