@@ -40,7 +40,8 @@ bool HoldsString(Qorv::IAUX_CabNode* i_item) noexcept {
 
 } // namespace
 
-HRESULT AccountData::Create(HostServices* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account) {
+HRESULT AccountData::Create(const Qorv::ComPtr<HostServices>& i_plugin, Qorv::IAUX_CabNode* i_cab,
+                            Qorv::ComPtr<AccountData>& o_account) {
     TRACE_FUNCTION();
     CHECK_HRESULT(ApplyCabTemplate(i_plugin->m_aux_inst, i_cab, MAKEINTRESOURCE(IDR_ACCOUNT_DATA_CAB_XML),
                                    SettingsNames::template_root));
@@ -65,8 +66,10 @@ HRESULT AccountData::LoadFrom(Qorv::IAUX_CabNode* i_cab) {
     return TRACE_RESULT(S_OK);
 }
 
-AccountData::AccountData(HostServices* i_plugin, std::wstring i_path) : m_plugin(i_plugin), m_path(std::move(i_path)) {
+AccountData::AccountData(Qorv::ComPtr<HostServices> i_plugin, std::wstring i_path)
+    : m_plugin(std::move(i_plugin)), m_path(std::move(i_path)) {
     TRACE_FUNCTION();
+    CHECK_THROW(m_plugin != nullptr, HResultException(E_UNEXPECTED));
 }
 
 AccountData::~AccountData() {
@@ -130,6 +133,11 @@ std::wstring AccountData::GetUserId() const {
 std::wstring AccountData::GetToken() const {
     TRACE_FUNCTION();
     return m_token;
+}
+
+std::wstring AccountData::GetUserName() const {
+    TRACE_FUNCTION();
+    return m_user_name;
 }
 
 // The log tells of the values only whether they are empty.

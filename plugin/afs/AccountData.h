@@ -15,10 +15,12 @@ public:
 
     /// Reads an account from a dictionary, to which it applies the template first. What is missing, or no text, stays
     /// empty.
-    static HRESULT Create(HostServices* i_plugin, Qorv::IAUX_CabNode* i_cab, Qorv::ComPtr<AccountData>& o_account);
+    static HRESULT Create(const Qorv::ComPtr<HostServices>& i_plugin, Qorv::IAUX_CabNode* i_cab,
+                          Qorv::ComPtr<AccountData>& o_account);
 
-    /// An account without a user.
-    explicit AccountData(HostServices* i_plugin, std::wstring i_path = {});
+    /// An account without a user. Throws E_UNEXPECTED as an `HResultException` without a plug-in, which its end may
+    /// leave.
+    explicit AccountData(Qorv::ComPtr<HostServices> i_plugin, std::wstring i_path = {});
     ~AccountData();
 
     HRESULT STDMETHODCALLTYPE get_URL(BSTR* o_url) noexcept override;
@@ -30,6 +32,7 @@ public:
     std::wstring GetUserId() const;
     /// The bare token, in clear.
     std::wstring GetToken() const;
+    std::wstring GetUserName() const;
     void SetUserId(std::wstring user_id);
     void SetToken(std::wstring token);
     void SetUserName(std::wstring user_name);

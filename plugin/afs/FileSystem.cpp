@@ -84,11 +84,14 @@ HRESULT STDMETHODCALLTYPE FileSystem::get_Prop(Qorv::IAFS_Name* name, Qorv::PCSt
         CHECK_RETURN(o_prop_value != nullptr, E_POINTER);
         CHECK_RETURN(i_prop_name != nullptr, E_INVALIDARG);
         if (EqualsNoCase(i_prop_name, user_name_prop))
-            return GetUserName(name, o_prop_value);
-        if (EqualsNoCase(i_prop_name, icon_prop))
-            return GetIconProp(o_prop_value);
-        TRACE_TEXT(UnknownProperty(i_prop_name));
-        return TRACE_RESULT(E_NOTIMPL);
+            CHECK_HRESULT(GetUserName(name, o_prop_value));
+        else if (EqualsNoCase(i_prop_name, icon_prop))
+            CHECK_HRESULT(GetIconProp(o_prop_value));
+        else {
+            TRACE_TEXT(UnknownProperty(i_prop_name));
+            return TRACE_RESULT(E_NOTIMPL);
+        }
+        return TRACE_RESULT(S_OK);
     };
 }
 
@@ -105,7 +108,7 @@ HRESULT FileSystem::GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value) {
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT FileSystem::GetIconProp(VARIANT* o_prop_value) noexcept {
+HRESULT FileSystem::GetIconProp(VARIANT* o_prop_value) {
     TRACE_FUNCTION();
     CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
     Qorv::Variant value(m_plugin->GetIcon());
@@ -149,7 +152,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::BindToPath(Qorv::PCStr i_path, Qorv::IAFS_
         CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
         ComPtr<AccountData> account;
         CHECK_HRESULT(AccountOfContext(i_path, i_context, account));
-        *o_name = Name::CreateRoot(account, m_plugin, i_context).Detach();
+        *o_name = Name::CreateRoot(account, m_plugin.Get(), i_context).Detach();
         return TRACE_RESULT(S_OK);
     };
 }
@@ -167,7 +170,7 @@ HRESULT FileSystem::AccountOfContext(Qorv::PCStr i_path, Qorv::IAFS_BindContext*
         return TRACE_RESULT(S_OK);
     }
     CHECK_RETURN(context_to_account_result == E_NOINTERFACE, context_to_account_result);
-    o_account = Qorv::Create<AccountData>(m_plugin, i_path);
+    o_account = Qorv::Create<AccountData>(m_plugin.Get(), i_path);
     CHECK_RETURN(o_account != nullptr, E_OUTOFMEMORY);
     o_account->SetUserId(std::wstring(SplitLocation(i_path).user_id));
     return TRACE_RESULT(S_OK);
@@ -188,7 +191,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::BindToObject(IUnknown* i_object, Qorv::IAF
         ComPtr<Qorv::IAFS_BindContext> context = i_context;
         if (context == nullptr)
             CHECK_HRESULT(m_plugin->m_qorv_inst->CreateStdBindContext(&context));
-        *o_name = Name::CreateRoot(account, m_plugin, context).Detach();
+        *o_name = Name::CreateRoot(account, m_plugin.Get(), context).Detach();
         return TRACE_RESULT(S_OK);
     };
 }
@@ -237,7 +240,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::CreateAccount(Qorv::IAUX_CabNode* i_source
         if (i_source_cab != nullptr)
             CHECK_HRESULT(AccountData::Create(m_plugin, i_source_cab, account_data));
         else
-            account_data = Qorv::Create<AccountData>(m_plugin);
+            account_data = Qorv::Create<AccountData>(m_plugin.Get());
         CHECK_RETURN(account_data != nullptr, E_OUTOFMEMORY);
         ComPtr<Qorv::IAFS_BindContext> bind_context;
         CHECK_HRESULT(m_plugin->m_qorv_inst->CreateStdBindContext(&bind_context));
@@ -251,18 +254,22 @@ HRESULT STDMETHODCALLTYPE FileSystem::CreateAccount(Qorv::IAUX_CabNode* i_source
 
 HRESULT STDMETHODCALLTYPE FileSystem::get_DispName(BSTR* o_name) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(o_name != nullptr, E_POINTER);
-    *o_name = nullptr;
-    CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-    CHECK_HRESULT(m_plugin->m_qorv_inst->GetLocalStr(display_name_id, o_name));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(o_name != nullptr, E_POINTER);
+        *o_name = nullptr;
+        CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
+        CHECK_HRESULT(m_plugin->m_qorv_inst->GetLocalStr(display_name_id, o_name));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE FileSystem::get_Icon(IUnknown** o_icon) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(o_icon != nullptr, E_POINTER);
-    *o_icon = nullptr;
-    CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-    *o_icon = Qorv::ComPtr(m_plugin->GetIcon()).Detach();
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(o_icon != nullptr, E_POINTER);
+        *o_icon = nullptr;
+        CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
+        *o_icon = Qorv::ComPtr(m_plugin->GetIcon()).Detach();
+        return TRACE_RESULT(S_OK);
+    };
 }

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "qorv/Afs.h"
+#include "core/host/HostServices.h"
 #include "qorv/CoClass.h"
 
 class AccountData;
-class HostServices;
 class Name;
 
 /// The file system "Dropbox": every operation of the host on `dropbox://` locations, each a thin, checked layer over
-/// names and remote objects. It keeps no state of accounts and takes no lock; any thread.
+/// names and remote objects. It keeps no state of accounts; any thread.
 class FileSystem final : public Qorv::CoClass<FileSystem, Qorv::IAFS_FileSys> {
 public:
     FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin);
@@ -105,8 +104,8 @@ private:
     HRESULT AccountOfContext(Qorv::PCStr i_path, Qorv::IAFS_BindContext* i_context,
                              Qorv::ComPtr<AccountData>& o_account);
     HRESULT GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value);
-    HRESULT GetIconProp(VARIANT* o_prop_value) noexcept;
+    HRESULT GetIconProp(VARIANT* o_prop_value);
 
-    Qorv::ComPtr<Qorv::IAFS_Inst> m_afs_inst;
-    Qorv::ComPtr<HostServices> m_plugin; ///< Null after `Shutdown`.
+    GuardedPtr<Qorv::IAFS_Inst> m_afs_inst;
+    GuardedPtr<HostServices> m_plugin; ///< Null after `Shutdown`, which may come while workers are in here.
 };

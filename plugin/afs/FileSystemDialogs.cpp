@@ -27,11 +27,13 @@ LONG DialogFlags(LONG i_flags, ULONG i_dialog_type) noexcept {
 HRESULT STDMETHODCALLTYPE FileSystem::CreateDlgParams(ULONG i_dialog_type,
                                                       Qorv::IAUX_CabNode** o_dialog_parameters) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(o_dialog_parameters != nullptr, E_POINTER);
-    *o_dialog_parameters = nullptr;
-    CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
-    CHECK_HRESULT(m_plugin->m_afs_inst->CreateDlgDefaultParams(i_dialog_type, o_dialog_parameters));
-    return TRACE_RESULT(S_OK);
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(o_dialog_parameters != nullptr, E_POINTER);
+        *o_dialog_parameters = nullptr;
+        CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
+        CHECK_HRESULT(m_plugin->m_afs_inst->CreateDlgDefaultParams(i_dialog_type, o_dialog_parameters));
+        return TRACE_RESULT(S_OK);
+    };
 }
 
 HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_CabNode* io_dialog_parameters,

@@ -77,7 +77,8 @@ ComPtr<Name> Name::Create(const std::shared_ptr<SharePoint::Object>& object, Nam
     return name;
 }
 
-ComPtr<Name> Name::CreateRoot(AccountData* accountData, HostServices* plugin, Qorv::IAFS_BindContext* context) {
+ComPtr<Name> Name::CreateRoot(AccountData* accountData, const Qorv::ComPtr<HostServices>& plugin,
+                              Qorv::IAFS_BindContext* context) {
     TRACE_FUNCTION();
     std::wstring user_id = accountData->GetUserId();
     std::wstring token = accountData->GetToken();

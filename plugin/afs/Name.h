@@ -33,7 +33,7 @@ public:
 
     /// Opens a session for an account and gives the name of its root. What the session ended with is written back into
     /// the account.
-    static Qorv::ComPtr<Name> CreateRoot(AccountData* accountData, HostServices* plugin,
+    static Qorv::ComPtr<Name> CreateRoot(AccountData* accountData, const Qorv::ComPtr<HostServices>& plugin,
                                          Qorv::IAFS_BindContext* context);
 
     /// For the functions above.

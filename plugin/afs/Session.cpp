@@ -65,13 +65,17 @@ bool AskToChooseUser(Qorv::IQorv_Inst* i_host) {
 
 } // namespace
 
-std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token, HostServices* plugin,
+std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token,
+                                         const Qorv::ComPtr<HostServices>& plugin,
                                          Qorv::IAFS_BindContext* context) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
-    // The host may unload the plug-in, which then lets go of it, while a dialog is open.
+    // The host may unload the plug-in at any time, which then lets go of all of this.
+    CHECK_THROW(plugin != nullptr, HResultException(E_UNEXPECTED));
     const Qorv::ComPtr<Qorv::IQorv_Inst> host = plugin->m_qorv_inst;
-    const std::shared_ptr<Session> session(new Session(*plugin, context));
+    const Qorv::ComPtr<FileSystem> file_system = plugin->GetFileSystem();
+    CHECK_THROW(file_system != nullptr, HResultException(E_UNEXPECTED));
+    const std::shared_ptr<Session> session(new Session(file_system, context));
     CHECK_HRESULT_THROW(plugin->m_afs_inst->GetFilesCache(session->m_file_system, &session->m_files_cache));
 
     io_token = BareToken(io_token);
@@ -93,8 +97,8 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
     return session;
 }
 
-Session::Session(HostServices& i_plugin, Qorv::IAFS_BindContext* i_context)
-    : m_file_system(i_plugin.GetFileSystem()), m_context(i_context) {
+Session::Session(Qorv::ComPtr<FileSystem> i_file_system, Qorv::IAFS_BindContext* i_context)
+    : m_file_system(std::move(i_file_system)), m_context(i_context) {
     TRACE_FUNCTION();
 }
 

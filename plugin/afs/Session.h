@@ -18,8 +18,8 @@ public:
     /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Without a token
     /// the user signs in, on the host's main thread, for which the caller waits; an empty `io_user_id` takes whoever
     /// signs in. Throws the host's code for a cancelled operation when the user does not, or is not the account's.
-    static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token, HostServices* plugin,
-                                           Qorv::IAFS_BindContext* context);
+    static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token,
+                                           const Qorv::ComPtr<HostServices>& plugin, Qorv::IAFS_BindContext* context);
 
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -40,7 +40,7 @@ public:
     void SetCommunicationKey(std::wstring i_communication_key);
 
 private:
-    Session(HostServices& i_plugin, Qorv::IAFS_BindContext* i_context);
+    Session(Qorv::ComPtr<FileSystem> i_file_system, Qorv::IAFS_BindContext* i_context);
 
     std::wstring ClientId() const;
 

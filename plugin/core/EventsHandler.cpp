@@ -22,7 +22,8 @@ EventsHandler::~EventsHandler() {
 HRESULT EventsHandler::Init() noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
-        m_dialog = std::make_shared<Ui::OpenSaveDialog>(m_plugin, m_plugin->m_qorv_inst, m_plugin->m_file_system);
+        m_dialog =
+            std::make_shared<Ui::OpenSaveDialog>(m_plugin, m_plugin->m_qorv_inst.Get(), m_plugin->m_file_system.Get());
         m_plugin->m_qorv_inst->StringToID(customize_command_bars, VARIANT_TRUE, &m_handled_event);
         Qorv::ComPtr<Qorv::IQorv_EventServer> event_server;
         CHECK_HRESULT(m_plugin->m_qorv_inst->get_EventServer(&event_server));
@@ -33,6 +34,7 @@ HRESULT EventsHandler::Init() noexcept {
 
 HRESULT EventsHandler::Shutdown() noexcept {
     TRACE_FUNCTION();
+    const Qorv::ComPtr<EventsHandler> keep_alive(this); // The event server may be the last to hold this object.
     Qorv::ComPtr<Qorv::IQorv_EventServer> event_server;
     CHECK_HRESULT(m_plugin->m_qorv_inst->get_EventServer(&event_server));
     event_server->UnregisterNativeEventHandler(m_handled_event, this);

@@ -44,6 +44,11 @@ Plugin::~Plugin() {
     TRACE_FUNCTION();
 }
 
+Qorv::ComPtr<FileSystem> Plugin::GetFileSystem() const {
+    TRACE_FUNCTION();
+    return m_file_system.Get();
+}
+
 HRESULT STDMETHODCALLTYPE Plugin::get__GUID(GUID* o_guid) noexcept {
     TRACE_FUNCTION();
     RETURN_VALUE(o_guid, plugin_guid);

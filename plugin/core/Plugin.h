@@ -30,12 +30,12 @@ public:
     HRESULT STDMETHODCALLTYPE ResetSettings() noexcept override;
 
     EventsHandler* GetEventsHandler() const noexcept override { return m_events_handler; }
-    FileSystem* GetFileSystem() const noexcept override { return m_file_system; }
+    Qorv::ComPtr<FileSystem> GetFileSystem() const override;
     Qorv::IUIX_Image* GetIcon() const noexcept override { return m_icon; }
 
     // Null before the step that makes them; all but the icon are null again after `Unload`.
     Qorv::ComPtr<EventsHandler> m_events_handler;
-    Qorv::ComPtr<FileSystem> m_file_system;
+    GuardedPtr<FileSystem> m_file_system;
     Qorv::ComPtr<Qorv::IUIX_Image> m_icon; ///< Null when the icons cannot be loaded.
 
 private:

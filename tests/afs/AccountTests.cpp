@@ -3,7 +3,9 @@
 #include "afs/AccountData.h"
 #include "services/BindContext.h"
 
+#include <atomic>
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -126,7 +128,9 @@ TEST_F(AccountTest, ARefusedTokenFailsTheBind) {
 
 TEST_F(AccountTest, Properties) {
     Qorv::Variant value;
+    const Tests::LogCapture log;
     EXPECT_HRESULT(S_OK, m_file_system->get_Prop(m_root, L"username", &value));
+    EXPECT_TRUE(log.Has("FileSystem::get_Prop<-- S_OK\n"));
     EXPECT_EQ(L"Ada Example", value.Text());
     EXPECT_HRESULT(S_OK, m_file_system->get_Prop(nullptr, L"Icon", &value));
     EXPECT_EQ(VT_UNKNOWN, value->vt);
@@ -203,6 +207,44 @@ TEST_F(AccountTest, NobodyReadsTheToken) {
     EXPECT_EQ(L"HTTP 403: No *** (who is ***?)", m_details->Text());
     EXPECT_TRUE(log.Has("X-Sent: Bearer ***\n"));
     EXPECT_FALSE(log.Has(token.c_str()));
+}
+
+// `Unload` runs on the main thread whatever the others do.
+TEST_F(AccountTest, OperationsBesideAnUnloadEndInACode) {
+    Qorv::IAFS_FileSys* const fs = m_file_system;
+    const auto account = CreateAccount(Tests::Service::Token());
+    const auto cab = Qorv::Create<DevHost::CabNode>();
+    const std::function<HRESULT()> operations[] = {
+        [fs] {
+            Qorv::Bstr text;
+            return fs->get_DispName(&text);
+        },
+        [fs] {
+            Qorv::ComPtr<IUnknown> icon;
+            return fs->get_Icon(&icon);
+        },
+        [fs] {
+            Qorv::ComPtr<Qorv::IAUX_CabNode> parameters;
+            return fs->CreateDlgParams(Qorv::AFS_Dlg_OpenFiles, &parameters);
+        },
+        [account, cab] { return account->SaveTo(cab); },
+    };
+    std::atomic<int> running{0};
+    std::vector<std::thread> workers;
+    for (const auto& operation : operations)
+        workers.emplace_back([&operation, &running] {
+            ++running;
+            HRESULT result = S_OK;
+            while (SUCCEEDED(result))
+                result = operation();
+            EXPECT_HRESULT(E_UNEXPECTED, result);
+        });
+    while (running != static_cast<int>(workers.size()))
+        Sleep(1);
+    Sleep(20);
+    EXPECT_HRESULT(S_OK, m_plugin->Unload());
+    for (auto& worker : workers)
+        worker.join();
 }
 
 TEST_F(AccountTest, UnloadingWhileObjectsAreHeld) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/host/GuardedPtr.h"
 #include "qorv/Afs.h"
 #include "qorv/AuxService.h"
 #include "qorv/Host.h"
@@ -11,15 +12,17 @@ class FileSystem;
 /// The plug-in object as its other classes see it: the way to the host's services, and to what the plug-in has one of.
 class HostServices : public Qorv::IQorv_Plugin {
 public:
-    // Null before `Setup`, and again after `Unload`.
-    Qorv::ComPtr<Qorv::IQorv_Inst> m_qorv_inst;
-    Qorv::ComPtr<Qorv::IAFS_Inst> m_afs_inst;
-    Qorv::ComPtr<Qorv::IAUX_Inst> m_aux_inst;
-    Qorv::ComPtr<Qorv::IUIX_Inst> m_uix_inst;
+    // Null before `Setup`, and again after `Unload`, which may come while workers use them.
+    GuardedPtr<Qorv::IQorv_Inst> m_qorv_inst;
+    GuardedPtr<Qorv::IAFS_Inst> m_afs_inst;
+    GuardedPtr<Qorv::IAUX_Inst> m_aux_inst;
+    GuardedPtr<Qorv::IUIX_Inst> m_uix_inst;
 
     // Null before the step that makes them.
+    /// Main thread.
     virtual EventsHandler* GetEventsHandler() const noexcept = 0;
-    virtual FileSystem* GetFileSystem() const noexcept = 0;
+    /// Any thread.
+    virtual Qorv::ComPtr<FileSystem> GetFileSystem() const = 0;
     /// Null as well when the icons cannot be loaded.
     virtual Qorv::IUIX_Image* GetIcon() const noexcept = 0;
 
