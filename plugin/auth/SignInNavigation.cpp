@@ -14,6 +14,9 @@ constexpr wchar_t authorize_path[] = L"/oauth2/authorize?response_type=token&cli
 constexpr wchar_t redirect_parameter[] = L"&redirect_uri=";
 constexpr wchar_t redirect_receiver_path[] = L"/1/oauth2/redirect_receiver";
 
+/// Where each authorize page leads back to the log-in page, somebody has to end the circle.
+constexpr int max_authorize_pages = 20;
+
 constexpr std::wstring_view token_key = L"access_token=";
 constexpr std::wstring_view account_key = L"account_id=";
 constexpr wchar_t header_prefix[] = L"Authorization:Bearer "; // No blank after the colon: so it is sent.
@@ -52,15 +55,19 @@ SignInNavigation::SignInNavigation(NavigateFunction i_navigate, CloseFunction i_
     TRACE_FUNCTION();
 }
 
-HRESULT SignInNavigation::OnNavigateComplete(const wchar_t* i_url) const {
+HRESULT SignInNavigation::OnNavigateComplete(const wchar_t* i_url) {
     TRACE_FUNCTION();
     CHECK_RETURN(i_url != nullptr, E_FAIL);
     const std::wstring_view url(i_url);
     // The log-out leads to one of these two, and only the whole URL tells the home page from all the others.
     if (BeginsWith(url, ServicePage(login_path)) || EqualsNoCase(url, ServicePage(home_path))) {
+        CHECK_RETURN(m_authorize_pages < max_authorize_pages, E_FAIL);
+        ++m_authorize_pages;
         CHECK_HRESULT(m_navigate(m_authorize_page));
         return TRACE_RESULT(S_OK);
     }
+    if (!BeginsWith(url, m_authorize_page))
+        m_authorize_pages = 0;
     const std::wstring redirect_receiver = ServicePage(redirect_receiver_path);
     if (!BeginsWith(url, redirect_receiver))
         return TRACE_RESULT(S_OK);

@@ -19,9 +19,9 @@ public:
     SignInNavigation(NavigateFunction i_navigate, CloseFunction i_close, std::wstring_view i_client_id,
                      std::wstring& o_header, std::wstring& o_account_id);
 
-    /// A page has been loaded. E_FAIL for a null URL and for a redirect that lacks the token or the account id: the
-    /// dialog then stays open for the user to close.
-    HRESULT OnNavigateComplete(const wchar_t* i_url) const;
+    /// A page has been loaded in the main frame. E_FAIL for a null URL, for a redirect that lacks the token or the
+    /// account id, and when authorize pages only lead to each other: the dialog then stays open for the user to close.
+    HRESULT OnNavigateComplete(const wchar_t* i_url);
 
 private:
     HRESULT CompleteSignIn(std::wstring_view i_fragment) const;
@@ -29,6 +29,7 @@ private:
     NavigateFunction m_navigate;
     CloseFunction m_close;
     std::wstring m_authorize_page;
+    int m_authorize_pages = 0; ///< In a row, without another page between.
     std::wstring& m_header;
     std::wstring& m_account_id;
 };

@@ -43,6 +43,8 @@ HRESULT WebBrowserControl::Init(HWND i_parent_window, const RECT& rect) {
     CHECK_HRESULT(_ole_object->QueryInterface(&_web_browser2));
     CHECK_HRESULT(_web_browser2->put_Silent(VARIANT_TRUE));
     ShowWindow(GetControl(), SW_SHOW); // Its answer is not whether it worked, but whether the window was visible.
+    // The keyboard goes to the page. Without it the user has to click there first, which is no failure.
+    _ole_object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, this, -1, _parent_window, &rect);
     return TRACE_RESULT(S_OK);
 }
 

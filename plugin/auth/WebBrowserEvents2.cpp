@@ -106,6 +106,18 @@ HRESULT STDMETHODCALLTYPE WebBrowserEvents2::Invoke(DISPID i_event, REFIID, LCID
     };
 }
 
+/// Frames of a page fire the same events, each by an object of its own: an advertisement must not drive the dialog. COM
+/// objects are the same when they have the same IUnknown.
+bool WebBrowserEvents2::IsMainFrame(IDispatch* i_browser) const noexcept {
+    TRACE_FUNCTION();
+    if (i_browser == nullptr || _web_browser == nullptr)
+        return true; // Nobody else fires then.
+    ComPtr<IUnknown> browser;
+    ComPtr<IUnknown> main_browser;
+    return SUCCEEDED(i_browser->QueryInterface(&browser)) && SUCCEEDED(_web_browser->QueryInterface(&main_browser)) &&
+           browser == main_browser;
+}
+
 HRESULT WebBrowserEvents2::OnBeforeNavigate(const DISPPARAMS& i_parameters) const {
     TRACE_FUNCTION();
     CHECK_RETURN(AreBeforeNavigateArguments(i_parameters), E_INVALIDARG);
@@ -125,7 +137,7 @@ HRESULT WebBrowserEvents2::OnBeforeNavigate(const DISPPARAMS& i_parameters) cons
 HRESULT WebBrowserEvents2::OnNavigateComplete(const DISPPARAMS& i_parameters) const {
     TRACE_FUNCTION();
     CHECK_RETURN(AreNavigateCompleteArguments(i_parameters), E_INVALIDARG);
-    if (_navigate_complete == nullptr)
+    if (_navigate_complete == nullptr || !IsMainFrame(i_parameters.rgvarg[FinalBrowser].pdispVal))
         return TRACE_RESULT(S_OK);
     const HRESULT result = _navigate_complete(i_parameters.rgvarg[FinalUrl].pvarVal->bstrVal);
     CHECK_HRESULT(result);

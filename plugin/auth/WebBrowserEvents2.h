@@ -13,7 +13,7 @@ using BeforeNavigateHandler = std::function<HRESULT(IDispatch* i_browser, const 
                                                     const VARIANT& i_target_frame, const VARIANT& i_post_data,
                                                     const VARIANT& i_headers, bool& io_is_canceled)>;
 
-/// A page has been loaded. The URL is null when the browser gives none.
+/// A page has been loaded in the browser's main frame. The URL is null when the browser gives none.
 using NavigateCompleteHandler = std::function<HRESULT(const wchar_t* i_url)>;
 
 /// Receives the events of a browser control and hands the navigations on; a handler's code is the event's result.
@@ -35,6 +35,7 @@ public:
                                      UINT* o_argument) noexcept override;
 
 private:
+    bool IsMainFrame(IDispatch* i_browser) const noexcept;
     HRESULT OnBeforeNavigate(const DISPPARAMS& i_parameters) const;
     HRESULT OnNavigateComplete(const DISPPARAMS& i_parameters) const;
 

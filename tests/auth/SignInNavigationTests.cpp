@@ -71,6 +71,20 @@ TEST(SignInNavigation, LeadsFromTheEndOfTheLogOutToTheAuthorizePage) {
     }
 }
 
+TEST(SignInNavigation, EndsACircleOfPages) {
+    SignIn sign_in;
+    const auto visit = [&](const wchar_t* i_url) { return sign_in.navigation.OnNavigateComplete(i_url); };
+    for (int page = 1; page <= 20; ++page) {
+        EXPECT_HRESULT(S_OK, visit(L"https://www.dropbox.com/login")) << page;
+        EXPECT_HRESULT(S_OK, visit(authorize_page)) << "shown for a moment, it leads to the log-in page again";
+    }
+    EXPECT_HRESULT(E_FAIL, visit(L"https://www.dropbox.com/login"));
+    EXPECT_EQ(20, sign_in.navigations);
+    EXPECT_HRESULT(S_OK, visit(L"https://www.dropbox.com/verify")) << "a person goes on";
+    EXPECT_HRESULT(S_OK, visit(L"https://www.dropbox.com/login"));
+    EXPECT_EQ(21, sign_in.navigations);
+}
+
 struct Redirect {
     const char* name;
     const wchar_t* rest; ///< Behind the receiver's URL.

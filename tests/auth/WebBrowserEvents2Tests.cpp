@@ -177,13 +177,46 @@ TEST_F(WebBrowserEvents2Test, AnswersWithTheHandlersResult) {
 
 TEST_F(WebBrowserEvents2Test, OutlivesTheEventInWhichItsLastOwnerGoes) {
     auto events = ComPtr<WebBrowserEvents2>();
+    const ULONG others = Qorv::g_live_objects;
     events = Qorv::Create<WebBrowserEvents2>(nullptr, [&](const wchar_t*) {
         events->Shutdown();
         events.Reset();
+        EXPECT_EQ(others + 1, Qorv::g_live_objects) << "it is still needed";
         return S_OK;
     });
     WebBrowserEvents2& plain = *events;
     EXPECT_HRESULT(S_OK, NavigateComplete().Fire(plain));
+    EXPECT_EQ(others, Qorv::g_live_objects);
+}
+
+ComPtr<IWebBrowser2> CreateBrowser() {
+    ComPtr<IWebBrowser2> browser;
+    EXPECT_HRESULT(S_OK, CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IWebBrowser2),
+                                          reinterpret_cast<void**>(&browser)));
+    return browser;
+}
+
+TEST_F(WebBrowserEvents2Test, OnlyTheMainFrameCounts) {
+    OleInitialize(nullptr);
+    {
+        int calls = 0;
+        const auto events = Qorv::Create<WebBrowserEvents2>(nullptr, [&](const wchar_t*) {
+            ++calls;
+            return S_OK;
+        });
+        const auto browser = CreateBrowser();
+        const auto frame = CreateBrowser();
+        EXPECT_HRESULT(S_OK, events->Init(browser));
+        NavigateComplete event;
+        event.arguments[1].pdispVal = frame;
+        EXPECT_HRESULT(S_OK, event.Fire(*events));
+        EXPECT_EQ(0, calls) << "an inner frame delivers no token";
+        event.arguments[1].pdispVal = browser;
+        EXPECT_HRESULT(S_OK, event.Fire(*events));
+        EXPECT_EQ(1, calls);
+        events->Shutdown();
+    }
+    OleUninitialize();
 }
 
 /// Whether somebody besides the test holds the sink.

@@ -10,13 +10,19 @@ bool IsUsableDialog(HWND i_window) noexcept {
     return has_title_bar && IsWindowVisible(i_window) && IsWindowEnabled(i_window);
 }
 
+BOOL CALLBACK FindUsableDialog(HWND i_window, LPARAM o_found) noexcept {
+    TRACE_FUNCTION();
+    if (!IsUsableDialog(i_window))
+        return TRUE;
+    *reinterpret_cast<HWND*>(o_found) = i_window;
+    return FALSE;
+}
+
 /// The thread's foremost window that can be used; null for none.
 HWND UsableDialog() noexcept {
     TRACE_FUNCTION();
     HWND window = nullptr;
-    while ((window = FindWindowExW(nullptr, window, nullptr, nullptr)) != nullptr)
-        if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId() && IsUsableDialog(window))
-            break;
+    EnumThreadWindows(GetCurrentThreadId(), FindUsableDialog, reinterpret_cast<LPARAM>(&window));
     return window;
 }
 
