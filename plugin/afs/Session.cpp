@@ -54,20 +54,21 @@ HRESULT SignIn(Qorv::IQorv_Inst* i_host, const std::wstring& i_client_id, std::w
 }
 
 /// Tells the user that this was somebody else; true to sign in once more.
-bool AskToChooseUser(Qorv::IQorv_Inst* i_host) {
+bool AskToChooseUser(Qorv::IQorv_Inst* i_host, const std::wstring& i_user_name) {
     TRACE_FUNCTION();
     ULONG answer = 1;
-    CHECK_HRESULT_THROW(Ui::ShowMessageBox(i_host, Ui::FormatString(i_host, L"db.msg.wrongUser"),
-                                           Qorv::UIX_MsgBox_IconWarning, {L"db.btn.chooseUser", L"db.btn.cancel"},
-                                           answer));
+    const std::wstring text = i_user_name.empty() ? Ui::FormatString(i_host, L"db.msg.wrongUser")
+                                                  : Ui::FormatString(i_host, L"db.msg.wrongUserNamed", {i_user_name});
+    CHECK_HRESULT_THROW(Ui::ShowMessageBox(i_host, text, Qorv::UIX_MsgBox_IconWarning,
+                                           {L"db.btn.chooseUser", L"db.btn.cancel"}, answer));
     return answer == 0;
 }
 
 } // namespace
 
 std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token,
-                                         const Qorv::ComPtr<HostServices>& plugin,
-                                         Qorv::IAFS_BindContext* context) {
+                                         const Qorv::ComPtr<HostServices>& plugin, Qorv::IAFS_BindContext* context,
+                                         const std::wstring& i_user_name) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
     // The host may unload the plug-in at any time, which then lets go of all of this.
@@ -85,16 +86,25 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
         CHECK_HRESULT_THROW(result);
         CHECK_THROW(!io_token.empty(), SignInCanceled());
         user_id = WithoutPercentEscapes(user_id);
-        if (io_user_id.empty())
+        if ((io_user_id.empty() || io_user_id == user_id) && session->TakeSignedIn(io_token, user_id)) {
             io_user_id = user_id;
-        if (io_user_id == user_id)
-            break;
+            return session;
+        }
         // Somebody else: no token of theirs may live on, here or at the service.
         Dropbox::RevokeToken(AuthorizationHeader(std::exchange(io_token, {})));
-        CHECK_THROW(AskToChooseUser(host), SignInCanceled());
+        CHECK_THROW(AskToChooseUser(host, i_user_name), SignInCanceled());
     }
     session->m_web = Dropbox::Web::Create(AuthorizationHeader(io_token));
     return session;
+}
+
+/// Goes on with a fresh token if the service says that it is this user's: the redirect that named the user came through
+/// the browser.
+bool Session::TakeSignedIn(const std::wstring& i_token, const std::wstring& i_user_id) {
+    TRACE_FUNCTION();
+    m_web = Dropbox::Web::Create(AuthorizationHeader(i_token));
+    m_is_account_read = false; // Of somebody before.
+    return GetWeb()->GetWeb()->GetUserInformation()._id == i_user_id;
 }
 
 Session::Session(Qorv::ComPtr<FileSystem> i_file_system, Qorv::IAFS_BindContext* i_context)

@@ -17,9 +17,11 @@ public:
     /// Opens a session for an account. `io_token` is the account's bare access token; a value that still has the
     /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Without a token
     /// the user signs in, on the host's main thread, for which the caller waits; an empty `io_user_id` takes whoever
-    /// signs in. Throws the host's code for a cancelled operation when the user does not, or is not the account's.
+    /// signs in, else `i_user_name` tells the user whose account is meant. Throws the host's code for a cancelled
+    /// operation when the user does not sign in, or is not the account's.
     static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token,
-                                           const Qorv::ComPtr<HostServices>& plugin, Qorv::IAFS_BindContext* context);
+                                           const Qorv::ComPtr<HostServices>& plugin, Qorv::IAFS_BindContext* context,
+                                           const std::wstring& i_user_name = {});
 
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -43,6 +45,7 @@ private:
     Session(Qorv::ComPtr<FileSystem> i_file_system, Qorv::IAFS_BindContext* i_context);
 
     std::wstring ClientId() const;
+    bool TakeSignedIn(const std::wstring& i_token, const std::wstring& i_user_id);
 
     Qorv::ComPtr<FileSystem> m_file_system;
     Qorv::ComPtr<Qorv::IAFS_BindContext> m_context;

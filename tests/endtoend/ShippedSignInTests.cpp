@@ -45,11 +45,13 @@ protected:
     }
 
     /// Makes an account, new or for a known user, while a person does the steps.
-    HRESULT SignIn(const std::string& i_steps, const std::wstring& i_user_id = {}) {
+    HRESULT SignIn(const std::string& i_steps, const std::wstring& i_user_id = {},
+                   const std::wstring& i_user_name = {}) {
         WriteBytes(m_profile.Path() / "steps", i_steps);
         const DevHost::WindowScript script(m_profile.Path() / "steps", 10'000);
         m_saved = Qorv::Create<DevHost::CabNode>();
         m_saved->Member(L"UserId")->SetValue(i_user_id);
+        m_saved->Member(L"UserName")->SetValue(i_user_name);
         m_account.Reset();
         const HRESULT result = m_host->FileSystem().CreateAccount(m_saved, nullptr, nullptr, &m_account);
         EXPECT_FALSE(script.HasFailed());
@@ -154,6 +156,27 @@ TEST_F(SignInTest, SomebodyElseIsRefusedAndForgotten) {
     EXPECT_HRESULT(Qorv::ErrorCanceled, SignIn(sign_in_as_ben + "press Cancel\n", ada));
     EXPECT_EQ(m_account, nullptr);
     EXPECT_EQ(1, Revocations());
+}
+
+// What comes through the browser is not what the service says.
+TEST_F(SignInTest, TheServiceSaysWhoseTokenItIs) {
+    ASSERT_HRESULT_SUCCEEDED(SignIn(sign_in_as_ada));
+    const std::wstring ada = UserId();
+    m_account.Reset();
+    for (const std::wstring& user_id : {ada, std::wstring()}) {
+        Service::ClearRequests();
+        Service::AddFault(R"({"path": "2/users/get_current_account",
+                              "body": "{\"account_id\": \"dbid:other\", \"name\": {\"display_name\": \"Other\"}}"})");
+        EXPECT_HRESULT(S_OK, SignIn(sign_in_as_ada + "press Choose user\n" + sign_in_as_ada, user_id));
+        EXPECT_EQ(UserId(), ada);
+        EXPECT_EQ(1, Revocations());
+        m_account.Reset();
+    }
+}
+
+TEST_F(SignInTest, TheQuestionNamesTheAccount) {
+    EXPECT_HRESULT(Qorv::ErrorCanceled, SignIn(sign_in_as_ben + "text belongs to Cleo Example\npress Cancel\n",
+                                               L"dbid:cleo", L"Cleo Example"));
 }
 
 TEST_F(SignInTest, AskedForOnAWorkerItRunsOnTheMainThread) {
