@@ -15,7 +15,7 @@ inline std::atomic<ULONG> g_live_objects{0};
 /// The module's live-object count, for hosts and tests that look for leaks. Every co-class object answers
 /// `QueryInterface` for it with the module's one counter, which is not counted itself: it stays valid until the module
 /// is freed, after the last object too.
-struct ILiveObjects {
+struct ILiveObjects : IUnknown {
     static constexpr IID Id = {0x9ef288ca, 0x8d61, 0x447d, {0xab, 0xe5, 0xcd, 0xae, 0xed, 0x2f, 0x90, 0x35}};
     virtual ULONG STDMETHODCALLTYPE GetCount() noexcept = 0;
 };
@@ -24,6 +24,15 @@ namespace Detail {
 
 class LiveObjects final : public ILiveObjects {
 public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID i_id, void** o_object) noexcept override {
+        if (o_object == nullptr)
+            return E_POINTER;
+        *o_object = i_id == IID_IUnknown || i_id == ILiveObjects::Id ? this : nullptr;
+        return *o_object != nullptr ? S_OK : E_NOINTERFACE;
+    }
+    // It is never deleted.
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
     ULONG STDMETHODCALLTYPE GetCount() noexcept override { return g_live_objects.load(); }
 };
 inline LiveObjects g_live_objects_counter;
