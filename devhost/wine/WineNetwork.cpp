@@ -10,6 +10,7 @@
 #include <array>
 #include <cstring>
 #include <cwchar>
+#include <map>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -41,8 +42,10 @@ void WriteSlot(ULONG_PTR& io_slot, ULONG_PTR i_value) {
 
 /// Lets i_module call i_replacement where it calls the function i_name of i_library, and returns that function. The
 /// import is found by the address that the loader has put into its slot, be it imported by name or by number.
+/// What need not be there is left alone.
 template <typename Function>
-Function* ReplaceImport(HMODULE i_module, const wchar_t* i_library, const char* i_name, Function* i_replacement) {
+Function* ReplaceImport(HMODULE i_module, const wchar_t* i_library, const char* i_name, Function* i_replacement,
+                        bool i_is_required = true) {
     const auto original = reinterpret_cast<ULONG_PTR>(GetProcAddress(GetModuleHandleW(i_library), i_name));
     auto* const image = reinterpret_cast<BYTE*>(i_module);
     const auto* const dos_header = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
@@ -59,7 +62,7 @@ Function* ReplaceImport(HMODULE i_module, const wchar_t* i_library, const char* 
             }
         }
     }
-    if (!found)
+    if (!found && i_is_required)
         throw std::runtime_error(std::string("there is no import of ") + i_name + " to redirect");
     return reinterpret_cast<Function*>(original);
 }
@@ -133,7 +136,13 @@ bool OpenTunnel(SOCKET i_socket, std::string_view i_host, u_short i_port) {
     return ConnectToService(i_socket) && SendAll(i_socket, request) && ReceiveTunnelReply(i_socket);
 }
 
+bool IsCallWanted(SOCKET i_socket);
+
 int WSAAPI ConnectThroughService(SOCKET i_socket, const sockaddr* i_address, int i_length) {
+    if (!IsCallWanted(i_socket)) {
+        WSASetLastError(WSAECONNABORTED);
+        return SOCKET_ERROR;
+    }
     sockaddr_in address{};
     std::memcpy(&address, i_address, std::min(sizeof(address), static_cast<std::size_t>(i_length)));
     const std::size_t host = ntohl(address.sin_addr.s_addr) - first_stand_in;
@@ -178,6 +187,101 @@ void BypassProxy() {
     _wputenv_s(L"no_proxy", (hosts + (old_hosts == nullptr ? L"" : old_hosts)).c_str());
 }
 
+// ---- Requests that are closed by another thread -------------------------------------------------------------------
+
+/// What the threads do with request handles, and the socket that each of them waits for.
+class RunningCalls {
+public:
+    /// The handle's call begins on this thread.
+    void Begin(HINTERNET i_request) {
+        const std::scoped_lock lock(m_mutex);
+        m_calls[GetCurrentThreadId()] = {i_request};
+    }
+    void End() {
+        const std::scoped_lock lock(m_mutex);
+        m_calls.erase(GetCurrentThreadId());
+    }
+
+    /// This thread is about to wait for the socket; false when its request has been closed.
+    bool WaitsFor(SOCKET i_socket) {
+        const std::scoped_lock lock(m_mutex);
+        const auto call = m_calls.find(GetCurrentThreadId());
+        if (call == m_calls.end()) {
+            return true;
+        }
+        call->second.socket = i_socket;
+        return !call->second.is_closed;
+    }
+
+    /// Ends the call that another thread has begun with the handle. That may be about to wait and not do so yet.
+    void Close(HINTERNET i_request) {
+        constexpr int most_attempts = 200; // Milliseconds.
+        for (int attempt = 0; attempt < most_attempts && Interrupt(i_request); ++attempt) {
+            Sleep(1);
+        }
+    }
+
+private:
+    /// Whether the call may still wait. Shutting a socket down does not end the wait for it in Wine; cancelling does.
+    bool Interrupt(HINTERNET i_request) {
+        const std::scoped_lock lock(m_mutex);
+        for (auto& [thread, call] : m_calls) {
+            if (call.request != i_request || thread == GetCurrentThreadId()) {
+                continue;
+            }
+            call.is_closed = true;
+            if (call.socket == INVALID_SOCKET) {
+                return false;
+            }
+            CancelIoEx(reinterpret_cast<HANDLE>(call.socket), nullptr);
+            return true;
+        }
+        return false;
+    }
+
+    struct Call {
+        HINTERNET request = nullptr;
+        SOCKET socket = INVALID_SOCKET;
+        bool is_closed = false;
+    };
+    std::mutex m_mutex;
+    std::map<DWORD, Call> m_calls; ///< By thread.
+};
+
+RunningCalls running_calls;
+
+bool IsCallWanted(SOCKET i_socket) {
+    return running_calls.WaitsFor(i_socket);
+}
+
+class RunningCall {
+public:
+    explicit RunningCall(HINTERNET i_request) { running_calls.Begin(i_request); }
+    ~RunningCall() { running_calls.End(); }
+    RunningCall(const RunningCall&) = delete;
+    RunningCall& operator=(const RunningCall&) = delete;
+};
+
+int WSAAPI ReceiveForCall(SOCKET i_socket, char* o_data, int i_size, int i_flags) {
+    if (!running_calls.WaitsFor(i_socket)) {
+        WSASetLastError(WSAECONNABORTED);
+        return SOCKET_ERROR;
+    }
+    const int received = recv(i_socket, o_data, i_size, i_flags);
+    running_calls.WaitsFor(INVALID_SOCKET);
+    return received;
+}
+
+int WSAAPI SendForCall(SOCKET i_socket, const char* i_data, int i_size, int i_flags) {
+    if (!running_calls.WaitsFor(i_socket)) {
+        WSASetLastError(WSAECONNABORTED);
+        return SOCKET_ERROR;
+    }
+    const int sent = send(i_socket, i_data, i_size, i_flags);
+    running_calls.WaitsFor(INVALID_SOCKET);
+    return sent;
+}
+
 // ---- Streamed uploads ---------------------------------------------------------------------------------------------
 
 /// The requests that HttpSendRequestExW has begun and that were neither ended nor closed yet.
@@ -205,9 +309,29 @@ OpenUploads open_uploads;
 decltype(&HttpSendRequestExW) wininet_begin = nullptr;
 decltype(&HttpEndRequestW) wininet_end = nullptr;
 decltype(&InternetCloseHandle) wininet_close = nullptr;
+decltype(&HttpSendRequestW) wininet_send = nullptr;
+decltype(&InternetReadFile) wininet_read = nullptr;
+decltype(&InternetWriteFile) wininet_write = nullptr;
+
+BOOL WINAPI SendCall(HINTERNET i_request, LPCWSTR i_headers, DWORD i_headers_length, LPVOID i_body,
+                     DWORD i_body_length) {
+    const RunningCall call(i_request);
+    return wininet_send(i_request, i_headers, i_headers_length, i_body, i_body_length);
+}
+
+BOOL WINAPI ReadCall(HINTERNET i_request, LPVOID o_data, DWORD i_size, LPDWORD o_read) {
+    const RunningCall call(i_request);
+    return wininet_read(i_request, o_data, i_size, o_read);
+}
+
+BOOL WINAPI WriteCall(HINTERNET i_request, LPCVOID i_data, DWORD i_size, LPDWORD o_written) {
+    const RunningCall call(i_request);
+    return wininet_write(i_request, i_data, i_size, o_written);
+}
 
 BOOL WINAPI BeginUpload(HINTERNET i_request, LPINTERNET_BUFFERSW i_buffers, LPINTERNET_BUFFERSW o_buffers,
                         DWORD i_flags, DWORD_PTR i_context) {
+    const RunningCall call(i_request);
     const BOOL begun = wininet_begin(i_request, i_buffers, o_buffers, i_flags, i_context);
     if (begun)
         open_uploads.Add(i_request);
@@ -216,12 +340,16 @@ BOOL WINAPI BeginUpload(HINTERNET i_request, LPINTERNET_BUFFERSW i_buffers, LPIN
 
 BOOL WINAPI EndUpload(HINTERNET i_request, LPINTERNET_BUFFERSW o_buffers, DWORD i_flags, DWORD_PTR i_context) {
     open_uploads.Remove(i_request);
+    const RunningCall call(i_request);
     return wininet_end(i_request, o_buffers, i_flags, i_context);
 }
 
 /// Wine puts the connection of an upload that is closed half-way back into its pool, and the next request's bytes
 /// would complete that upload. Ending it first, with no time to wait for the reply, makes Wine drop the connection.
-BOOL WINAPI CloseUpload(HINTERNET i_handle) {
+///
+/// A call that hangs in another thread goes on after its handle was closed: only its socket can end it.
+BOOL WINAPI CloseRequest(HINTERNET i_handle) {
+    running_calls.Close(i_handle);
     if (open_uploads.Remove(i_handle)) {
         DWORD milliseconds = 1;
         InternetSetOptionW(i_handle, INTERNET_OPTION_RECEIVE_TIMEOUT, &milliseconds, sizeof(milliseconds));
@@ -249,6 +377,8 @@ void RedirectWinInet() {
     const HMODULE wininet = GetModuleHandleW(L"wininet.dll");
     ReplaceImport(wininet, L"ws2_32.dll", "GetAddrInfoW", &GetStandInAddrInfo);
     ReplaceImport(wininet, L"ws2_32.dll", "connect", &ConnectThroughService);
+    ReplaceImport(wininet, L"ws2_32.dll", "recv", &ReceiveForCall);
+    ReplaceImport(wininet, L"ws2_32.dll", "send", &SendForCall);
 }
 
 void RedirectModuleImports(HMODULE i_module) {
@@ -256,7 +386,10 @@ void RedirectModuleImports(HMODULE i_module) {
         return;
     wininet_begin = ReplaceImport(i_module, L"wininet.dll", "HttpSendRequestExW", &BeginUpload);
     wininet_end = ReplaceImport(i_module, L"wininet.dll", "HttpEndRequestW", &EndUpload);
-    wininet_close = ReplaceImport(i_module, L"wininet.dll", "InternetCloseHandle", &CloseUpload);
+    wininet_close = ReplaceImport(i_module, L"wininet.dll", "InternetCloseHandle", &CloseRequest);
+    wininet_send = ReplaceImport(i_module, L"wininet.dll", "HttpSendRequestW", &SendCall, false);
+    wininet_read = ReplaceImport(i_module, L"wininet.dll", "InternetReadFile", &ReadCall, false);
+    wininet_write = ReplaceImport(i_module, L"wininet.dll", "InternetWriteFile", &WriteCall, false);
 }
 
 } // namespace DevHost

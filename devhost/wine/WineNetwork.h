@@ -17,8 +17,9 @@ bool IsWine();
 void RedirectWinInet();
 
 /// Makes it safe under Wine to close a streamed upload (HttpSendRequestExW, InternetWriteFile, HttpEndRequestW) before
-/// its end. The three imports of the module that this takes are redirected, and must be there. To be called once for a
-/// module, before its first request; several threads may upload at a time.
+/// its end, and lets the close of a request's handle end a call that hangs in another thread, as it does on Windows. The
+/// imports of the module that this takes are redirected; those of streamed uploads and InternetCloseHandle must be
+/// there. To be called once for a module, before its first request and behind `RedirectWinInet`.
 void RedirectModuleImports(HMODULE i_module);
 
 } // namespace DevHost

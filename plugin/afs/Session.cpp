@@ -6,6 +6,7 @@
 #include "core/host/HostServices.h"
 #include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
+#include "core/host/StopSignal.h"
 #include "core/host/ThreadSafeCall.h"
 #include "core/trace/Check.h"
 #include "core/trace/Text.h"
@@ -40,14 +41,19 @@ std::wstring WithoutPercentEscapes(const std::wstring& i_text) {
     return FromUtf8(bytes);
 }
 
-/// The sign-in's dialog, which belongs to the main thread.
+/// The sign-in's dialog, which belongs to the main thread. By the time that it has its turn, nobody may wait for it.
 HRESULT SignIn(Qorv::IQorv_Inst* i_host, const std::wstring& i_client_id, std::wstring& o_token,
                std::wstring& o_user_id) {
     TRACE_FUNCTION();
     HRESULT result = E_UNEXPECTED;
     std::wstring header;
-    CHECK_HRESULT(
-        CallThreadSafe(i_host, [&] { result = AuthenticateDropboxOAuth2(i_host, i_client_id, header, o_user_id); }));
+    const auto signal = StopSignal::OfThread();
+    CHECK_HRESULT(CallThreadSafe(i_host, [&] {
+        if (signal != nullptr && signal->IsStopped())
+            result = Qorv::ErrorCanceled;
+        else
+            result = AuthenticateDropboxOAuth2(i_host, i_client_id, header, o_user_id);
+    }));
     CHECK_HRESULT(result);
     o_token = BareToken(header);
     return TRACE_RESULT(S_OK);

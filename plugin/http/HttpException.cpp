@@ -2,6 +2,7 @@
 
 #include "core/trace/ErrorText.h"
 #include "core/trace/Trace.h"
+#include "http/RequestHandle.h"
 #include "http/ServiceWords.h"
 
 // Like all that exceptions are made of this is not traced, but for the query of the status text.
@@ -45,7 +46,9 @@ DWORD HttpStatusCode(HINTERNET i_request) noexcept {
 }
 
 HResultException NoStatusException() {
-    const HResultException exception = LastErrorException();
+    const HResultException exception = Http::RequestFailure();
+    if (exception.m_hresult == Qorv::ErrorCanceled)
+        return exception;
     return {exception.Message(), exception.m_hresult, {.words = connection_broke}};
 }
 

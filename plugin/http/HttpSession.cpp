@@ -4,6 +4,7 @@
 #include "core/trace/Secret.h"
 #include "http/FailedReply.h"
 #include "http/HttpException.h"
+#include "http/InternetHandle.h"
 #include "http/RequestUri.h"
 
 #include <shlwapi.h>
@@ -16,6 +17,8 @@
 #include <vector>
 
 namespace {
+
+using Http::RequestFailure;
 
 constexpr wchar_t user_agent[] = L"Quillan HttpSession";
 constexpr std::wstring_view https_prefix = L"https://";
@@ -34,7 +37,7 @@ std::wstring AuthorizationValue(const std::wstring& i_header_lines) {
 DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* body, std::size_t body_size) {
     TRACE_FUNCTION();
     CHECK_THROW(HttpSendRequestW(request_handle, headers, -1, LPVOID(body), static_cast<DWORD>(body_size)),
-                LastErrorException());
+                RequestFailure());
     DWORD status = 0;
     DWORD status_size = sizeof status;
     CHECK_THROW(
@@ -55,7 +58,7 @@ void SkipBody(HINTERNET request_handle) {
     char piece[1024];
     DWORD size = 0;
     do {
-        CHECK_THROW(InternetReadFile(request_handle, piece, sizeof piece, &size), LastErrorException());
+        CHECK_THROW(InternetReadFile(request_handle, piece, sizeof piece, &size), RequestFailure());
     } while (size != 0);
 }
 
@@ -63,7 +66,7 @@ void SetOption(HINTERNET i_request, DWORD i_option, const std::wstring& i_value)
     TRACE_FUNCTION();
     const auto length = static_cast<DWORD>(i_value.size() + 1);
     CHECK_THROW(InternetSetOptionW(i_request, i_option, const_cast<wchar_t*>(i_value.c_str()), length),
-                LastErrorException());
+                RequestFailure());
 }
 
 } // namespace
@@ -159,15 +162,16 @@ DWORD Session::RequestFlags() const {
 Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types, const wchar_t* extra_headers,
                               const char* body) {
     TRACE_FUNCTION();
+    CheckIsWanted();
     const std::size_t body_size = body != nullptr ? std::strlen(body) : 0;
     Response response;
-    response.m_impl->handle = InternetHandle(
+    response.m_impl->handle = RequestHandle(
         HttpOpenRequestW(m_impl->connect_handle, L"POST", path, nullptr, nullptr, accept_types, RequestFlags(), 0));
-    CHECK_THROW(response.m_impl->handle != nullptr, LastErrorException());
+    CHECK_THROW(response.m_impl->handle != nullptr, RequestFailure());
     if (body_size == 0)
         CHECK_THROW(HttpAddRequestHeadersW(response.m_impl->handle, L"content-length:0", -1,
                                            HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
-                    LastErrorException());
+                    RequestFailure());
 
     Attempts attempts;
     DWORD status = 0;
@@ -178,6 +182,7 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
     } while (AnswerChallenge(response, status, attempts));
 
     const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : std::wstring();
+    CheckIsWanted(); // The reading of a failed reply may have been stopped.
     CHECK_THROW(200 <= status && status < 400, HttpException(response.m_impl->handle, {}, error_summary));
     response.m_impl->status = static_cast<std::uint16_t>(status);
     return response;
@@ -228,20 +233,21 @@ bool Session::AnswerOAuth(const Response& i_response, const std::wstring& i_chal
 
 Request Session::CreateRequest(const std::wstring& headers, std::uint64_t content_size) {
     TRACE_FUNCTION();
+    CheckIsWanted();
     const wchar_t* accept_types[] = {L"*/*", nullptr};
     Request request;
-    request.m_impl->handle = InternetHandle(HttpOpenRequestW(m_impl->connect_handle, L"POST", L"2/files/upload", nullptr,
+    request.m_impl->handle = RequestHandle(HttpOpenRequestW(m_impl->connect_handle, L"POST", L"2/files/upload", nullptr,
                                                             nullptr, accept_types, RequestFlags(), 0));
-    CHECK_THROW(request.m_impl->handle != nullptr, LastErrorException());
+    CHECK_THROW(request.m_impl->handle != nullptr, RequestFailure());
     const std::wstring all_headers = AuthorizationHeader() + headers;
     CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, all_headers.c_str(), -1,
                                        HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
-                LastErrorException());
+                RequestFailure());
     const std::wstring length = L"content-length:" + std::to_wstring(content_size);
     CHECK_THROW(HttpAddRequestHeadersW(request.m_impl->handle, length.c_str(), -1,
                                        HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE),
-                LastErrorException());
-    CHECK_THROW(HttpSendRequestExW(request.m_impl->handle, nullptr, nullptr, 0, 0), LastErrorException());
+                RequestFailure());
+    CHECK_THROW(HttpSendRequestExW(request.m_impl->handle, nullptr, nullptr, 0, 0), RequestFailure());
     return request;
 }
 

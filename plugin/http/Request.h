@@ -1,6 +1,6 @@
 #pragma once
 
-#include "http/InternetHandle.h"
+#include "http/RequestHandle.h"
 #include "http/Response.h"
 
 #include <cstdint>
@@ -25,7 +25,7 @@ private:
     friend class Session;
 
     struct Impl {
-        InternetHandle handle;
+        RequestHandle handle;
     };
     std::shared_ptr<Impl> m_impl;
 };

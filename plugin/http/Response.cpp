@@ -34,8 +34,7 @@ std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
         m_impl->length = Length();
 
     DWORD read_size = 0;
-    CHECK_THROW(InternetReadFile(m_impl->handle, buffer, static_cast<DWORD>(max_size), &read_size),
-                LastErrorException());
+    CHECK_THROW(InternetReadFile(m_impl->handle, buffer, static_cast<DWORD>(max_size), &read_size), RequestFailure());
     m_impl->received += read_size;
     CheckLength(read_size == 0);
     return read_size;
@@ -75,7 +74,7 @@ std::vector<std::wstring> Response::GetHeaders(const std::wstring& name) const {
             continue;
         }
         if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
-            CHECK_THROW(GetLastError() == ERROR_HTTP_HEADER_NOT_FOUND, LastErrorException());
+            CHECK_THROW(GetLastError() == ERROR_HTTP_HEADER_NOT_FOUND, RequestFailure());
             return values;
         }
         Buffer new_buffer(static_cast<wchar_t*>(std::malloc(size)));
@@ -90,9 +89,9 @@ std::wstring Response::GetHeaders() const {
     DWORD size = 0; // In bytes.
     SetLastError(ERROR_SUCCESS);
     HttpQueryInfoW(Handle(), HTTP_QUERY_RAW_HEADERS, nullptr, &size, nullptr);
-    CHECK_THROW(GetLastError() == 0 || GetLastError() == ERROR_INSUFFICIENT_BUFFER, LastErrorException());
+    CHECK_THROW(GetLastError() == 0 || GetLastError() == ERROR_INSUFFICIENT_BUFFER, RequestFailure());
     std::wstring headers(size / sizeof(wchar_t), L'\0');
-    CHECK_THROW(HttpQueryInfoW(Handle(), HTTP_QUERY_RAW_HEADERS, headers.data(), &size, nullptr), LastErrorException());
+    CHECK_THROW(HttpQueryInfoW(Handle(), HTTP_QUERY_RAW_HEADERS, headers.data(), &size, nullptr), RequestFailure());
     headers.resize(size / sizeof(wchar_t));
     return headers;
 }

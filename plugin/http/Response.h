@@ -1,6 +1,6 @@
 #pragma once
 
-#include "http/InternetHandle.h"
+#include "http/RequestHandle.h"
 
 #include <cstdint>
 #include <memory>
@@ -38,7 +38,7 @@ private:
     friend class Session;
 
     struct Impl {
-        InternetHandle handle;
+        RequestHandle handle;
         std::uint16_t status = 0;            ///< Of a success.
         std::optional<std::uint64_t> length; ///< Of the body, when announced. Known from the first read on.
         std::uint64_t received = 0;

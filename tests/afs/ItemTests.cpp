@@ -1,8 +1,10 @@
 #include "AfsTest.h"
 
+#include "core/host/StopSignal.h"
 #include "qorv/Afs.h"
 
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -147,6 +149,30 @@ TEST_F(ItemTest, ARecordWithoutAPathKeepsThePathThatWasAskedFor) {
     ComPtr<IAFS_Name> child;
     EXPECT_HRESULT(S_OK, item->get_Name(&child));
     EXPECT_EQ(Location(L"/New/Docs"), TextOf(child));
+}
+
+// A dialog that closed waits for nothing.
+TEST_F(ItemTest, AStoppedListingEnds) {
+    for (const char* const name : {"/a", "/b", "/c"})
+        Tests::WriteBytes(Tests::Service::LocalPath(std::wstring(name, name + 2)), "x");
+    Tests::Service::SetPaging(R"({"size": 1})");
+    Tests::Service::AddFault(R"({"path": "2/files/list_folder/continue", "delay_ms": 20000, "real": true})");
+    const auto signal = std::make_shared<StopSignal>();
+    HRESULT result = S_OK;
+    std::thread worker([&] {
+        const StopScope scope(signal);
+        ComPtr<Qorv::IAFS_EnumFolder> children;
+        result = m_file_system->EnumFolder(m_root, nullptr, nullptr, &children);
+    });
+    while (Calls("files/list_folder") == 0)
+        Sleep(10);
+    Sleep(100);
+    const ULONGLONG stopped_at = GetTickCount64();
+    signal->Stop();
+    worker.join();
+    EXPECT_LT(GetTickCount64() - stopped_at, 2000U);
+    EXPECT_HRESULT(Qorv::ErrorCanceled, result);
+    Tests::Service::SetPaging("{}");
 }
 
 TEST_F(ItemTest, RenameAndDeleteTakeFoldersToo) {
