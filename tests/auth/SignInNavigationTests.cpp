@@ -1,11 +1,8 @@
 #include "auth/SignInNavigation.h"
-#include "support/Environments.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 
 namespace {
-
-const auto* const log_environment = testing::AddGlobalTestEnvironment(new Tests::LogEnvironment);
 
 constexpr wchar_t authorize_page[] =
     L"https://www.dropbox.com/oauth2/authorize?response_type=token&client_id=app-key&redirect_uri="

@@ -4,7 +4,6 @@
 #include "support/Log.h"
 #include "support/OnceInUse.h"
 #include "support/Outcome.h"
-#include "wine/WineNetwork.h"
 
 #include <exdisp.h>
 
@@ -13,14 +12,6 @@
 using Qorv::ComPtr;
 
 namespace {
-
-/// The browser begins with a page of the service: no test may ask the public one for it.
-class LocalService final : public testing::Environment {
-public:
-    void SetUp() override { DevHost::RedirectWinInet(); }
-};
-
-const auto* const local_service = testing::AddGlobalTestEnvironment(new LocalService);
 
 int WindowsOfThread() {
     int count = 0;
