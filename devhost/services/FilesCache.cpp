@@ -122,6 +122,7 @@ HRESULT STDMETHODCALLTYPE FilesCache::CheckForReopenFile(Qorv::IAFS_File* i_file
 HRESULT STDMETHODCALLTYPE FilesCache::CloseCache(Qorv::IAFS_File* i_file, Qorv::IAFS_FileCache* i_cache,
                                                  Qorv::IQorv_ErrorDetails* o_details,
                                                  Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept {
+    const Qorv::ComPtr<Qorv::IAFS_File> keep_file(i_file); // As any host may, also for a file that is just going.
     return Answer(o_details, [&] {
         const Entry entry = FindOpenedBy(i_file);
         if (entry == nullptr || entry != i_cache)

@@ -101,6 +101,10 @@ TEST_F(FileTest, ReadsAndWritesGoOnWhereTheyEnded) {
     Tests::WriteAll(file, "new");
     EXPECT_HRESULT(S_OK, file->GetPos(&position));
     EXPECT_EQ(53U, position);
+    EXPECT_HRESULT(S_OK, file->SetPos(-53, Qorv::AFS_Origin_Current)) << "exactly to the beginning";
+    EXPECT_HRESULT(S_OK, file->GetPos(&position));
+    EXPECT_EQ(0U, position);
+    EXPECT_HRESULT(S_OK, file->SetPos(53, Qorv::AFS_Origin_Current));
 
     EXPECT_HRESULT(E_INVALIDARG, file->SetPos(-54, Qorv::AFS_Origin_Current)) << "before the beginning";
     EXPECT_HRESULT(E_FAIL, file->SetPos(0, 3));
@@ -210,6 +214,7 @@ TEST_F(FileTest, ABoundNameIsAskedForAnewBeforeItsSizeIsTaken) {
     Put(L"/a", "much longer by now");
     ComPtr<IAFS_File> file;
     EXPECT_HRESULT(S_OK, Open(name, read | open_existing, file));
+    EXPECT_EQ(18U, SizeOf(file)) << "before anything is read";
     EXPECT_EQ("much longer by now", Tests::ReadAll(file));
     Close(file);
 

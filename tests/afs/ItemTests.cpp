@@ -151,6 +151,22 @@ TEST_F(ItemTest, ARecordWithoutAPathKeepsThePathThatWasAskedFor) {
     EXPECT_EQ(Location(L"/New/Docs"), TextOf(child));
 }
 
+TEST_F(ItemTest, ATargetThatCannotBeSentIsRefusedHere) {
+    Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
+    const auto name = NameOf(L"/a");
+    Qorv::OwnObject<Name>(name)->BindObject();
+    Tests::Service::ClearRequests();
+    for (const wchar_t* const path : {L"/b\n", L"/\xD83D", L"/b\",\"to_path\": \"/c"}) {
+        const auto target = NameOf(path);
+        const HRESULT invalid_name = HRESULT_FROM_WIN32(ERROR_INVALID_NAME);
+        EXPECT_HRESULT(invalid_name, m_file_system->Move(name, target, nullptr, nullptr)) << path;
+        EXPECT_HRESULT(invalid_name, m_file_system->Copy(name, target, nullptr, nullptr)) << path;
+        EXPECT_HRESULT(invalid_name, m_file_system->Rename(name, target, nullptr, nullptr)) << path;
+    }
+    EXPECT_TRUE(Tests::Service::Requests().empty());
+    EXPECT_EQ(Location(L"/a"), TextOf(name));
+}
+
 // A dialog that closed waits for nothing.
 TEST_F(ItemTest, AStoppedListingEnds) {
     for (const char* const name : {"/a", "/b", "/c"})

@@ -162,6 +162,8 @@ TEST_F(HostTest, AFailedSecretLeavesTheField) {
 
     ASSERT_HRESULT_SUCCEEDED(m_plugin->Setup(m_host)); // The plug-in has no key.
     EXPECT_HRESULT(E_POINTER, CabEncryptor::SaveEncryptedString(m_plugin, cab, L"Token", L"x"));
+    EXPECT_HRESULT(E_POINTER, CabEncryptor::LoadEncryptedString(m_plugin, cab, L"Token", loaded));
+    EXPECT_EQ(loaded.View(), L"untouched") << "only what the host calls unencrypted is in clear";
     EXPECT_EQ(cab->MemberText(L"Token"), L"before");
 
     SetUpWithKey();

@@ -3,11 +3,13 @@
 #include "afs/FileSystem.h"
 #include "core/EventsHandler.h"
 #include "core/Plugin.h"
+#include "core/host/ThreadSafeCall.h"
 #include "host/MainInstance.h"
 #include "qorv/Values.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/TemporaryFolder.h"
+#include "ui/dialog/OpenSaveDialog.h"
 
 #include <algorithm>
 #include <functional>
@@ -51,11 +53,14 @@ public:
     }
     HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
                                                   DWORD i_wait) noexcept override {
+        m_wait = i_wait;
         return m_host->ExecuteOnMainThread(i_callback, i_wait);
     }
     HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override {
         return m_host->get_MainFrameWnd(o_window);
     }
+
+    DWORD m_wait = 0; ///< What the last call for the main thread asked for.
 
 private:
     bool Fails(const wchar_t* i_call) const { return m_failing == i_call; }
@@ -175,6 +180,27 @@ TEST_F(PluginTest, LivesAndIsUnloaded) {
     EXPECT_EQ(m_plugin->m_events_handler, nullptr);
     EXPECT_NE(m_plugin->m_icon, nullptr) << "the host may still show it";
     EXPECT_HRESULT(S_OK, m_plugin->Unload()) << "a second time";
+}
+
+TEST_F(PluginTest, UnloadStopsTheEventHandler) {
+    EXPECT_HRESULT(S_OK, m_plugin->Setup(m_host));
+    EXPECT_HRESULT(S_OK, m_plugin->RegisterExts());
+    EXPECT_HRESULT(S_OK, m_plugin->Init());
+    const ComPtr<EventsHandler> handler = m_plugin->m_events_handler;
+    EXPECT_NE(handler->GetDialog(), nullptr);
+    EXPECT_HRESULT(S_OK, m_plugin->Unload());
+    EXPECT_EQ(handler->GetDialog(), nullptr);
+    ULONG event = 0;
+    EXPECT_HRESULT(S_OK, m_host->StringToID(L"e.mainView.customizeCmdBars", VARIANT_FALSE, &event));
+    ComPtr<Qorv::IQorv_EventServer> events;
+    EXPECT_HRESULT(S_OK, m_host->get_EventServer(&events));
+    EXPECT_HRESULT(E_INVALIDARG, events->UnregisterNativeEventHandler(event, handler)) << "it hears of events still";
+}
+
+TEST_F(PluginTest, WaitsForTheMainThreadWithoutLimit) {
+    const auto host = Qorv::Create<FailingHost>(m_host, L"");
+    EXPECT_HRESULT(S_OK, CallThreadSafe(host, [] {}));
+    EXPECT_EQ(host->m_wait, INFINITE) << "a person may take hours for a question";
 }
 
 TEST_F(PluginTest, IsUnloadedAfterAnyStepThatFailed) {

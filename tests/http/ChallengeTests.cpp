@@ -108,6 +108,38 @@ TEST_F(ChallengeTest, ThrowsWithoutChallengeOrCredentials) {
     }
 }
 
+TEST_F(ChallengeTest, GivesCredentialsToNobodyElse) {
+    struct {
+        const char* name;
+        unsigned status;
+        Http::Credentials server, proxy;
+    } const rows[] = {{"the server's to the proxy", 407, {L"ada", L"secret"}, {}},
+                      {"the proxy's to the server", 401, {}, {L"proxy", L"hidden"}}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Challenge(row.status,
+                  R"(["WWW-Authenticate", "Basic realm=\"x\""], ["Proxy-Authenticate", "Basic realm=\"x\""])", 0);
+        auto session = Open(L"" DROPBOX_API_HOST, row.server, row.proxy);
+        session.SetAuthorizationHeader(Service::AuthorizationHeader());
+        const LogCapture log;
+        EXPECT_EQ(OutcomeOf([&] { Send(session); }).status, row.status);
+        EXPECT_EQ(Count(log.Messages(), "`anonymous-namespace'::SendRequest-->"), 1u);
+        Service::ClearFaults();
+    }
+
+    // A redirect leads to another host, for which there are none.
+    Service::AddFault(R"({"path": "2/test", "status": 302, "headers": {"Location": "https://)" DROPBOX_CONTENT_HOST
+                      R"(/2/elsewhere"}})");
+    Service::AddFault(R"({"path": "2/elsewhere", "status": 401, "times": 0,
+                          "headers": {"WWW-Authenticate": "Basic realm=\"x\""}})");
+    auto session = Open(L"" DROPBOX_API_HOST, {L"ada", L"secret"}, {});
+    session.SetAuthorizationHeader(Service::AuthorizationHeader());
+    const LogCapture log;
+    EXPECT_EQ(OutcomeOf([&] { Send(session); }).status, 401u);
+    EXPECT_EQ(Count(log.Messages(), "`anonymous-namespace'::SendRequest-->"), 1u);
+    EXPECT_EQ(Service::Requests().back().host, DROPBOX_CONTENT_HOST) << "the bed of this test";
+}
+
 TEST_F(ChallengeTest, AnswersOnceWithCredentials) {
     // WinINet keeps credentials for a host: this is the only test of this host.
     auto session = Open(L"" DROPBOX_WEB_HOST, {L"ada", L"secret"}, {L"proxy", L"hidden"});

@@ -58,6 +58,7 @@ TEST_F(RequestTest, SendsHeadersInOrder) {
         EXPECT_EQ(request.host, DROPBOX_API_HOST);
         EXPECT_EQ(request.Field("Host"), DROPBOX_API_HOST);
         EXPECT_EQ(request.Field("User-Agent"), "Quillan HttpSession");
+        EXPECT_EQ(request.Field("Connection"), "Keep-Alive");
         EXPECT_EQ(request.Field("Accept"), ToUtf8(row.accept));
         EXPECT_EQ(request.Field("Content-Length"), row.content_length);
         EXPECT_NE(request.fields.find(AuthorizationField() + row.extra_fields), std::string::npos) << request.fields;
