@@ -191,8 +191,9 @@ struct IAFS_FilesCache : IUnknown {
                                                      VARIANT_BOOL i_close) = 0;
     /// Whether an open file may go on with other flags.
     virtual HRESULT STDMETHODCALLTYPE CheckForReopenFile(IAFS_File* i_file, ULONG i_new_flags) = 0;
-    /// An open file lets go of its entry; with its last file a changed entry is uploaded. Failed: the entry's bytes are
-    /// kept and the message says where; the file is closed all the same.
+    /// An open file lets go of its entry; with its last file a changed entry is uploaded, unless the flag is set. Failed,
+    /// or not uploaded: the entry's bytes are kept for the next flush and the message says where; the file is closed all
+    /// the same.
     virtual HRESULT STDMETHODCALLTYPE CloseCache(IAFS_File* i_file, IAFS_FileCache* i_cache,
                                                  IQorv_ErrorDetails* o_details, IQorv_CancelFlag* i_cancel_flag) = 0;
 };

@@ -230,6 +230,7 @@ TEST_F(ItemTest, AFailureBehindAMoveSaysThatItMoved) {
     EXPECT_HRESULT(E_FAIL, m_file_system->Move(name, NameOf(L"/b"), m_details, nullptr));
     EXPECT_TRUE(m_details->Text().starts_with(L"The item was moved, ")) << ToUtf8(m_details->Text());
     EXPECT_TRUE(m_details->Text().ends_with(L" (path/locked/.)")) << ToUtf8(m_details->Text());
+    EXPECT_EQ(Location(L"/b"), TextOf(name));
     EXPECT_EQ("bytes", Tests::ReadBytes(Tests::Service::LocalPath(L"/b")));
 }
 
