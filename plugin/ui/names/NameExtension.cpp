@@ -27,8 +27,10 @@ std::optional<std::wstring_view> FindExtension(std::wstring_view i_name) {
     if (i_name.empty())
         return std::nullopt;
     const std::wstring text = LookupText(i_name);
-    const std::size_t length = std::wcslen(PathFindExtensionW(text.c_str()));
-    return i_name.substr(i_name.size() - length);
+    const wchar_t* const found = PathFindExtensionW(text.c_str());
+    // To the name's end, not to a NUL within it.
+    const std::ptrdiff_t length = *found == L'.' ? text.c_str() + text.size() - found : 0;
+    return i_name.substr(i_name.size() - static_cast<std::size_t>(length));
 }
 
 std::wstring_view WithoutDot(std::wstring_view i_extension) noexcept {
