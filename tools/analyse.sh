@@ -91,7 +91,7 @@ WriteBatches() {
 }
 
 # Whether the native build compiles the source; the others are part of the Windows build.
-IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == native-* ]]; }
+IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == tests/storm/* || $1 == native-* ]]; }
 
 # The file that stands for all that the analysis of a source depends on.
 Fingerprint() { printf '%s/%s' "$analysis_folder" "${1//\//+}"; }
