@@ -102,6 +102,7 @@ DetachFromHome() {
 KeepWineServer() {
     Locked wine StartWineServer
     SetWindowFrames
+    EndCrashesAtOnce
 }
 
 StartWineServer() {
@@ -118,6 +119,14 @@ SetWindowFrames() {
     RunDetached "$(WineProgram)" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f ||
         Fail "Wine's registry could not be written"
     echo "$managed" >"$WINEPREFIX/.managed"
+}
+
+# A program that crashes ends at once. Wine's debugger, which looks at it first, takes minutes and often hangs.
+EndCrashesAtOnce() {
+    [[ ! -e $WINEPREFIX/.no-debugger ]] || return 0
+    RunDetached "$(WineProgram)" reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d none /f ||
+        Fail "Wine's registry could not be written"
+    touch "$WINEPREFIX/.no-debugger"
 }
 
 # SetScale PERCENT: how large programs that are started from now on draw; 100 is the usual size.
