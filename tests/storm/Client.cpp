@@ -91,8 +91,16 @@ void Client::CheckFigures() {
 }
 
 void Client::End() {
-    if (const auto host = std::move(m_host))
-        host->End();
+    if (const auto host = std::move(m_host)) {
+        const auto begin = Clock::now();
+        try {
+            host->End();
+        } catch (const RuleBroken& error) {
+            throw RuleBroken(m_setting.name + ", at the end of its process: " + error.what());
+        }
+        const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+        Note("== the process ended after " + std::to_string(time.count()) + " ms\n");
+    }
     m_batches_of_process = 0;
 }
 

@@ -198,7 +198,8 @@ void Client::Edit() {
 }
 
 void Client::Get() {
-    const std::string path = PickPath();
+    const auto file_there = PickFile();
+    const std::string path = file_there && !m_dice.OneIn(5) ? *file_there : PickPath();
     const fs::path file = NewLocalFile();
     const Content before = m_dice.OneIn(2) ? MakeContent("what was here before") : nullptr;
     if (before != nullptr)

@@ -83,7 +83,7 @@ FaultPlan DrawFault(Dice& io_dice, std::string_view i_target) {
     plan.is_reset = io_dice.OneIn(2);
     plan.is_chunked = io_dice.OneIn(2);
     plan.piece_size = static_cast<std::size_t>(1 + io_dice.Below(io_dice.OneIn(2) ? 20 : 5'000));
-    plan.pause = milliseconds(1 + io_dice.Below(io_dice.OneIn(10) ? 700 : 60));
+    plan.pause = milliseconds(1 + io_dice.Below(io_dice.OneIn(10) ? 300 : 40));
     return plan;
 }
 

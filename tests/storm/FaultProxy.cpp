@@ -263,7 +263,7 @@ private:
 
     /// A few pieces with pauses, the rest at once: no reply takes longer than a client is ready to wait.
     static void Drip(TlsStream& io_client, std::string_view i_bytes, const FaultPlan& i_plan) {
-        constexpr int most_drips = 12;
+        constexpr int most_drips = 8;
         for (int drips = 0; drips < most_drips && i_plan.piece_size < i_bytes.size(); ++drips) {
             Write(io_client, i_bytes.substr(0, i_plan.piece_size));
             i_bytes.remove_prefix(i_plan.piece_size);

@@ -32,9 +32,8 @@ void KeptBytes::OnNotes(const Answer& i_answer, const std::string& i_document) {
         const Content content = ReadContent(copy);
         if (content == nullptr)
             throw RuleBroken("the copy is not there: " + line);
-        std::erase_if(m_kept, [&](const auto& i_kept) {
-            return i_kept.second.document == i_document && AreEqual(i_kept.second.content, content) &&
-                   !fs::exists(i_kept.first);
+        std::erase_if(m_kept, [&](const auto& i_kept) { // A rename may have taken them along.
+            return AreEqual(i_kept.second.content, content) && !fs::exists(i_kept.first);
         });
         m_kept[copy] = {i_document, content};
     }
@@ -42,8 +41,7 @@ void KeptBytes::OnNotes(const Answer& i_answer, const std::string& i_document) {
 
 bool KeptBytes::TakeUp(const std::string& i_document, const Content& i_seen) {
     const auto taken = std::erase_if(m_kept, [&](const auto& i_kept) {
-        return i_kept.second.document == i_document && AreEqual(i_kept.second.content, i_seen) &&
-               !AreEqual(ReadContent(i_kept.first), i_seen);
+        return AreEqual(i_kept.second.content, i_seen) && !AreEqual(ReadContent(i_kept.first), i_seen);
     });
     const auto [begin, end] = m_interrupted.equal_range(i_document);
     const bool is_part = i_seen != nullptr &&

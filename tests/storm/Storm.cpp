@@ -104,8 +104,8 @@ public:
         WriteTree(m_account / "Both", {{"Minutes.txt", first}});
         m_shared.Begin(first);
         for (std::size_t i = 0; i < m_clients.size(); ++i) {
-            constexpr std::uint64_t batches_a_host = 10;
-            const bool is_lasting = i == 0 || i_number / batches_a_host % 2 == 0;
+            constexpr std::uint64_t single_hosts_every = 6;
+            const bool is_lasting = i == 0 || i_number % single_hosts_every != 0;
             m_clients[i]->Begin((m_options.seed * batches_a_seed + i_number) * m_clients.size() + i, is_lasting);
         }
         ForAll([](Client& io_client) { io_client.Work(); });
