@@ -78,7 +78,7 @@ WriteBatches() {
             key = group of[root $0]
             if (!(key in batch)) {
                 split(group, parts, "/")
-                name = group ~ /^(tests\/)?devservice\// ? "native" : "windows"
+                name = group ~ /^((tests\/)?devservice|tests\/storm)\// ? "native" : "windows"
                 batch[key] = folder "/" parts[1] "/" name "-" ++count
                 options[key] = of[root $0]
                 size[key] = 0
