@@ -56,8 +56,10 @@ void KeptBytes::FindAgain(const std::string& i_document, const Content& i_writte
         if (entry.is_regular_file())
             files.push_back(entry.path());
     const std::map<fs::path, Kept> before = m_kept;
-    for (const auto& [path, kept] : before) {
-        if (kept.document != i_document || AreEqual(ReadContent(path), kept.content))
+    for (const auto& entry : before) {
+        const auto& path = entry.first;
+        const Kept& kept = entry.second;
+        if (AreEqual(ReadContent(path), kept.content)) // Of other documents too: a move may have taken them along.
             continue;
         const auto found = std::ranges::find_if(
             files, [&](const fs::path& i_file) { return AreEqual(ReadContent(i_file), kept.content); });
