@@ -24,7 +24,7 @@ bool MayBeGoodJson(const std::string& arguments) {
 
 std::wstring ArgumentHeader(const std::wstring& arguments, const std::wstring& path) {
     TRACE_FUNCTION();
-    // What counts is the JSON that arrives: an escape that follows a backslash of the name is one no more.
+    // The JSON that arrives is what counts: after a backslash in the name, an escape is no longer one.
     const std::wstring text = Dropbox::HeaderText(arguments);
     Dropbox::CheckedArguments(ToUtf8(text), {path});
     return L"Dropbox-API-Arg: " + text + L"\n";

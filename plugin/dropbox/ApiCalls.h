@@ -14,13 +14,13 @@ inline const wchar_t* accept_any[] = {L"*/*", nullptr};
 inline const wchar_t* accept_bytes[] = {L"application/octet-stream", nullptr};
 
 inline constexpr wchar_t json_content[] = L"Content-Type: application/json\n";
-/// Deletes, copies and moves end their one header line with nothing.
+/// Deletes, copies and moves send this header line without a line end.
 inline constexpr wchar_t json_content_without_line_end[] = L"Content-Type: application/json";
 
-/// The arguments of a call, in JSON, after the paths were put into them as they stand. A path that is not well formed
-/// is refused here, with an `HResultException`. One with a quotation mark or a backslash makes bad JSON of them, which
-/// the service rejects; but one that makes good JSON of another meaning would read, replace or delete another item, and
-/// is refused here as well.
+/// The arguments of a call, in JSON, with the paths inserted verbatim. Throws an `HResultException` for a path that is
+/// not well formed. A quotation mark or a backslash in a path makes the JSON bad, and the service rejects it; a path
+/// that leaves good JSON with another meaning would read, replace or delete another item, so it is refused here as
+/// well.
 std::string CheckedArguments(std::string arguments, std::initializer_list<std::wstring_view> paths);
 
 /// The header line that carries the arguments of a download.

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::wstring_view usual_form = L"0000-00-00T00:00:00Z"; // A 0 stands for any digit.
+constexpr std::wstring_view usual_form = L"0000-00-00T00:00:00Z"; // A 0 matches any digit.
 
 bool HasUsualForm(std::wstring_view i_text) {
     TRACE_FUNCTION();
@@ -29,7 +29,7 @@ WORD Number(std::wstring_view i_digits) {
 /// Returns how many of the six items it found.
 int Scan(const wchar_t* text, SYSTEMTIME& o_time) {
     TRACE_FUNCTION();
-    // The library's scan allocates memory for every number: for long listings it is far too slow.
+    // The library's scan allocates memory for every number, which is far too slow for long listings.
     if (const std::wstring_view form = text; HasUsualForm(form)) {
         o_time.wYear = Number(form.substr(0, 4));
         o_time.wMonth = Number(form.substr(5, 2));
@@ -51,7 +51,7 @@ std::uint64_t Dropbox::Utility::ParseDateTime(const wchar_t* text) {
     const int parsed_items = Scan(text, time);
     CHECK_THROW(6 == parsed_items,
                 ReplyException(std::wstring(L"Date-time format returned by server has unexpected format: ") + text));
-    FILETIME file_time{}; // Stays 0 for a date that does not exist: one odd date must not hide a whole folder.
+    FILETIME file_time{}; // Stays 0 for an impossible date: one odd date must not hide a whole folder.
     SystemTimeToFileTime(&time, &file_time);
     return std::uint64_t{file_time.dwHighDateTime} << 32 | file_time.dwLowDateTime;
 }

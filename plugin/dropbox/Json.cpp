@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t white_space[] = L" \t\r\n";
 
-/// The texts for the library's codes. They are those of an earlier version of it, which told some cases apart that
+/// The texts for the library's codes. They come from an earlier version of it, which distinguished some cases that
 /// share a code today: `i_at` is the text from the error on, `i_before` the character before it.
 const wchar_t* ErrorText(rapidjson::ParseErrorCode i_code, std::wstring_view i_at, wchar_t i_before) {
     TRACE_FUNCTION();
@@ -54,7 +54,7 @@ const wchar_t* ErrorText(rapidjson::ParseErrorCode i_code, std::wstring_view i_a
     }
 }
 
-/// The reply's bytes are gone before they are parsed: listings are long, and three copies of one would be too many.
+/// The reply's bytes are freed before parsing: listings are long, and three copies of one would be too many.
 std::wstring ReadText(Http::Response& response) {
     TRACE_FUNCTION();
     std::string body;
@@ -79,7 +79,7 @@ void JsonDocument::ParseText(std::wstring i_text) {
     TRACE_FUNCTION();
     m_text = std::make_unique<std::wstring>(std::move(i_text));
     const std::wstring_view text = *m_text;
-    // The library takes any value for a document; the service's documents are objects or arrays.
+    // The library accepts any value as a document; the service's documents are objects or arrays.
     const std::size_t root = text.find_first_not_of(white_space);
     if (root != std::wstring_view::npos && text[root] != L'{' && text[root] != L'[') {
         m_error_text = L"Expect either an object or array at root";
@@ -90,7 +90,7 @@ void JsonDocument::ParseText(std::wstring i_text) {
     if (!GenericDocument::HasParseError())
         return;
     m_error_offset = GetErrorOffset();
-    const std::size_t at = std::min(m_error_offset, text.size()); // From here on the text is as it was.
+    const std::size_t at = std::min(m_error_offset, text.size()); // From here on, the text is unchanged.
     m_error_text = ErrorText(GetParseError(), text.substr(at), at > 0 ? text[at - 1] : L'\0');
 }
 
@@ -98,7 +98,7 @@ void ParseJson(JsonDocument& document, Http::Response& response) {
     TRACE_FUNCTION();
     JsonDocument& json = document;
     json.ParseText(ReadText(response));
-    // It says line and means the character: kept, because tools that read the log know it so.
+    // It says line but means the character: kept, because tools that read the log expect it.
     CHECK_THROW(!json.HasParseError(),
                 ReplyException(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() + L"\nJSON line: " +
                                std::to_wstring(json.ErrorOffset())));

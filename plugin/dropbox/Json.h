@@ -9,15 +9,15 @@
 
 namespace Dropbox::Utility {
 
-/// A reply that is not what the service promises. The message, for the log, says what is wrong with it; a person reads
-/// what the answer was for.
+/// A reply that is not what the service promises. The message, for the log, says what is wrong with it; a person is
+/// told what the answer was for.
 class ReplyException : public Exception {
 public:
-    /// `i_purpose` goes on after "The service's answer" ("about the account").
+    /// `i_purpose` continues "The service's answer", as in "about the account".
     explicit ReplyException(std::wstring i_message, const std::wstring& i_purpose = {});
 };
 
-/// Reads a reply, and adds to a failure what the reply was for.
+/// Reads a reply; if that fails, adds what the reply was for.
 template <typename Read>
 auto ReadFor(const wchar_t* i_purpose, Read&& i_read) {
     try {
@@ -48,30 +48,30 @@ using JsonValue = rapidjson::GenericValue<JsonEncoding, rapidjson::MemoryPoolAll
 /// A parsed JSON text in UTF-16.
 class JsonDocument : public rapidjson::GenericDocument<JsonEncoding, rapidjson::MemoryPoolAllocator<>> {
 public:
-    /// Parses without recursion, so that depth is no danger.
+    /// Parses without recursion, so deep nesting is harmless.
     void ParseText(std::wstring i_text);
 
     bool HasParseError() const noexcept { return m_error_text != nullptr; }
-    /// What is wrong, null when nothing is.
+    /// What is wrong; null if nothing is.
     const wchar_t* ParseErrorText() const noexcept { return m_error_text; }
     /// Where, in characters from the text's start.
     std::size_t ErrorOffset() const noexcept { return m_error_offset; }
 
 private:
-    /// What was parsed. The values' texts stand in it, not in copies: listings are long. It stays in its place when the
-    /// document is moved.
+    /// The parsed text. The values refer to it instead of copying, because listings are long. It stays in place when
+    /// the document is moved.
     std::unique_ptr<std::wstring> m_text;
     const wchar_t* m_error_text = nullptr;
     std::size_t m_error_offset = 0;
 };
 
-/// Fills the document from a reply's body. Throws a `ReplyException` for a text that is no JSON.
+/// Fills the document from a reply's body. Throws a `ReplyException` for text that is not JSON.
 void ParseJson(JsonDocument& document, Http::Response& response);
 
 /// A member that must be there. Throws a `ReplyException` when it is not.
 const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name);
 
-/// The text of a value that must be one.
+/// The text of a value that must be a string.
 std::wstring Text(const JsonValue& i_value);
 
 } // namespace Dropbox::Utility

@@ -39,7 +39,7 @@ SharePoint::ObjectInformation Dropbox::ReadMetadata(const JsonValue& i_metadata,
 SharePoint::ObjectInformation Dropbox::ReadWrittenFile(const JsonValue& i_metadata, const std::wstring& i_path) {
     TRACE_FUNCTION();
     SharePoint::ObjectInformation information = ReadMetadata(i_metadata, L"file");
-    if (information._path.empty()) // The folder is as it was asked for, so the name alone can tell.
+    if (information._path.empty()) // Assume the folder that was asked for, and compare names.
         information._path = i_path.substr(0, i_path.rfind(L'/') + 1) + information._name;
     CHECK_THROW(IsSamePath(i_path, information._path),
                 Exception(L"The service has written another file than it was asked to: " + information._path));

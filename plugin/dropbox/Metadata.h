@@ -5,13 +5,13 @@
 
 namespace Dropbox {
 
-/// The record of a metadata object of the service. Its kind is `i_forced_kind` ("file" or "folder") when one is given,
-/// because some replies name none. Throws a `ReplyException` for an object that lacks what its kind must have.
+/// The record of a metadata object of the service. Its kind is `i_forced_kind` ("file" or "folder") if given, because
+/// some replies do not name one. Throws a `ReplyException` for an object that lacks what its kind must have.
 SharePoint::ObjectInformation ReadMetadata(const Utility::JsonValue& i_metadata,
                                            const wchar_t* i_forced_kind = nullptr);
 
-/// The record of a file that the service has just written at `i_path`. Throws an `Exception` when the metadata is that
-/// of another file.
+/// The record of a file that the service has just written at `i_path`. Throws an `Exception` if the metadata belongs
+/// to another file.
 SharePoint::ObjectInformation ReadWrittenFile(const Utility::JsonValue& i_metadata, const std::wstring& i_path);
 
 } // namespace Dropbox

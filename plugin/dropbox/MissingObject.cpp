@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr DWORD status_endpoint_error = 409; // What went wrong stands in the summary.
+constexpr DWORD status_endpoint_error = 409; // The summary says what went wrong.
 constexpr wchar_t missing_summary[] = L"path/not_found";
 
 } // namespace

@@ -4,8 +4,8 @@
 
 namespace Dropbox {
 
-/// Whether a refused call says that there is no object at the path. Only the service's own word for it counts: a 404 is
-/// what anybody on the way says who does not know the service.
+/// Whether a refused call says that there is no object at the path. Only the service's own word for it counts:
+/// anybody on the way who does not know the service may answer 404.
 bool SaysMissing(const HttpException& i_exception) noexcept;
 
 } // namespace Dropbox

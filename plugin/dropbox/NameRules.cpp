@@ -10,11 +10,11 @@
 namespace {
 
 constexpr std::size_t longest_name = 255; // UTF-16 units, the service's own limit.
-/// What the service never takes, because programs make such files for themselves.
+/// Names the service never accepts, because programs create such files for themselves.
 constexpr std::wstring_view refused_names[] = {L"desktop.ini", L"thumbs.db", L".ds_store",
                                                L"icon\r",      L".dropbox",  L".dropbox.attr"};
 
-/// Lock, temporary and backup files of editors as well.
+/// Also editors' lock, temporary and backup files.
 bool IsRefusedName(std::wstring_view i_name) {
     TRACE_FUNCTION();
     constexpr std::wstring_view temporary = L".tmp";

@@ -62,7 +62,7 @@ std::shared_ptr<SharePoint::Object> Object::AtPath(const std::wstring& i_path) {
     TRACE_FUNCTION();
     SharePoint::ObjectInformation information = m_information;
     information._path = i_path;
-    information._name = i_path.substr(i_path.rfind(L'/') + 1); // Without a slash from the beginning: npos + 1 is 0.
+    information._name = i_path.substr(i_path.rfind(L'/') + 1); // Without a slash, from the beginning: npos + 1 is 0.
     return Create(std::move(information), m_web);
 }
 
@@ -94,7 +94,7 @@ Http::Response Object::OpenRead() {
 
 Http::Request Object::OpenWrite(std::uint64_t size) {
     TRACE_FUNCTION();
-    // The content type comes first here and last when an empty file is created: the service sees both as they are.
+    // The content type comes first here, but last when an empty file is created: both are the required wire form.
     return m_web->ContentSession().CreateRequest(
         L"Content-Type: application/octet-stream\n" + UploadArgument(m_information._path), size);
 }

@@ -46,12 +46,12 @@ public:
     /// The object's folder side, empty for a file.
     virtual std::shared_ptr<Folder> AsFolder() = 0;
     virtual std::shared_ptr<Web> GetWeb() = 0;
-    /// Asks the service for the object's information anew.
+    /// Reads the object's information from the service again.
     virtual void Refresh() = 0;
-    /// Moves the object. Its information stays that of the old path: bind the new path to go on with it.
+    /// Moves the object. Its information stays that of the old path: bind the new path to continue with it.
     virtual void Rename(const std::wstring& new_path) = 0;
     virtual void Delete() = 0;
-    /// An object with this one's record at another path: what a moved object is until the service is asked for it.
+    /// An object with this one's record at another path: stands in for a moved object until the service is asked.
     virtual std::shared_ptr<Object> AtPath(const std::wstring& i_path) = 0;
 
     const ObjectInformation& GetInformation() const noexcept { return m_information; }
@@ -65,9 +65,9 @@ class Web {
 public:
     enum class BindObjectType { any = 0, file = 1, folder = 2 };
 
-    /// The folder that holds the path, empty for the root's.
+    /// The folder that holds the path; empty for the root itself.
     virtual std::shared_ptr<Object> GetParentFolder(const std::wstring& path) = 0;
-    /// The object at the path, empty when it is of another kind than wanted. A path that does not exist throws.
+    /// The object at the path; empty if it is of a different kind than requested. A path that does not exist throws.
     virtual std::shared_ptr<Object> BindObject(const std::wstring& path, BindObjectType type) = 0;
     /// A file of length 0: an existing one is emptied.
     virtual std::shared_ptr<Object> CreateFile(const std::wstring& path) = 0;
@@ -90,7 +90,7 @@ public:
     virtual Http::Response OpenRead() = 0;
     /// An upload of exactly `size` bytes that replaces the file when it is sent.
     virtual Http::Request OpenWrite(std::uint64_t size) = 0;
-    /// Sends a completely written upload, and makes the object's information that of the new file at no extra request.
+    /// Sends a completely written upload, and updates the object's information from the reply, without another request.
     virtual void FinishWrite(Http::Request& io_request) = 0;
 
 protected:

@@ -31,8 +31,8 @@ JsonDocument ReadReply(Http::Response response) {
     return reply;
 }
 
-/// The service may leave the path out of a record. It is where it was asked for then: without a path it would be the
-/// root.
+/// The service may leave the path out of a record. Then the object is where it was asked for; without a path it would
+/// be taken for the root.
 SharePoint::ObjectInformation WithPath(SharePoint::ObjectInformation i_information, const std::wstring& i_path) {
     TRACE_FUNCTION();
     if (i_information._path.empty())
@@ -173,7 +173,7 @@ SharePoint::ObjectInformation Web::GetMetadata(const std::wstring& path) {
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::ListFolder(const std::wstring& path) {
     TRACE_FUNCTION();
-    // A folder's own path begins with a slash already: its listing asks for two, which is the form on the wire.
+    // A folder's own path already begins with a slash, so its listing sends two: the required wire form.
     const std::string prefix = path.empty() ? "" : "/";
     std::string body =
         CheckedArguments("{\"path\": \"" + prefix + ToUtf8(path) +

@@ -41,7 +41,7 @@ public:
     // For the account's objects.
     Http::Session& ApiSession() noexcept { return m_api_session; }
     Http::Session& ContentSession() noexcept { return m_content_session; }
-    /// What the service knows of the object at a path.
+    /// What the service knows about the object at a path.
     SharePoint::ObjectInformation GetMetadata(const std::wstring& path);
     /// All children of the folder at a path; the root's is empty.
     std::vector<std::shared_ptr<SharePoint::Object>> ListFolder(const std::wstring& path);
