@@ -13,9 +13,9 @@ namespace {
 
 constexpr std::wstring_view plain_text = L"text/plain";
 
-// What goes wrong in here is logged where it happens, and must not hide the status that is being reported.
+// Failures in here are logged where they happen; they must not hide the status that is being reported.
 
-/// All of it is for the log alone: the service's own word stands at the beginning.
+/// Only the log needs the whole body: the service's own word is at its start.
 std::string ReadableBody(Http::Response& io_response) {
     TRACE_FUNCTION();
     constexpr std::size_t limit_without_log = 65'536; // Bytes.
@@ -23,17 +23,18 @@ std::string ReadableBody(Http::Response& io_response) {
     try {
         Http::AppendBody(io_response, body, IsLogEnabled() ? std::string::npos : limit_without_log);
     } catch (const Exception&) {
-        // As far as it came.
+        // Keep what has been read so far.
     }
     return body;
 }
 
-/// The service's answers to a challenge are as good as a token: they stay out of the log.
+/// The authorization in one of the service's OAuth challenges is as good as a token: it stays out of the log.
 std::wstring_view WithoutSecret(std::wstring_view i_line) {
     TRACE_FUNCTION();
-    static constexpr std::wstring_view challenge = L"OAuth ";
-    const std::size_t at = i_line.find(challenge);
-    return at == std::wstring_view::npos ? i_line : i_line.substr(0, at + challenge.size());
+    static constexpr std::wstring_view challenge_header = L"WWW-Authenticate:", scheme = L"OAuth ";
+    const std::size_t at = i_line.find(scheme);
+    const bool is_challenge = EqualsNoCase(i_line.substr(0, challenge_header.size()), challenge_header);
+    return !is_challenge || at == std::wstring_view::npos ? i_line : i_line.substr(0, at + scheme.size());
 }
 
 std::wstring HeaderLines(const std::wstring& i_raw_headers) {
@@ -48,8 +49,7 @@ std::wstring HeaderLines(const std::wstring& i_raw_headers) {
     return lines;
 }
 
-/// The first line of a reply that is plain text, which is the service's sentence about a request that it can't make
-/// sense of.
+/// The first line of a plain-text reply, in which the service says why it cannot make sense of a request.
 std::wstring PlainSentence(const Http::Response& i_response, const std::wstring& i_body) {
     TRACE_FUNCTION();
     const auto types = i_response.GetHeaders(L"Content-Type");
@@ -80,7 +80,7 @@ std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_c
             TraceText(i_caller, WithoutSecrets(L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) +
                                                L"\n" + HeaderLines(io_response.GetHeaders()) + L"\n" + body));
     } catch (const Exception&) {
-        // The line is lost.
+        // The log does without this entry.
     }
     return ServiceWords(io_response, body);
 }

@@ -5,7 +5,7 @@
 #include "http/RequestHandle.h"
 #include "http/ServiceWords.h"
 
-// Like all that exceptions are made of this is not traced, but for the query of the status text.
+// Like everything exceptions are made of, this is not traced, except for the query of the status text.
 
 namespace {
 

@@ -9,23 +9,23 @@
 /// "HTTP 409: " and the status text of a request's reply.
 std::wstring HttpStatusText(HINTERNET i_request);
 
-/// The status code of a request's reply, or 0 when there is none.
+/// The status code of a request's reply, or 0 if it could not be queried.
 DWORD HttpStatusCode(HINTERNET i_request) noexcept;
 
-/// What a person reads of a reply that has not even a status.
+/// What a person is told about a reply without a status.
 inline constexpr wchar_t connection_broke[] = L"The connection to the service broke";
 
 /// The exception of a status that cannot be queried, with the code of the last error.
 HResultException NoStatusException();
 
-/// A reply whose status is no success.
+/// A reply whose status is not a success.
 class HttpException : public Exception {
 public:
     /// An empty message stands for the request's status text. `i_error_summary` is the service's own word for the
     /// failure, such as "path/not_found/..", or its sentence, or empty.
     explicit HttpException(HINTERNET i_request, std::wstring i_message = {}, std::wstring i_error_summary = {});
 
-    /// The HTTP status code, 0 when the request could not tell it.
+    /// The HTTP status code, or 0 if it could not be queried.
     DWORD Status() const noexcept { return Reason().http_status; }
     const std::wstring& ErrorSummary() const noexcept { return Reason().summary; }
 

@@ -23,9 +23,9 @@ using Http::RequestFailure;
 constexpr wchar_t user_agent[] = L"Quillan HttpSession";
 constexpr std::wstring_view https_prefix = L"https://";
 constexpr std::wstring_view oauth_scheme = L"OAuth ";
-constexpr std::size_t max_oauth_challenges = 5; // A call that is challenged as often gives up.
+constexpr std::size_t max_oauth_challenges = 5; // A call that is challenged this many times gives up.
 
-/// What authorizes in header lines: the text behind the scheme ("Bearer "), up to the end of its line.
+/// The credential in the authorization header: what follows the scheme ("Bearer "), up to the end of the line.
 std::wstring AuthorizationValue(const std::wstring& i_header_lines) {
     TRACE_FUNCTION();
     const std::size_t blank = std::min(i_header_lines.find(L' '), i_header_lines.size() - 1);
@@ -46,13 +46,13 @@ DWORD SendRequest(HINTERNET request_handle, const wchar_t* headers, const char* 
     return status;
 }
 
-/// One with nothing behind the scheme may come without the scheme's blank.
+/// A challenge with nothing after the scheme may arrive without the trailing space.
 bool IsOAuthChallenge(const std::wstring& i_challenge) {
     TRACE_FUNCTION();
     return i_challenge.starts_with(oauth_scheme) || i_challenge == oauth_scheme.substr(0, oauth_scheme.size() - 1);
 }
 
-/// A request may be sent again only when the reply before was read to its end.
+/// A request may be resent only after the previous reply has been read to its end.
 void SkipBody(HINTERNET request_handle) {
     TRACE_FUNCTION();
     char piece[1024];
@@ -74,21 +74,21 @@ void SetOption(HINTERNET i_request, DWORD i_option, const std::wstring& i_value)
 namespace Http {
 
 struct Session::Impl {
-    // The connection is closed before the handle that it was made from.
+    // Declared in this order, the connection is closed before the handle it was made from.
     InternetHandle open_handle;
     InternetHandle connect_handle;
     std::wstring scheme_prefix;
     std::wstring host;
     std::uint16_t port = INTERNET_DEFAULT_HTTPS_PORT;
-    /// The one thing that two calls of one account may touch at a time, by a challenge.
+    /// Guards what two calls of one account may change at the same time, when they are challenged.
     std::mutex authorization_lock;
-    std::wstring authorization_header = L"Authorization:Bearer bla-bla"; // Stands until the creator sets the real one.
+    std::wstring authorization_header = L"Authorization:Bearer bla-bla"; // Until the creator sets the real one.
     std::unique_ptr<Secret> authorization_secret;
     std::map<std::wstring, Credentials> server_credentials; // By host.
     std::map<std::wstring, Credentials> proxy_credentials;
 };
 
-/// What one call has tried against challenges.
+/// The answers to challenges that one call has tried.
 struct Session::Attempts {
     std::unordered_set<std::wstring> uris{8};
     std::vector<std::wstring> oauth_challenges;
@@ -118,7 +118,7 @@ Session Session::Create(const std::wstring& scheme_prefix, const std::wstring& h
 
 Uri Session::CrackUri(const wchar_t* uri) {
     TRACE_FUNCTION();
-    // The platform wants room for one character even to be asked for the size.
+    // The platform needs room for one character even when it is only asked for the size.
     wchar_t probe[1];
     DWORD size = 1;
     UrlEscapeW(uri, probe, &size, 0);
@@ -176,7 +176,7 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
     Attempts attempts;
     DWORD status = 0;
     do {
-        // Nothing between the two: the authorization text ends its own last line.
+        // Nothing in between: the authorization text ends with its own line end.
         const std::wstring headers = AuthorizationHeader() + (extra_headers != nullptr ? extra_headers : L"");
         status = ::SendRequest(response.m_impl->handle, headers.c_str(), body, body_size);
     } while (AnswerChallenge(response, status, attempts));
@@ -192,7 +192,7 @@ Response Session::SendRequest(const wchar_t* path, const wchar_t** accept_types,
 bool Session::AnswerChallenge(const Response& i_response, DWORD i_status, Attempts& io_attempts) {
     TRACE_FUNCTION();
     const std::wstring uri = GetRequestUri(i_response.Handle());
-    const std::wstring host = CrackUri(uri.c_str()).host; // After redirects not the host that was asked.
+    const std::wstring host = CrackUri(uri.c_str()).host; // After a redirect this is not the host that was asked.
     if (i_status == HTTP_STATUS_DENIED) {
         const auto challenges = i_response.GetHeaders(L"WWW-Authenticate");
         const auto oauth = std::ranges::find_if(challenges, IsOAuthChallenge);
@@ -216,8 +216,8 @@ bool Session::AnswerChallenge(const Response& i_response, DWORD i_status, Attemp
     return true;
 }
 
-/// Takes the service's own authorization text. The same text again, or too many of them, end the call: a service may
-/// challenge for ever.
+/// Takes the service's own authorization text. A repeated text, or too many of them, ends the call: a service may keep
+/// challenging forever.
 bool Session::AnswerOAuth(const Response& i_response, const std::wstring& i_challenge, Attempts& io_attempts) {
     TRACE_FUNCTION();
     const std::wstring authentication_header = i_challenge.substr(std::min(oauth_scheme.size(), i_challenge.size()));

@@ -23,11 +23,11 @@ struct Uri {
     std::wstring path; ///< With the query.
 };
 
-/// The way to one host over WinINet, and the authorization that every call to it carries. Copies share it.
+/// A WinINet session with one host, and the authorization that every call to it carries. Copies share it.
 ///
-/// Every call of the storage service is a POST. Failures are thrown: `HResultException` for WinINet's own, with the
-/// code of its last error, `HttpException` for a reply whose status is not in 200..399. The session stays usable after
-/// any of them. One call at a time.
+/// Every call of the storage service is a POST. Failures are thrown: `HResultException` for WinINet's own failures,
+/// with the code of the last error, `HttpException` for a reply whose status is not in 200..399. The session stays
+/// usable after any of them. One call at a time.
 class Session {
 public:
     /// Opens a session to a host; sends nothing. `scheme_prefix` is "https://" (or "http://", without encryption).

@@ -4,6 +4,8 @@
 #include "http/FailedReply.h"
 #include "http/HttpException.h"
 
+#include <algorithm>
+
 namespace Http {
 
 Request::Request() : m_impl(std::make_shared<Impl>()) {
@@ -12,6 +14,7 @@ Request::Request() : m_impl(std::make_shared<Impl>()) {
 
 std::uint32_t Request::Write(const void* data, std::size_t size) {
     TRACE_FUNCTION();
+    size = std::min<std::size_t>(size, MAXDWORD);
     DWORD written_size = 0;
     CHECK_THROW(InternetWriteFile(m_impl->handle, data, static_cast<DWORD>(size), &written_size), RequestFailure());
     return written_size;
@@ -30,7 +33,7 @@ Response Request::Send() {
         HttpQueryInfoW(request_handle, HTTP_QUERY_FLAG_NUMBER | HTTP_QUERY_STATUS_CODE, &status, &status_size, nullptr),
         NoStatusException());
     const std::wstring error_summary = status >= 400 ? LogFailedReply(response, trace_function.Name()) : std::wstring();
-    CheckIsWanted(); // The reading of a failed reply may have been stopped.
+    CheckIsWanted(); // The operation may have been stopped while a failed reply was read.
     CHECK_THROW(200 <= status && status < 400, HttpException(request_handle, {}, error_summary));
     response.m_impl->status = static_cast<std::uint16_t>(status);
     return response;

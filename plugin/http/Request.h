@@ -8,17 +8,17 @@
 
 namespace Http {
 
-/// An upload whose body is written piece by piece. Dropped before `Send`, it is aborted: the service keeps what it had.
+/// An upload whose body is written piece by piece. Dropping it before `Send` aborts it: the service keeps what it had.
 /// Copies share it.
 class Request {
 public:
-    /// Without a handle, until the session gives it one.
+    /// Has no handle until the session gives it one.
     Request();
 
-    /// Writes at most `size` bytes and returns how many were written: callers go on until all are.
+    /// Writes at most `size` bytes and returns how many were written: callers loop until everything is written.
     std::uint32_t Write(const void* data, std::size_t size);
 
-    /// Ends the body and waits for the reply, which takes the handle over. Throws unless the status is a success.
+    /// Ends the body and waits for the reply, which takes over the handle. Throws unless the status is a success.
     Response Send();
 
 private:

@@ -3,6 +3,7 @@
 #include "core/trace/Check.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -22,6 +23,16 @@ HResultException OutOfMemory() {
     return HResultException(E_OUTOFMEMORY);
 }
 
+/// Empty for anything but digits.
+std::optional<std::uint64_t> Number(const std::wstring& i_text) {
+    TRACE_FUNCTION();
+    const std::string digits(i_text.begin(), i_text.end());
+    const char* const digits_end = digits.data() + digits.size();
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits_end, number);
+    return error == std::errc() && end == digits_end ? std::optional(number) : std::nullopt;
+}
+
 } // namespace
 
 Response::Response() : m_impl(std::make_shared<Impl>()) {
@@ -30,11 +41,11 @@ Response::Response() : m_impl(std::make_shared<Impl>()) {
 
 std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
     TRACE_FUNCTION();
-    if (m_impl->received == 0)
-        m_impl->length = Length();
-
+    max_size = std::min<std::size_t>(max_size, MAXDWORD);
     DWORD read_size = 0;
     CHECK_THROW(InternetReadFile(m_impl->handle, buffer, static_cast<DWORD>(max_size), &read_size), RequestFailure());
+    if (m_impl->received == 0)
+        m_impl->length = Length();
     m_impl->received += read_size;
     CheckLength(read_size == 0);
     return read_size;
@@ -43,8 +54,7 @@ std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
 std::optional<std::uint64_t> Response::Length() const {
     TRACE_FUNCTION();
     const auto lengths = GetHeaders(L"Content-Length");
-    return lengths.empty() ? std::nullopt
-                           : std::optional<std::uint64_t>(std::wcstoull(lengths.front().c_str(), nullptr, 10));
+    return lengths.empty() ? std::nullopt : Number(lengths.front());
 }
 
 void Response::CheckLength(bool i_is_end) const {
@@ -52,7 +62,7 @@ void Response::CheckLength(bool i_is_end) const {
     const std::uint64_t length = m_impl->length.value_or(m_impl->received);
     CHECK_THROW(m_impl->received <= length, HResultException(L"The reply is longer than it was announced",
                                                              HRESULT_FROM_WIN32(ERROR_HTTP_INVALID_SERVER_RESPONSE)));
-    // WinINet reports a body that broke off as one that ended.
+    // WinINet reports a body that was cut off as if it had ended normally.
     CHECK_THROW(!i_is_end || m_impl->received == length,
                 HResultException(L"The connection was closed before the whole reply had arrived",
                                  HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
@@ -66,7 +76,7 @@ std::vector<std::wstring> Response::GetHeaders(const std::wstring& name) const {
     CHECK_THROW(buffer != nullptr, OutOfMemory());
 
     std::vector<std::wstring> values;
-    for (DWORD index = 0;;) { // WinINet advances it with each value.
+    for (DWORD index = 0;;) { // WinINet advances it past each value.
         std::memcpy(buffer.get(), name.c_str(), name_size);
         DWORD size = static_cast<DWORD>(capacity);
         if (HttpQueryInfoW(Handle(), HTTP_QUERY_CUSTOM, buffer.get(), &size, &index)) {

@@ -13,21 +13,21 @@ namespace Http {
 /// A reply, whose body is read once, front to back. Copies share it.
 class Response {
 public:
-    /// Without a handle, until the session gives it one.
+    /// Has no handle until the session gives it one.
     Response();
 
-    /// Reads at most `max_size` bytes; 0 means that the body is exhausted. A body that is shorter or longer than it was
+    /// Reads at most `max_size` bytes; 0 means that the body is exhausted. A body that is shorter or longer than
     /// announced is a failure, not an end.
     std::uint32_t Read(void* buffer, std::size_t max_size);
 
-    /// The body's length in bytes, if the reply announces it. Without it, a body that broke off cannot be told from one
-    /// that ended.
+    /// The body's length in bytes, if the reply announces it. Without it, a body that was cut off looks like one that
+    /// ended.
     std::optional<std::uint64_t> Length() const;
 
     /// The values of every header of that name, in any case of letters.
     std::vector<std::wstring> GetHeaders(const std::wstring& name) const;
 
-    /// The raw header block: lines divided by a NUL each, ended by two.
+    /// The raw header block: lines separated by a NUL, with two at the end.
     std::wstring GetHeaders() const;
 
     /// The request's handle, which the response owns.
@@ -39,7 +39,7 @@ private:
 
     struct Impl {
         RequestHandle handle;
-        std::uint16_t status = 0;            ///< Of a success.
+        std::uint16_t status = 0;            ///< Set on success only.
         std::optional<std::uint64_t> length; ///< Of the body, when announced. Known from the first read on.
         std::uint64_t received = 0;
     };

@@ -7,8 +7,8 @@
 
 namespace Http {
 
-/// Reads a reply's body to its end, or until `io_body` has `i_limit` bytes or a few more. When that fails, what came
-/// before is in `io_body`.
+/// Appends a reply's body to `io_body`, until the body ends or `io_body` has `i_limit` bytes. If a read fails,
+/// `io_body` holds what came before.
 void AppendBody(Response& io_response, std::string& io_body, std::size_t i_limit = std::string::npos);
 
 } // namespace Http

@@ -2,6 +2,7 @@
 
 #include "core/trace/Trace.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cwctype>
 
@@ -9,9 +10,9 @@ namespace {
 
 constexpr std::size_t longest_words = 300;
 
-// Neither of the two is traced, nor what calls them: exceptions are made of it.
+// The next two and `PlainWords` are not traced, because exceptions are made with them.
 
-/// Characters that show nothing and change how the rest is shown: marks and overrides of the direction.
+/// Invisible characters that change the direction of the text around them.
 bool IsUnseen(wchar_t i_unit) noexcept {
     static constexpr std::wstring_view units = L"\x061C\x200E\x200F\x202A\x202B\x202C\x202D\x202E\x2066\x2067\x2068"
                                                L"\x2069\xFEFF";
@@ -22,7 +23,7 @@ bool IsControl(wchar_t i_unit) noexcept {
     return i_unit < L' ' || (i_unit >= L'\x7F' && i_unit <= L'\x9F') || i_unit == L'\x2028' || i_unit == L'\x2029';
 }
 
-/// The unit of the four hexadecimal digits of an escape, or U+FFFD for what is none.
+/// The UTF-16 unit that an escape's four hexadecimal digits stand for, or U+FFFD if they are not digits.
 wchar_t EscapedUnit(std::wstring_view i_digits) {
     TRACE_FUNCTION();
     const std::string digits(i_digits.begin(), i_digits.end());
@@ -31,8 +32,13 @@ wchar_t EscapedUnit(std::wstring_view i_digits) {
     return digits.size() == 4 && end == digits.data() + digits.size() ? static_cast<wchar_t>(unit) : L'\xFFFD';
 }
 
-/// The text of a JSON string from behind its first quotation mark on; empty for one that does not end. A whole parser
-/// for this one word would be too much for a layer that knows nothing of what it carries.
+std::wstring_view AfterSpaces(std::wstring_view i_json) {
+    TRACE_FUNCTION();
+    return i_json.substr(std::min(i_json.find_first_not_of(L" \t\r\n"), i_json.size()));
+}
+
+/// The text of a JSON string that follows its first quotation mark; empty if the string does not end. A whole parser
+/// for this one word would be too much for a layer that knows nothing about what it carries.
 std::wstring Unescaped(std::wstring_view i_json) {
     TRACE_FUNCTION();
     std::wstring text;
@@ -48,7 +54,7 @@ std::wstring Unescaped(std::wstring_view i_json) {
             text += EscapedUnit(i_json.substr(i + 1, 4));
             i += 4;
         } else {
-            // The others are of control characters, of which a person reads a blank.
+            // The others stand for control characters; show a space.
             text += escape == L'"' || escape == L'\\' || escape == L'/' ? escape : L' ';
         }
     }
@@ -78,6 +84,9 @@ std::wstring Http::ErrorSummary(std::wstring_view i_json) {
     const std::size_t key_at = i_json.find(key);
     if (key_at == std::wstring_view::npos)
         return {};
-    const std::size_t start = i_json.find(L'"', key_at + key.size());
-    return start == std::wstring_view::npos ? std::wstring{} : PlainWords(Unescaped(i_json.substr(start + 1)));
+    std::wstring_view value = AfterSpaces(i_json.substr(key_at + key.size()));
+    if (!value.starts_with(L':'))
+        return {};
+    value = AfterSpaces(value.substr(1));
+    return value.starts_with(L'"') ? PlainWords(Unescaped(value.substr(1))) : std::wstring{};
 }

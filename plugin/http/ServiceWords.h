@@ -5,11 +5,11 @@
 
 namespace Http {
 
-/// What somebody else's words come to when a person is to read them: one line of at most 300 characters, without
-/// control characters and without those that turn the direction of text.
+/// Somebody else's words, made fit to be shown to a person: one line of at most 300 characters, without control
+/// characters and without characters that change the direction of text.
 std::wstring PlainWords(std::wstring_view i_words);
 
-/// The text of the member "error_summary" of a JSON text, empty when there is none.
+/// The string member "error_summary" of a JSON text; empty if there is none.
 std::wstring ErrorSummary(std::wstring_view i_json);
 
 } // namespace Http

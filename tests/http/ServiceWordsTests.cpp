@@ -24,8 +24,9 @@ TEST(ServiceWordsTest, AreUnescaped) {
               L"a\\b \"c\" /d \xe9\xD83D\xDE00");
     EXPECT_EQ(Http::ErrorSummary(LR"({"error_summary": "a\nb\u202Ec"})"), L"a bc");
     EXPECT_EQ(Http::ErrorSummary(LR"({"error_summary": "odd \uzzzz"})"), L"odd \xFFFD");
-    for (const wchar_t* const text : {LR"({"error_summary": "cut)", LR"({"error_summary": "cut\)",
-                                      LR"({"error_summary": "cut\u12)", LR"({"error_summary")", L""})
+    for (const wchar_t* const text :
+         {LR"({"error_summary": "cut)", LR"({"error_summary": "cut\)", LR"({"error_summary": "cut\u12)",
+          LR"({"error_summary")", L"", LR"({"error_summary" "x"})", LR"({"error_summary": null, "path/not_found": 1})"})
         EXPECT_EQ(Http::ErrorSummary(text), L"") << text;
 }
 
