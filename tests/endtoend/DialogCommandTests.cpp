@@ -149,12 +149,12 @@ TEST_F(DialogFailureTest, ClosesAtOnceWhileAFolderLoads) {
 }
 
 TEST_F(DialogFailureTest, ClosesAtOnceWhileACommandRuns) {
-    Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 3000})");
+    Service::AddFault(R"({"path": "2/files/delete", "real": true, "delay_ms": 20000})");
     const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(Open({}, "row start.pdf \n key Delete \n press Delete \n text Deleting... \n key Esc"), canceled);
     EXPECT_LT(GetTickCount64() - begin, 2000u);
-    EXPECT_EQ(0, Close()) << "what still runs is waited for";
-    EXPECT_FALSE(Exists(L"/start.pdf"));
+    EXPECT_EQ(0, Close());
+    EXPECT_LT(GetTickCount64() - begin, 5000u) << "a request that hangs was waited for";
 }
 
 TEST_F(DialogFailureTest, ChoosesNoFileWhosePathCannotBeSent) {

@@ -56,7 +56,8 @@ void FoldersNavigator::Launch() {
         CHECK_THROW(m_stop_flag != nullptr, HResultException(E_OUTOFMEMORY));
         const Ui::StoppableFileSystem file_system(m_file_system, m_stop_flag);
         auto load = std::make_shared<Ui::FolderLoad>(file_system, m_folder, m_parent_folder, m_is_running);
-        m_load_task = Ui::WorkerTask([this, load = std::move(load)]() mutable {
+        m_load_task = Ui::WorkerTask([this, operation = m_stop_flag->Operation(), load = std::move(load)]() mutable {
+            const StopScope scope(operation);
             Complete(*load);
             load.reset(); // Nothing of a load is kept once it is over.
             m_is_running.store(false);

@@ -7,7 +7,7 @@ namespace Ui {
 HRESULT STDMETHODCALLTYPE StopFlag::get_IsCanceled(VARIANT_BOOL* o_is_canceled) noexcept {
     TRACE_FUNCTION();
     CHECK_RETURN(o_is_canceled != nullptr, E_POINTER);
-    *o_is_canceled = m_is_set ? VARIANT_TRUE : VARIANT_FALSE;
+    *o_is_canceled = IsSet() ? VARIANT_TRUE : VARIANT_FALSE;
     return TRACE_RESULT(S_OK);
 }
 

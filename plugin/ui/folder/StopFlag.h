@@ -1,22 +1,25 @@
 #pragma once
 
+#include "core/host/StopSignal.h"
 #include "qorv/CoClass.h"
 #include "qorv/Host.h"
 
-#include <atomic>
+#include <memory>
 
 namespace Ui {
 
-/// The cancel flag that a dialog's calls of the provider carry: set when nobody waits for them any longer. Any thread.
+/// The cancel flag that a dialog's calls of the provider carry: set when nobody waits for them any longer. A request
+/// that hangs is ended by it, if the worker declares the operation its own (`StopScope`). Any thread.
 class StopFlag final : public Qorv::CoClass<StopFlag, Qorv::IQorv_CancelFlag> {
 public:
-    void Set() noexcept { m_is_set = true; }
-    bool IsSet() const noexcept { return m_is_set; }
+    void Set() noexcept { m_operation->Stop(); }
+    bool IsSet() const noexcept { return m_operation->IsStopped(); }
+    const std::shared_ptr<StopSignal>& Operation() const noexcept { return m_operation; }
 
     HRESULT STDMETHODCALLTYPE get_IsCanceled(VARIANT_BOOL* o_is_canceled) noexcept override;
 
 private:
-    std::atomic<bool> m_is_set = false;
+    const std::shared_ptr<StopSignal> m_operation = std::make_shared<StopSignal>();
 };
 
 } // namespace Ui

@@ -18,7 +18,10 @@ WindowTask::WindowTask(Qorv::IQorv_Inst* i_host_instance, HWND i_window, UINT i_
     CHECK_THROW(m_state->stop_flag != nullptr, HResultException(E_OUTOFMEMORY));
     m_task = WorkerTask([host = Qorv::ComPtr(i_host_instance), state = m_state, i_window, i_message, i_serial,
                          work = std::move(i_work)]() mutable {
-        state->result = work(state->stop_flag);
+        {
+            const StopScope operation(state->stop_flag->Operation());
+            state->result = work(state->stop_flag);
+        }
         if (FAILED(state->result))
             state->failure_reason = TakeThreadReason();
         work = nullptr; // Nothing of the work is kept once it is over.
