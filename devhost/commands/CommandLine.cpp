@@ -66,12 +66,18 @@ class HelpFormatter final : public CLI::Formatter {
 };
 
 void AddProgramOptions(CLI::App& io_program) {
-    io_program.add_option("--profile", "where accounts, settings and the files cache are kept")->type_name("DIR");
+    const CLI::Validator not_empty(
+        [](const std::string& i_word) { return std::string(i_word.empty() ? "a name is needed" : ""); }, "");
+    io_program.add_option("--profile", "where accounts, settings and the files cache are kept")
+        ->check(not_empty)
+        ->type_name("DIR");
     io_program.add_option("--user", "the account that paths are in; by default the first saved one")->type_name("ID");
     io_program.add_option("--trace", "switch the plug-in's log; the file is Qorvx-Dropbox.log in the temporary folder")
         ->check(CLI::IsMember(std::vector<std::string>(trace_levels.begin(), trace_levels.end())).description(""))
         ->type_name("off|debugger|file");
-    io_program.add_option("--module", "the plug-in; by default Dropbox.qvp beside this program")->type_name("PATH");
+    io_program.add_option("--module", "the plug-in; by default Dropbox.qvp beside this program")
+        ->check(not_empty)
+        ->type_name("PATH");
     io_program.add_flag("--json")->description("write results as JSON, one value per command");
 }
 
