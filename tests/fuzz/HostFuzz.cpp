@@ -181,13 +181,14 @@ const Language lines = {{"put \"a b.txt\" /x # note", "--profile p --json ls -R 
                         {"\"", " ", "#", "\t", "--profile", "--user", "--trace", "file", "--", "--json", "\r", "\\"}};
 
 TEST(HostFuzz, ALineIsItsWords) {
-    ForTexts(lines, [](Random&, const std::wstring& i_input) {
+    ForTexts(lines, [](Random& io_random, const std::wstring& i_input) {
         try {
             const Arguments words = SplitLine(i_input);
-            const Options options = ParseOptions(words);
-            EXPECT_LE(options.command.size(), words.size());
+            if (io_random.Below(20) == 0) { // Making the parser takes a while.
+                EXPECT_FALSE(CommandLine(words).Name().empty());
+            }
         } catch (const UsageError& error) {
-            EXPECT_FALSE(error.Text().empty());
+            EXPECT_STRNE(error.what(), "");
         }
     });
     ForChances([](Random& io_random) {

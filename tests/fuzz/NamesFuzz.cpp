@@ -14,6 +14,8 @@
 namespace Fuzz {
 namespace {
 
+using namespace Ui;
+
 const Language filters = {{"PDF files|*.pdf;*.fdf|All files|*.*|", "A|a;.b;*.c;*|", "|", "Text|*.txt"},
                           {"|", "||", ";", "*", "*.*", ".", "*.", ";;", " ", "pdf", "\xC3\xA9"}};
 

@@ -24,7 +24,7 @@ TEST(SignInFuzz, ATokenComesFromTheRedirectAloneAndWithItsAccount) {
     ForTexts(addresses, [&](Random&, const std::wstring& i_input) {
         std::wstring header, account, next;
         bool is_closed = false;
-        const SignInNavigation navigation(
+        SignInNavigation navigation(
             [&](const std::wstring& i_url) {
                 next = i_url;
                 return S_OK;

@@ -1,12 +1,12 @@
 // stormclient OPTIONS: the host with the module that ships, for the storm. It takes the host's options, reads commands
-// from its standard input, one a line, and writes "#exit N" behind each one's output. Its own commands are what an
+// from its standard input, one per line, and writes "#exit N" after each one's output. Its own commands do what an
 // editor does:
 //
-//     save FILE LOCATION          replaces a document by the bytes of a file, which nobody keeps for it
-//     edit LOCATION SEEN TEXT     opens a document, writes down in the file SEEN what it holds, appends the text, saves
-//     it figures                     what the process uses: "#figures HANDLES GDI USER BYTES"
+//     save FILE LOCATION          replaces a document with the bytes of a file, which nobody keeps for it
+//     edit LOCATION SEEN TEXT     opens a document, writes what it holds to the file SEEN, appends the text, saves it
+//     figures                     what the process uses: "#figures HANDLES GDI USER BYTES"
 //
-// "#closing" stands before the output of the close, from which on the host answers for the bytes.
+// "#closing" precedes the output of the close. From there on, the host answers for the bytes.
 
 #include "base/LocalFile.h"
 #include "base/Unicode.h"
@@ -22,8 +22,6 @@
 namespace {
 
 using namespace DevHost;
-
-constexpr int exit_failed = 1;
 
 /// The next line of the standard input; none at its end.
 std::optional<std::wstring> NextLine() {
@@ -89,7 +87,12 @@ void ShowFigures(Shell& io_shell) {
 
 int Execute(Shell& io_shell, const Arguments& i_command) {
     if (i_command.front() != L"save" && i_command.front() != L"edit" && i_command.front() != L"figures")
-        return io_shell.Execute(i_command);
+        try {
+            return io_shell.Execute(CommandLine(i_command, CommandLine::Origin::Script));
+        } catch (const UsageError& error) {
+            io_shell.Out().Note(FromUtf8(error.what()));
+            return exit_usage;
+        }
     try {
         if (i_command.front() == L"save")
             Save(io_shell, i_command);
@@ -97,7 +100,7 @@ int Execute(Shell& io_shell, const Arguments& i_command) {
             Edit(io_shell, i_command);
         else
             ShowFigures(io_shell);
-        return 0;
+        return exit_ok;
     } catch (const Failure& failure) {
         io_shell.Out().Error(failure);
     } catch (const std::exception& error) {
@@ -106,9 +109,9 @@ int Execute(Shell& io_shell, const Arguments& i_command) {
     return exit_failed;
 }
 
-int Run(const Options& i_options) {
+int Run(const CommandLine& i_line) {
     RedirectWinInet();
-    Shell shell(i_options, Qorv::Create<CancelFlag>());
+    Shell shell(i_line.ProgramOptions(), Qorv::Create<CancelFlag>());
     shell.Out().Line(L"#ready");
     while (const auto line = NextLine())
         if (const Arguments command = SplitLine(*line); !command.empty())
@@ -122,9 +125,9 @@ int wmain(int i_count, wchar_t** i_arguments) {
     OleInitialize(nullptr);
     int result = exit_failed;
     try {
-        result = Run(ParseOptions({i_arguments + 1, i_arguments + i_count}));
-    } catch (const UsageError& error) {
-        Output(false).Note(error.Text());
+        Arguments words(i_arguments + 1, i_arguments + i_count);
+        words.insert(words.end(), {L"run", L"-"}); // What it does with its standard input.
+        result = Run(CommandLine(words));
     } catch (const std::exception& error) {
         Output(false).Note(FromUtf8(error.what()));
     }
