@@ -11,11 +11,11 @@ namespace Ui {
 class OpenSaveDialog;
 }
 
-/// The plug-in's subscriber to the host's events. It answers the one that it subscribes to without doing anything: the
+/// The plug-in's subscriber to the host's events. It does nothing when the event it subscribes to arrives, because the
 /// plug-in adds no commands to the host's main view. It also holds the plug-in's one dialog object. Main thread only.
 class EventsHandler final : public Qorv::CoClass<EventsHandler, Qorv::IEventHandler> {
 public:
-    /// Borrows the plug-in, which owns the handler.
+    /// The plug-in, which owns the handler, must outlive it.
     explicit EventsHandler(Plugin* i_plugin);
     ~EventsHandler();
 

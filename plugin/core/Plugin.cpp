@@ -16,20 +16,20 @@ constexpr ULONG plugin_version = DROPBOX_VERSION_MAJOR << 16 | DROPBOX_VERSION_M
 constexpr ULONG vendor_id = 0;
 constexpr ULONG no_optional_features = 0;
 constexpr wchar_t plugin_name[] = L"Dropbox";
-// The wording is meant.
+// The wording is deliberate.
 constexpr wchar_t description[] = L"Dropbox plugin allows users work with in files located in Dropbox.";
 constexpr wchar_t publisher[] = L"Talvern Soft";
 constexpr wchar_t copyright[] = L"Copyright (C) 2026 Talvern Soft\nAll rights reserved";
 
 } // namespace
 
-/// Answers a getter: `o_value` takes the value. The check logs the argument under its own name.
+/// Answers a getter: stores the value in `o_value`. The check logs the argument under its own name.
 #define RETURN_VALUE(o_value, value)                                                                                   \
     CHECK_RETURN(o_value != nullptr, E_POINTER);                                                                       \
     *o_value = value;                                                                                                  \
     return TRACE_RESULT(S_OK)
 
-/// The same for a text, of which the caller gets a copy of its own.
+/// The same for a text. The caller gets its own copy.
 #define RETURN_STRING(o_text, text)                                                                                    \
     CHECK_RETURN(o_text != nullptr, E_POINTER);                                                                        \
     *o_text = SysAllocString(text);                                                                                    \
@@ -122,7 +122,7 @@ HRESULT STDMETHODCALLTYPE Plugin::FinalizeRegistering() noexcept {
     TRACE_FUNCTION();
     const auto strings = Resource(MAKEINTRESOURCEW(IDR_STRINGS_XML), L"XML").OpenStream();
     if (strings != nullptr && m_qorv_inst != nullptr)
-        m_qorv_inst->MergeLocalization(strings); // Without its texts the plug-in still works.
+        m_qorv_inst->MergeLocalization(strings); // The plug-in also works without its texts.
     return TRACE_RESULT(S_OK);
 }
 
@@ -142,7 +142,7 @@ HRESULT Plugin::InitSettings() noexcept {
     CHECK_RETURN(m_qorv_inst != nullptr, E_UNEXPECTED);
     Qorv::ComPtr<Qorv::IAUX_CabNode> settings;
     CHECK_HRESULT(m_qorv_inst->GetPluginSettings(this, VARIANT_TRUE, &settings));
-    if (settings != nullptr) // The plug-in only reserves the layout: it reads and writes none of its fields.
+    if (settings != nullptr) // The plug-in only reserves the layout. It neither reads nor writes its fields.
         ApplyCabTemplate(m_aux_inst, settings, MAKEINTRESOURCEW(IDR_SETTINGS_CAB_XML), L"Root");
     return TRACE_RESULT(S_OK);
 }
@@ -161,7 +161,7 @@ HRESULT STDMETHODCALLTYPE Plugin::Unload() noexcept {
     m_qorv_inst.Reset();
     m_uix_inst.Reset();
     m_events_handler.Reset();
-    // The icon stays until the plug-in goes: the host may still show it.
+    // Keep the icon until the plug-in is destroyed: the host may still show it.
     return TRACE_RESULT(S_OK);
 }
 

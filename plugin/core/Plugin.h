@@ -3,8 +3,8 @@
 #include "core/host/HostServices.h"
 #include "qorv/CoClass.h"
 
-/// The plug-in: one object for each load of the module. The host drives it through the life cycle that
-/// `Qorv::IQorv_Plugin` describes, on its main thread.
+/// The plug-in: one object for each load of the module. The host drives it on its main thread, through the life cycle
+/// that `Qorv::IQorv_Plugin` describes.
 class Plugin final : public Qorv::CoClass<Plugin, HostServices> {
 public:
     Plugin();
@@ -33,7 +33,7 @@ public:
     Qorv::ComPtr<FileSystem> GetFileSystem() const override;
     Qorv::IUIX_Image* GetIcon() const noexcept override { return m_icon; }
 
-    // Null before the step that makes them; all but the icon are null again after `Unload`.
+    // Null before the step that creates them. All but the icon are null again after `Unload`.
     Qorv::ComPtr<EventsHandler> m_events_handler;
     GuardedPtr<FileSystem> m_file_system;
     Qorv::ComPtr<Qorv::IUIX_Image> m_icon; ///< Null when the icons cannot be loaded.

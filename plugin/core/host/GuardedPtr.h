@@ -5,9 +5,9 @@
 
 #include <mutex>
 
-/// Counted reference to a COM object that one thread, the host's main one, lets go of while others still need it. They
-/// take a reference of their own for each use: `pointer->Do()` holds one until the call is over. What is gone by then
-/// throws E_UNEXPECTED as an `HResultException`.
+/// Counted reference to a COM object that the host's main thread may release while other threads still use it. Each use
+/// takes its own reference: `pointer->Do()` holds one until the call returns. Throws E_UNEXPECTED as an
+/// `HResultException` if the object has already been released.
 template <typename T>
 class GuardedPtr {
 public:
@@ -18,7 +18,7 @@ public:
 
     GuardedPtr& operator=(Qorv::ComPtr<T> i_object) {
         const std::lock_guard guard(m_lock);
-        std::swap(m_object.p, i_object.p); // The old one goes outside of the lock: it may call back.
+        std::swap(m_object.p, i_object.p); // Release the old object outside the lock: it may call back.
         return *this;
     }
 
@@ -31,14 +31,14 @@ public:
     Qorv::ComPtr<T> operator->() const { return Required(); }
     operator Qorv::ComPtr<T>() const { return Required(); }
 
-    /// Null when there is none. For the thread that lets go of it: no reference is taken.
+    /// Null when there is none. Takes no reference, so only the thread that releases the object may call it.
     operator T*() const { return Get(); }
 
     friend bool operator==(const GuardedPtr& i_pointer, const T* i_object) { return i_pointer.Get().Get() == i_object; }
 
     void Reset() { *this = Qorv::ComPtr<T>(); }
 
-    /// For an out argument, before other threads know of the pointer.
+    /// For an out argument, before other threads can see the pointer.
     T** operator&() noexcept { return &m_object; }
 
 private:

@@ -9,7 +9,8 @@
 class EventsHandler;
 class FileSystem;
 
-/// The plug-in object as its other classes see it: the way to the host's services, and to what the plug-in has one of.
+/// The plug-in object as its other classes see it: access to the host's services, and to the objects that the plug-in
+/// has only one of.
 class HostServices : public Qorv::IQorv_Plugin {
 public:
     // Null before `Setup`, and again after `Unload`, which may come while workers use them.
@@ -18,12 +19,12 @@ public:
     GuardedPtr<Qorv::IAUX_Inst> m_aux_inst;
     GuardedPtr<Qorv::IUIX_Inst> m_uix_inst;
 
-    // Null before the step that makes them.
+    // Null before the step that creates them.
     /// Main thread.
     virtual EventsHandler* GetEventsHandler() const noexcept = 0;
     /// Any thread.
     virtual Qorv::ComPtr<FileSystem> GetFileSystem() const = 0;
-    /// Null as well when the icons cannot be loaded.
+    /// Also null if the icons cannot be loaded.
     virtual Qorv::IUIX_Image* GetIcon() const noexcept = 0;
 
 protected:

@@ -18,7 +18,7 @@ BOOL CALLBACK FindUsableDialog(HWND i_window, LPARAM o_found) noexcept {
     return FALSE;
 }
 
-/// The thread's foremost window that can be used; null for none.
+/// The thread's topmost enabled window, or null.
 HWND UsableDialog() noexcept {
     TRACE_FUNCTION();
     HWND window = nullptr;
@@ -30,13 +30,13 @@ HWND UsableDialog() noexcept {
 
 HWND Ui::ModalOwner(Qorv::IQorv_Inst* host_instance) noexcept {
     TRACE_FUNCTION();
-    // A dialog that the user is in may have another owner than the frame.
+    // The dialog that the user is working in may have an owner other than the frame.
     if (const HWND active = GetActiveWindow(); active != nullptr && IsWindowEnabled(active))
         return active;
-    // No window of ours is active while another program is in use.
+    // None of our windows is active while the user works in another program.
     HWND frame = nullptr;
     if (FAILED(host_instance->get_MainFrameWnd(&frame)) || frame == nullptr)
         return UsableDialog();
-    // A frame that a dialog disabled must not get a second one of its own: the new one stands on top of the first.
+    // If a dialog has disabled the frame, the dialog owns the new window: the frame must not own a second one.
     return GetLastActivePopup(frame);
 }

@@ -4,8 +4,8 @@
 
 namespace Ui {
 
-/// The window that a new modal window belongs to: the dialog that the user is in, else the host's main frame; null when
-/// there is neither. Main thread.
+/// The window that should own a new modal window: the dialog that the user is working in, otherwise the host's main
+/// frame. Null when there is neither. Main thread.
 HWND ModalOwner(Qorv::IQorv_Inst* host_instance) noexcept;
 
 } // namespace Ui

@@ -5,10 +5,10 @@
 
 #include <cstddef>
 
-/// The module whose resources are used; set once when the module is loaded.
+/// The module that resources are read from; set once when the module is loaded.
 extern HMODULE g_module;
 
-/// A resource of the module, mapped as long as the module is loaded.
+/// A resource of the module. It stays mapped as long as the module is loaded.
 class Resource {
 public:
     /// A missing resource has no data and the size 0.

@@ -10,7 +10,7 @@ thread_local const StopScope* current_scope = nullptr;
 
 void StopSignal::Stop() noexcept {
     TRACE_FUNCTION();
-    const std::lock_guard guard(m_lock); // So long nothing that is ended here can go.
+    const std::lock_guard guard(m_lock); // Nothing that is stopped here can be destroyed while the lock is held.
     m_is_stopped = true;
     for (Stoppable* const running : m_running)
         running->Stop();

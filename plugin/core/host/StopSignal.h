@@ -4,10 +4,10 @@
 #include <mutex>
 #include <set>
 
-/// Something that runs on behalf of an operation and can be ended from outside: a request.
+/// Something that runs on behalf of an operation and can be stopped from outside, such as a request.
 class Stoppable {
 public:
-    /// Any thread, once. Must not wait, nor call the signal.
+    /// Called at most once, on any thread. Must not wait or call the signal.
     virtual void Stop() noexcept = 0;
 
 protected:
@@ -15,23 +15,24 @@ protected:
     ~Stoppable() = default;
 };
 
-/// Ends an operation that nobody waits for any more: the request that it hangs in now, and every one that it would
-/// begin after that. The operation's thread says which signal is its own (`StopScope`), and its requests join that.
+/// Stops an operation that nobody waits for any more: its current request, and every request that it starts later. The
+/// operation's thread sets its signal with a `StopScope`; its requests then register with that signal.
 class StopSignal {
 public:
     StopSignal() = default;
     StopSignal(const StopSignal&) = delete;
     StopSignal& operator=(const StopSignal&) = delete;
 
-    /// Any thread. It cannot be taken back.
+    /// Any thread. It cannot be undone.
     void Stop() noexcept;
     bool IsStopped() const noexcept;
 
-    /// Between the two `io_stoppable` is ended with the operation; at once when that is over. The operation's thread.
+    /// `io_stoppable` is stopped if the signal is set between these two calls, or at once if it is already set. Called
+    /// on the operation's thread.
     void Add(Stoppable& io_stoppable);
     void Remove(Stoppable& io_stoppable) noexcept;
 
-    /// The signal of the operation that runs on this thread; null when it has none.
+    /// The signal of the operation that runs on this thread, or null.
     static std::shared_ptr<StopSignal> OfThread() noexcept;
 
 private:
@@ -40,7 +41,7 @@ private:
     std::set<Stoppable*> m_running;
 };
 
-/// While it lives, what its thread does belongs to the operation of a signal. Scopes may stand in each other.
+/// While it exists, what its thread does belongs to the signal's operation. Scopes may be nested.
 class StopScope {
 public:
     explicit StopScope(std::shared_ptr<StopSignal> i_signal) noexcept;

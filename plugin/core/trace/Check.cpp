@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Composes and writes an exit line; a line that cannot be composed is lost. Keeps the last error.
+/// Writes an exit line. A line that cannot be composed is lost. Keeps the last error.
 template <typename Compose>
 void WriteExit(FunctionTrace& io_trace, Compose&& i_compose) noexcept {
     if (!IsLogEnabled())
@@ -56,13 +56,13 @@ HRESULT Detail::ReturnCode(HRESULT i_code, Qorv::IQorv_ErrorDetails* o_details) 
         else if (TakeThreadCode(i_code, words) && o_details != nullptr)
             o_details->SetError(i_code, words.c_str());
     } catch (...) {
-        // No memory for the words: the code alone must do.
+        // Out of memory: the code must do without the words.
     }
     return i_code;
 }
 
 void Detail::ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept {
-    // Without the colon that the returning sentence has: the two are told apart by it.
+    // Unlike the sentence for a return, this one has no colon, which tells the two apart.
     WriteExit(io_trace, [&] {
         return L"Expression \"" + std::wstring(i_expression) + L"\" caused throwing \"" + i_exception.Message() + L"\"";
     });

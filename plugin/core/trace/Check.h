@@ -6,8 +6,8 @@
 
 #include <type_traits>
 
-// How a traced function (`TRACE_FUNCTION`) checks what it is given and what it calls. Each check evaluates its
-// expression once and logs the expression's own source text: write it as it should read in the log.
+// How a traced function (`TRACE_FUNCTION`) checks its arguments and the calls it makes. Each check evaluates its
+// expression once and logs the expression's own source text, so write it as it should read in the log.
 //
 //   CHECK_RETURN(o_name != nullptr, E_POINTER);         a false condition or a null pointer returns the code
 //   CHECK_RETURN_GUARDED(p != nullptr, p->IsFile(), E_INVALIDARG);  the same for a condition that may be evaluated only
@@ -28,7 +28,7 @@
 
 namespace Detail {
 
-/// The truth of a condition. An HRESULT is none, S_OK being 0: such a check does not compile.
+/// The truth of a condition. An HRESULT does not compile, because S_OK is 0.
 template <typename Condition>
 bool Holds(const Condition& i_condition) noexcept {
     static_assert(!std::is_same_v<Condition, HRESULT>, "check an HRESULT with CHECK_HRESULT");
@@ -43,16 +43,16 @@ HRESULT CodeOf(Result i_result) noexcept {
 
 /// Writes the exit line of a failed check. Never fails, keeps the last error.
 void ReportReturn(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept;
-/// The same for a failure of the function's own, which the caller finds in the thread's COM error info.
+/// The same for a failure that the function itself found. The caller finds it in the thread's COM error info.
 void ReportRefusal(FunctionTrace& io_trace, const wchar_t* i_expression, HRESULT i_code) noexcept;
 void ReportThrow(FunctionTrace& io_trace, const wchar_t* i_expression, const Exception& i_exception) noexcept;
 
-/// The code for the exception that is being handled, the one place where exceptions end: logs it and tells the caller
-/// what happened, by the details object when there is one and by the thread's COM error info.
+/// Returns the code for the exception being handled. This is the one place where exceptions end: it logs the exception
+/// and tells the caller what happened, through the thread's COM error info and the details object, if there is one.
 HRESULT ReturnCurrentException(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept;
 
-/// Passes on the code of a method that ends without an exception. After a success nothing is left of an earlier failure
-/// in the thread's COM error info; after a failure that is only a code, the code's words are, and in the details.
+/// Passes on the code of a method that ends without an exception. After a success, clears the thread's COM error info
+/// of any earlier failure. After a failure that has only a code, puts the code's words there and in the details.
 HRESULT ReturnCode(HRESULT i_code, Qorv::IQorv_ErrorDetails* o_details) noexcept;
 
 /// Runs the body of a COM method.
@@ -60,7 +60,7 @@ class Boundary {
 public:
     Boundary(FunctionTrace& io_trace, Qorv::IQorv_ErrorDetails* o_details) noexcept
         : m_trace(io_trace), m_details(o_details) {
-        SetErrorInfo(0, nullptr); // What an earlier call left there is not about this one.
+        SetErrorInfo(0, nullptr); // Anything that an earlier call left there is not about this one.
     }
 
     template <typename Body>
@@ -123,5 +123,5 @@ private:
         }                                                                                                              \
     } while (false)
 
-/// The rest of a COM method: a block, ended by a semicolon, that returns the method's code and may throw.
+/// The rest of a COM method: a block, ending in a semicolon, that returns the method's code and may throw.
 #define COM_BOUNDARY(details) return ::Detail::Boundary(trace_function, details) % [&]() -> HRESULT

@@ -7,11 +7,11 @@
 
 namespace {
 
-constexpr wchar_t no_information[] = L"<no system error information avaliable>"; // Spelled so: tools look for it.
+constexpr wchar_t no_information[] = L"<no system error information avaliable>"; // Tools rely on the typo.
 constexpr DWORD text_capacity = 1024;                                            // Characters.
 constexpr DWORD first_internet_error = INTERNET_ERROR_BASE + 1;
 
-/// The message of the system, or of a module's own table; empty when there is none.
+/// The message from the system's message table, or from a module's; empty if there is none.
 std::wstring SystemMessage(DWORD i_code, HMODULE i_module, DWORD i_language) {
     const DWORD source = i_module != nullptr ? FORMAT_MESSAGE_FROM_HMODULE : FORMAT_MESSAGE_FROM_SYSTEM;
     wchar_t text[text_capacity];
@@ -20,7 +20,7 @@ std::wstring SystemMessage(DWORD i_code, HMODULE i_module, DWORD i_language) {
     return {text, length};
 }
 
-/// What the server said to the failed request.
+/// What the server said about the failed request.
 std::wstring LastResponse() {
     DWORD error = 0;
     DWORD length = 0;
@@ -58,6 +58,6 @@ std::wstring LastErrorText(DWORD i_language) {
     const DWORD error = GetLastError();
     std::wstring text =
         L"GetLastError " + std::to_wstring(error) + L": " + OrNoInformation(WindowsErrorMessage(error, i_language));
-    SetLastError(error); // The caller may want the code as well.
+    SetLastError(error); // The caller may need the code as well.
     return text;
 }

@@ -4,20 +4,20 @@
 
 #include <string>
 
-// The exceptions of the plug-in's inner layers. None leaves a COM method: the boundary turns it into a code.
+// The exceptions of the plug-in's inner layers. None leaves a COM method: the boundary turns them into codes.
 
-/// Root of all: a failure that has words, but no code.
+/// The base of all: a failure with words but without a code.
 class Exception {
 public:
-    /// The words of the reason are the message when there are none.
+    /// If the reason has no words, the message takes their place.
     explicit Exception(std::wstring i_message, FailureReason i_reason = {});
     Exception(const Exception&) = default;
     Exception& operator=(const Exception&) = default;
     virtual ~Exception() = default;
 
-    /// For the log: what the system says is in the log's language.
+    /// For the log: the system's texts are in the log's language.
     const std::wstring& Message() const noexcept { return m_message; }
-    /// For a person, and for code that asks.
+    /// For the user, and for code that examines the failure.
     const FailureReason& Reason() const noexcept { return m_reason; }
 
 private:
@@ -25,13 +25,13 @@ private:
     FailureReason m_reason;
 };
 
-/// A failure with the code that the boundary answers.
+/// A failure with the code that the boundary returns.
 class HResultException : public Exception {
 public:
     HResultException(std::wstring i_message, HRESULT i_result, FailureReason i_reason = {})
         : Exception(std::move(i_message), std::move(i_reason)), m_hresult(i_result) {}
 
-    /// The text of the code alone.
+    /// Only the code's own text.
     explicit HResultException(HRESULT i_result);
 
     HRESULT m_hresult;
@@ -40,16 +40,16 @@ public:
 /// A failed call of the platform.
 class ApiException : public Exception {
 public:
-    /// An empty message stands for the text of the last error.
+    /// An empty message is replaced by the text of the last error.
     explicit ApiException(const std::wstring& i_message = {});
 
-    /// The thread's last error, read after the message was built.
+    /// The thread's last error, read after the message was composed.
     DWORD Error() const noexcept { return m_error; }
 
 private:
     DWORD m_error;
 };
 
-/// The exception of a failed WinINet or platform call: the code of the last error and its text. A last error of 0
+/// The exception for a failed WinINet or platform call: the code of the last error and its text. A last error of 0
 /// becomes E_FAIL, because a failure must not look like a success.
 HResultException LastErrorException();

@@ -4,18 +4,18 @@
 #include "core/trace/Trace.h"
 #include "qorv/Values.h"
 
-// But for `TakeThreadReason` not traced: a check's report comes here.
+// Only `TakeThreadReason` is traced: checks report through this file.
 
 namespace {
 
-/// Marks the info of a failure that is only a code.
+/// Marks the error info of a failure that has only a code.
 constexpr GUID only_code = {0x1c3f1f0e, 0x6f5b, 0x4f52, {0x9a, 0x0e, 0x3b, 0x57, 0x29, 0xd4, 0x61, 0x8c}};
 
 void SetReason(const FailureReason& i_reason, const GUID& i_mark) noexcept {
     Qorv::ComPtr<ICreateErrorInfo> creator;
     if (FAILED(CreateErrorInfo(&creator)))
         return;
-    // The texts are only read; the declarations are old ones.
+    // The texts are only read; the declarations lack the const.
     creator->SetDescription(const_cast<wchar_t*>(i_reason.words.c_str()));
     creator->SetSource(const_cast<wchar_t*>(i_reason.summary.c_str()));
     creator->SetHelpContext(i_reason.http_status);
@@ -36,7 +36,7 @@ void SetThreadCode(HRESULT i_code) noexcept {
     try {
         SetReason({.words = HResultText(i_code, user_language)}, only_code);
     } catch (...) {
-        // No memory for the words: the code alone must do.
+        // Out of memory: the code must do without the words.
     }
     SetLastError(last_error);
 }
@@ -73,6 +73,6 @@ FailureReason TakeThreadReason() noexcept {
         info->GetHelpContext(&reason.http_status);
         return reason;
     } catch (...) {
-        return {}; // No memory for the words: the code alone must do.
+        return {}; // Out of memory: the code must do without the words.
     }
 }

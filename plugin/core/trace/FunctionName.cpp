@@ -1,7 +1,7 @@
 #include "core/trace/FunctionName.h"
 
 std::wstring FunctionName::Text() const {
-    // What the compilers call the anonymous namespace.
+    // The compilers' names for the anonymous namespace.
     static constexpr std::string_view placeholders[] = {"{anonymous}", "(anonymous namespace)"};
     static constexpr std::string_view log_name = "`anonymous-namespace'";
 

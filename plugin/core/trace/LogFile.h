@@ -7,10 +7,10 @@
 
 /// The open log file, in UTF-8.
 ///
-/// Not a wide stream of the standard library: one such stream in the "C" locale dies at the first character that is not
-/// ASCII, and closing it then never returns. The file is opened for appending alone, so that two processes with one log
-/// never write over each other. Threads take turns by a mutex of the system: one that is ended with its process gives
-/// its turn back, which a lock of the runtime would not.
+/// Not a wide stream of the standard library: in the "C" locale such a stream fails at the first character that is not
+/// ASCII, and closing it then never returns. The file is opened for appending only, so that two processes with the same
+/// log never overwrite each other's lines. Threads take turns with a system mutex: unlike a lock of the runtime, it is
+/// released when its thread ends with the process.
 class LogFile {
 public:
     LogFile() = default;
@@ -18,7 +18,7 @@ public:
     LogFile& operator=(const LogFile&) = delete;
     ~LogFile() { Close(); }
 
-    /// Creates the file anew. Others may read it while it is written.
+    /// Creates the file, or empties it. Others may read it while it is written.
     bool Open(const std::wstring& i_path) noexcept;
     bool IsOpen() const noexcept { return m_file != INVALID_HANDLE_VALUE; }
     /// A lone surrogate becomes U+FFFD. A line that cannot be written is lost.

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <vector>
 
-// Not traced: exceptions come here.
+// Not traced: exceptions use this.
 
 namespace {
 
@@ -12,7 +12,7 @@ constexpr std::size_t shortest_secret = 16; // Characters. Tokens of the service
 constexpr std::wstring_view mask = L"***";
 
 std::mutex g_lock;
-std::vector<std::wstring> g_secrets; // One may stand in it several times.
+std::vector<std::wstring> g_secrets; // The same one may be in it several times.
 
 } // namespace
 

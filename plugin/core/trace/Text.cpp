@@ -27,11 +27,11 @@ int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_len
     TRACE_FUNCTION();
     // The platform would read past the end of a shorter text.
     const std::wstring_view other = i_other.substr(0, static_cast<std::size_t>(std::max(i_length, 0)));
-    // To the platform characters without width are nothing: only an empty text may equal an empty one.
+    // The platform ignores characters without width, but only an empty text may equal an empty text.
     if (i_text.empty() || other.empty())
         return static_cast<int>(other.empty()) - static_cast<int>(i_text.empty());
     if (i_text == other)
-        return 0; // Most comparisons end here, and the platform's takes long.
+        return 0; // Most comparisons end here; the platform's is slow.
     return CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, i_text.data(), static_cast<int>(i_text.size()),
                           other.data(), static_cast<int>(other.size())) -
            CSTR_EQUAL;

@@ -6,11 +6,11 @@
 /// UTF-16 to UTF-8; a lone surrogate becomes U+FFFD.
 std::string ToUtf8(std::wstring_view i_text);
 
-/// UTF-8 to UTF-16; bytes that are no UTF-8 become U+FFFD.
+/// UTF-8 to UTF-16; bytes that are not UTF-8 become U+FFFD.
 std::wstring FromUtf8(std::string_view i_bytes);
 
-/// Compares a whole text with the first `i_length` characters of another (with all of it when it is shorter), in the
-/// invariant locale, ignoring case: 0 when they are equal, else negative or positive.
+/// Compares a whole text with the first `i_length` characters of another (all of it if it is shorter), in the invariant
+/// locale, ignoring case: 0 if they are equal, otherwise negative or positive.
 int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_length) noexcept;
 
 /// Whether two texts are equal in the invariant locale, ignoring case.

@@ -16,8 +16,7 @@ bool g_is_first_use = true;
 bool g_log_to_file = true;
 LogFile g_log_file;
 
-/// Keeps the thread's last error over everything that is done meanwhile: writing a line must not change what the traced
-/// function reads next.
+/// Preserves the thread's last error: writing a line must not change what the traced function reads next.
 class LastErrorKeeper {
 public:
     LastErrorKeeper() noexcept : m_code(GetLastError()) {}
@@ -29,7 +28,7 @@ private:
     DWORD m_code;
 };
 
-/// 0 for a value that is missing or no 32-bit number.
+/// 0 for a value that is missing or is not a 32-bit number.
 DWORD ReadLogSwitch() noexcept {
     HKEY key = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, switch_key, 0, KEY_READ, &key) != ERROR_SUCCESS)
@@ -54,8 +53,8 @@ std::wstring LineHead(const wchar_t* i_message) {
     SYSTEMTIME now;
     GetSystemTime(&now);
     wchar_t head[head_capacity] = {};
-    // The blank behind the message is meant: an entry line ends with it. %ls, because this printf reads %s as narrow
-    // text; the result is not used, because compilers differ in it when the head is cut.
+    // The space after the message is deliberate: an entry line ends with it. %ls, because this printf reads %s as
+    // narrow text; the result is not used, because compilers disagree on it when the head is cut.
     std::swprintf(head, std::size(head), L"%d-%02d-%02d %02d:%02d:%02d.%03d|%4x|%ls ", now.wYear, now.wMonth, now.wDay,
                   now.wHour, now.wMinute, now.wSecond, now.wMilliseconds, static_cast<unsigned>(GetCurrentThreadId()),
                   i_message);
@@ -73,7 +72,7 @@ void WriteLine(const wchar_t* i_message, std::wstring_view i_result) noexcept {
         else
             OutputDebugStringW(line.c_str());
     } catch (...) {
-        // A line that cannot be composed is lost; the traced function goes on.
+        // A line that cannot be composed is lost; the traced function continues.
     }
 }
 
