@@ -95,7 +95,7 @@ HRESULT STDMETHODCALLTYPE AccountData::get_UserName(BSTR* o_user_name) noexcept 
 HRESULT STDMETHODCALLTYPE AccountData::SaveTo(Qorv::IAUX_CabNode* o_cab) noexcept {
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
-        // After the plug-in's end nothing can be encrypted.
+        // Nothing can be encrypted after the plug-in is unloaded.
         CHECK_RETURN(m_plugin->m_aux_inst != nullptr, E_UNEXPECTED);
         CHECK_HRESULT(ApplyCabTemplate(m_plugin->m_aux_inst, o_cab, MAKEINTRESOURCE(IDR_ACCOUNT_DATA_CAB_XML),
                                        SettingsNames::template_root));
@@ -117,7 +117,7 @@ HRESULT STDMETHODCALLTYPE AccountData::VerifyURL(Qorv::PCStr i_url, LONG* o_resu
         const std::wstring_view user_id = SplitLocation(i_url).user_id;
         if (user_id.empty())
             *o_result = Qorv::AFS_VerifyURL_NoAccountNamed;
-        else if (m_user_id.starts_with(user_id)) // Over the segment's length only, and exactly: both are meant.
+        else if (m_user_id.starts_with(user_id)) // Deliberately a prefix, and case-sensitive.
             *o_result = Qorv::AFS_VerifyURL_ThisAccount;
         TRACE_TEXT(FormatLogText(L"Input URL '%ls' verification result with account user '%ls' and path '%ls' is %d",
                                  i_url, m_user_id.c_str(), m_path.c_str(), static_cast<int>(*o_result)));
@@ -140,7 +140,7 @@ std::wstring AccountData::GetUserName() const {
     return m_user_name;
 }
 
-// The log tells of the values only whether they are empty.
+// The log says only whether the values are empty.
 
 void AccountData::SetUserId(std::wstring user_id) {
     TRACE_FUNCTION();

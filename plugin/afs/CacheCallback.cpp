@@ -14,7 +14,7 @@ constexpr wchar_t no_file[] = L"File does not exist";
 
 } // namespace
 
-/// A step of a transfer: unless it goes well, the transfer is given up.
+/// A step of a transfer. If it fails, the transfer is abandoned.
 class CacheCallback::Transfer {
 public:
     explicit Transfer(CacheCallback& io_callback) noexcept : m_callback(io_callback) { TRACE_FUNCTION(); }
@@ -85,7 +85,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::Write(ULONGLONG pos, const void* data, 
         CHECK_RETURN(size > 0, E_INVALIDARG);
         CHECK_RETURN(data != nullptr, E_INVALIDARG);
         Transfer transfer(*this);
-        // "writting" is meant.
+        // The misspelling "writting" is deliberate.
         CHECK_THROW(pos == m_pos, Exception(L"Requested write position is not same as previous - random writting is "
                                             L"not supported"));
         CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
@@ -147,7 +147,7 @@ HRESULT STDMETHODCALLTYPE CacheCallback::EndWrite(Qorv::IQorv_ErrorDetails* out_
     COM_BOUNDARY(out_error_details) {
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         CHECK_THROW(m_upload.has_value(), Exception(L"The upload was not begun"));
-        // Dropped, whatever becomes of it, when this ends.
+        // Dropped when this returns, whatever the outcome.
         Upload upload = std::move(*m_upload);
         const ULONGLONG written = m_pos;
         DropStreams();
@@ -181,13 +181,13 @@ void CacheCallback::WriteUpload(const void* data, ULONG size) {
 void CacheCallback::OpenDownload() {
     TRACE_FUNCTION();
     m_download = m_name->GetObject()->AsFile()->OpenRead();
-    // Before the cache has a byte of it, if the reply says how much it brings.
+    // If the reply announces its length, check it before the cache has a byte.
     if (const auto length = m_download->Length())
         CheckFileSize(*length, false);
 }
 
-/// Whether a download of so many bytes is the whole file, and the one that was opened: what a gateway or a portal
-/// answers in the service's place, and what breaks off without an announced length, looks like a file as well.
+/// Whether a download of this size is complete, and of the file that was opened. The answer of a gateway or portal in
+/// the service's place looks like a file too, and so does a download without an announced length that breaks off.
 void CacheCallback::CheckFileSize(ULONGLONG i_size, bool i_asks_anew) {
     TRACE_FUNCTION();
     const auto object = m_name->GetObject();
@@ -200,9 +200,9 @@ void CacheCallback::CheckFileSize(ULONGLONG i_size, bool i_asks_anew) {
                 Exception(L"The file was changed after it had been opened: close it, and open it again"));
 }
 
-/// A file that is there is not emptied ahead of its upload. Nor is it replaced when there was none at the open: somebody
-/// else has made it meanwhile. That is said once; a save after that is the user's decision. An empty one may be what an
-/// upload left that failed.
+/// Creates the file only if it is missing: an existing file is not emptied before its upload. If it was missing when it
+/// was opened but exists now, somebody else has created it, and it is not replaced. That error is reported once; saving
+/// again after it is the user's decision. An empty file may be left over from a failed upload.
 void CacheCallback::CreateMissingFile() {
     TRACE_FUNCTION();
     const bool is_made_anew = m_missing_file == MissingFile::IsCreatedAnew;

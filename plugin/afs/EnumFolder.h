@@ -4,11 +4,11 @@
 
 #include <vector>
 
-/// A folder's children as the service listed them when this was made, and a cursor into them. Names and items are made
-/// one by one when they are asked for: a listing may be long.
+/// A folder's children, as the service listed them when this was created, and a cursor. Names and items are created one
+/// by one, on demand: a listing may be long.
 class EnumFolder final : public Qorv::CoClass<EnumFolder, Qorv::IAFS_EnumFolder> {
 public:
-    /// Lists the folder. Throws when there is none.
+    /// Lists the folder. Throws if it does not exist.
     explicit EnumFolder(Name* i_name);
     ~EnumFolder();
 

@@ -2,7 +2,7 @@
 
 #include "afs/Name.h"
 
-/// One child of an enumerated folder. Its name is bound already: nothing more needs to be asked of the service for it.
+/// One child of an enumerated folder. Its name is already bound, so the service is not asked about it again.
 class EnumFolderItem final : public Qorv::CoClass<EnumFolderItem, Qorv::IAFS_EnumFolderItem> {
 public:
     explicit EnumFolderItem(Qorv::ComPtr<Name> i_name);

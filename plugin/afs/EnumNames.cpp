@@ -13,7 +13,7 @@ EnumNames::~EnumNames() {
     TRACE_FUNCTION();
 }
 
-/// How many of the wanted names are left.
+/// How many of the requested names are left.
 std::size_t EnumNames::Left(ULONG i_count) const noexcept {
     TRACE_FUNCTION();
     return std::min<std::size_t>(i_count, m_names.size() - m_cursor);

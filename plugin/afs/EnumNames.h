@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Walks a list of names, as the list was when the enumerator was made. One thread at a time.
+/// Enumerates a list of names as it was when the enumerator was created. One thread at a time.
 class EnumNames final : public Qorv::CoClass<EnumNames, Qorv::IAFS_EnumNames> {
 public:
     explicit EnumNames(std::vector<Qorv::ComPtr<Qorv::IAFS_Name>> i_names, std::size_t i_cursor = 0);

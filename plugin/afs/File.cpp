@@ -24,8 +24,9 @@ File::~File() {
     TRACE_FUNCTION();
     if (m_cache == nullptr)
         return;
-    AddRef(); // So that a reference which the cache takes for the time of the call is not the last one again.
-    // Who cancelled the close does not want to wait for an upload now: the cache keeps the changes for its next flush.
+    AddRef(); // The cache may take a reference during the call: releasing it must not delete this object again.
+    // A user who cancelled the close does not want to wait for an upload now: the cache keeps the changes for its next
+    // flush.
     const auto cancel_flag = m_is_close_canceled ? Qorv::Create<CanceledFlag>() : nullptr;
     CloseEntry(nullptr, cancel_flag);
 }
@@ -60,7 +61,7 @@ HRESULT STDMETHODCALLTYPE File::Clone(Qorv::IAFS_File** out_file) noexcept {
         CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
         auto clone = Qorv::Create<File>(m_name, m_flags, m_pos);
         CHECK_RETURN(clone != nullptr, E_OUTOFMEMORY);
-        // The cache counts the open files of an entry, so it has to give out the entry itself.
+        // The cache counts the open files of an entry, so it has to return the entry itself.
         CHECK_HRESULT(m_name->GetSession()->GetFilesCache()->QueryCache(clone, m_flags, &clone->m_cache));
         CHECK_RETURN(clone->m_cache == m_cache, E_UNEXPECTED);
         *out_file = clone.Detach();
@@ -237,7 +238,7 @@ HRESULT STDMETHODCALLTYPE File::Close(Qorv::IQorv_ErrorDetails* out_error_detail
     };
 }
 
-/// The file is closed whatever the cache answers.
+/// The file is closed whatever the cache returns.
 HRESULT File::CloseEntry(Qorv::IQorv_ErrorDetails* out_error_details, Qorv::IQorv_CancelFlag* cancel_flag) noexcept {
     TRACE_FUNCTION();
     const auto cache = std::move(m_cache);

@@ -2,8 +2,8 @@
 
 #include "afs/Name.h"
 
-/// An open file. Its bytes are an entry of the host's files cache, which all open files of a location share and which
-/// reaches the service by a `CacheCallback`.
+/// An open file. Its bytes are an entry of the host's files cache, which all open files of a location share. The entry
+/// accesses the service through a `CacheCallback`.
 class File final : public Qorv::CoClass<File, Qorv::IAFS_File> {
 public:
     static constexpr IID ClassId = {0xc72e3517, 0xbeeb, 0x464b, {0xac, 0xad, 0xd5, 0x4c, 0x68, 0x60, 0xf2, 0x45}};
@@ -12,10 +12,10 @@ public:
     static HRESULT CreateAndOpenFile(Name* name, ULONG flags, Qorv::IQorv_ErrorDetails* out_error_details,
                                      Qorv::IQorv_CancelFlag* cancel_flag, Qorv::ComPtr<File>& out_file);
 
-    /// For `CreateAndOpenFile` and `Clone`: a file without an entry.
+    /// For `CreateAndOpenFile` and `Clone`: creates a file without an entry.
     File(Name* i_name, ULONG i_flags, ULONGLONG i_pos = 0);
-    /// Closes the file when its user did not; a failed upload is the cache's to report then. After a cancelled `Close`
-    /// nothing is uploaded: the cache keeps the changes.
+    /// Closes the file if its user did not; the cache then reports a failed upload. After a cancelled `Close` nothing
+    /// is uploaded: the cache keeps the changes.
     ~File();
 
     HRESULT STDMETHODCALLTYPE get_Name(Qorv::IAFS_Name** out_name) noexcept override;
@@ -41,12 +41,12 @@ public:
     HRESULT STDMETHODCALLTYPE get_Prop(Qorv::PCStr i_name, VARIANT* out_value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_Prop(Qorv::PCStr i_name, const VARIANT& i_value) noexcept override;
     HRESULT STDMETHODCALLTYPE Exec(Qorv::PCStr i_command, VARIANT* io_argument) noexcept override;
-    /// A second one does nothing.
+    /// A second call does nothing.
     HRESULT STDMETHODCALLTYPE Close(Qorv::IQorv_ErrorDetails* out_error_details,
                                     Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
 
 private:
-    // Static, because the texts of their checks are part of the log and say "self".
+    // Static because the texts of their checks are part of the log and say "self".
     static HRESULT CheckDisposition(File* self);
     static void CheckReplaced(File* self);
     static void QueryEntry(File* self);

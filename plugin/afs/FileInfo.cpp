@@ -23,7 +23,7 @@ HRESULT STDMETHODCALLTYPE FileInfo::get_Title(BSTR* out_title) noexcept {
 HRESULT STDMETHODCALLTYPE FileInfo::get_Attributes(ULONG* out_attributes) noexcept {
     TRACE_FUNCTION();
     CHECK_RETURN(out_attributes != nullptr, E_POINTER);
-    // The host's own bit: not the platform's for directories.
+    // The host's own flag, not the platform's for directories.
     *out_attributes = m_name->GetObject()->GetInformation()._is_folder ? Qorv::AFS_Attribute_Folder : 0UL;
     return TRACE_RESULT(S_OK);
 }

@@ -2,10 +2,10 @@
 
 #include "afs/Name.h"
 
-/// What is known of a file or folder: the record of the object that the name is bound to.
+/// What is known about a file or folder: the metadata of the object that the name is bound to.
 class FileInfo final : public Qorv::CoClass<FileInfo, Qorv::IAFS_FileInfo> {
 public:
-    /// Binds the name. Throws E_INVALIDARG when nothing is there.
+    /// Binds the name. Throws E_INVALIDARG if nothing is there.
     explicit FileInfo(Name* i_name);
     ~FileInfo();
 

@@ -32,7 +32,7 @@ HRESULT File::CreateAndOpenFile(Name* name, ULONG flags, Qorv::IQorv_ErrorDetail
     if (self->m_cache == nullptr) {
         if (is_bound_before) {
             RefreshName(self);
-            CHECK_HRESULT(CheckDisposition(self)); // What was there may be gone.
+            CHECK_HRESULT(CheckDisposition(self)); // The file may have been deleted meanwhile.
         }
         CHECK_HRESULT(CreateEntry(self, name, out_error_details, cancel_flag));
     } else if (self->Disposition() == Qorv::AFS_OpenFile_CreateAlways) {
@@ -53,10 +53,10 @@ HRESULT File::CheckDisposition(File* self) {
     CHECK_THROW(std::popcount(self->Disposition()) <= 1,
                 Exception(L"Multiple create disposition modes are not supported"));
     switch (self->Disposition()) {
-    case Qorv::AFS_OpenFile_CreateNew: // What the name knows counts: the service is not asked.
+    case Qorv::AFS_OpenFile_CreateNew: // Only the name's own record counts: the service is not asked.
         CHECK_RETURN(self->m_name->GetObject() == nullptr, file_exists);
         break;
-    case Qorv::AFS_OpenFile_CreateAlways: // "writting" is meant.
+    case Qorv::AFS_OpenFile_CreateAlways: // The misspelling "writting" is deliberate.
         CHECK_THROW(self->m_flags & Qorv::AFS_OpenFile_Write,
                     Exception(L"Mode CreateAlways can be used only for writting"));
         break;
@@ -69,15 +69,15 @@ HRESULT File::CheckDisposition(File* self) {
     return TRACE_RESULT(S_OK);
 }
 
-/// A file that is replaced need not be there, but a folder may not be in its place. The lookup also gives the name the
-/// service's own spelling, so that no other spelling gets an entry of its own.
+/// A file to replace need not exist, but there must not be a folder in its place. The lookup also gives the name the
+/// service's spelling, so that different spellings share one entry.
 void File::CheckReplaced(File* self) {
     TRACE_FUNCTION();
     const auto object = self->m_name->BindObject();
     CHECK_THROW(object == nullptr || object->AsFile() != nullptr, Exception(L"A folder has this name"));
 }
 
-/// Takes the entry that other open files of the location share, when there is one.
+/// Takes the entry that the location's other open files share, if there is one.
 void File::QueryEntry(File* self) {
     TRACE_FUNCTION();
     Qorv::ComPtr<Qorv::IAFS_FileCache> cache;
@@ -89,8 +89,8 @@ void File::QueryEntry(File* self) {
                                  static_cast<int>(result), cache != nullptr ? L"" : L"no "));
 }
 
-/// What a name that was bound before knows may be old: an old size would cut what is read. For a name whose object is
-/// gone an unbound one stands in, since a bound name stays bound.
+/// The record of a name that was bound earlier may be out of date, and an old size would cut off what is read. If the
+/// name's object is gone, an unbound name takes its place, because a bound name stays bound.
 void File::RefreshName(File* self) {
     TRACE_FUNCTION();
     const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
@@ -98,14 +98,14 @@ void File::RefreshName(File* self) {
         self->m_name = self->m_name->CreateUnbound();
 }
 
-/// `i_host_name` is the name that the file was opened by, whether or not another one stands in for it.
+/// `i_host_name` is the name that the file was opened by, even if another has taken its place.
 HRESULT File::CreateEntry(File* self, Name* i_host_name, Qorv::IQorv_ErrorDetails* out_error_details,
                           Qorv::IQorv_CancelFlag* cancel_flag) {
     TRACE_FUNCTION();
     const bool is_replaced = self->Disposition() == Qorv::AFS_OpenFile_CreateAlways;
     const bool is_existing = self->Disposition() == Qorv::AFS_OpenFile_OpenExisting;
     const bool may_create = (self->m_flags & Qorv::AFS_OpenFile_Write) != 0 && !is_existing;
-    // Asked without a kind: a folder in the file's place is no place for a new file.
+    // Accepts any kind of object: a new file must not take the place of a folder.
     const bool is_missing = !is_replaced && may_create && self->m_name->BindObject() == nullptr;
     using MissingFile = CacheCallback::MissingFile;
     const auto missing_file = is_missing   ? MissingFile::IsCreatedAnew

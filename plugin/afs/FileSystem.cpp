@@ -1,4 +1,4 @@
-// Identity, properties and connections; the other operations stand in FileSystemNames.cpp, FileSystemItems.cpp and
+// Identity, properties and connections. The other operations are in FileSystemNames.cpp, FileSystemItems.cpp and
 // FileSystemDialogs.cpp.
 
 #include "afs/FileSystem.h"
@@ -216,7 +216,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::BindClose(Qorv::IAFS_Name*, IQorv_ErrorDet
 
 HRESULT STDMETHODCALLTYPE FileSystem::SetProgressMon(IUnknown*) noexcept {
     TRACE_FUNCTION();
-    return TRACE_RESULT(S_FALSE); // No monitor is kept.
+    return TRACE_RESULT(S_FALSE); // Changes are not monitored.
 }
 
 HRESULT STDMETHODCALLTYPE FileSystem::GetProgressMon(IUnknown** o_monitor) noexcept {

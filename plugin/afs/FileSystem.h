@@ -6,14 +6,14 @@
 class AccountData;
 class Name;
 
-/// The file system "Dropbox": every operation of the host on `dropbox://` locations, each a thin, checked layer over
-/// names and remote objects. It keeps no state of accounts; any thread.
+/// The file system "Dropbox": all the host's operations on `dropbox://` locations, each a thin, checked layer over
+/// names and remote objects. It keeps no account state; any thread.
 class FileSystem final : public Qorv::CoClass<FileSystem, Qorv::IAFS_FileSys> {
 public:
     FileSystem(Qorv::IAFS_Inst* i_afs_inst, HostServices* i_plugin);
     ~FileSystem();
 
-    /// Lets go of the plug-in and the host. What needs them fails from then on; names and files live on.
+    /// Releases the plug-in and the host. Whatever needs them fails from then on; names and files live on.
     void Shutdown() noexcept;
 
     // FileSystem.cpp: identity, properties, connections
@@ -70,7 +70,7 @@ public:
                                        Qorv::IAFS_File** out_file) noexcept override;
     HRESULT STDMETHODCALLTYPE CreateFolder(Qorv::IAFS_Name* name, Qorv::IQorv_ErrorDetails* out_error_details,
                                            Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
-    /// Files only. `name` stands for the new location afterwards.
+    /// Files only. `name` refers to the new location afterwards.
     HRESULT STDMETHODCALLTYPE Move(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
                                    Qorv::IQorv_ErrorDetails* out_error_details,
                                    Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
@@ -78,7 +78,7 @@ public:
     HRESULT STDMETHODCALLTYPE Copy(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
                                    Qorv::IQorv_ErrorDetails* out_error_details,
                                    Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
-    /// Files and folders. `name` stands for the new location afterwards.
+    /// Files and folders. `name` refers to the new location afterwards.
     HRESULT STDMETHODCALLTYPE Rename(Qorv::IAFS_Name* name, Qorv::IAFS_Name* new_name,
                                      Qorv::IQorv_ErrorDetails* out_error_details,
                                      Qorv::IQorv_CancelFlag* cancel_flag) noexcept override;
@@ -98,7 +98,7 @@ public:
                                       Qorv::IAFS_NamesCollection** o_names, LONG* o_user_choise) noexcept override;
 
 private:
-    /// The plug-in's own name behind the host's pointer; null for null and for another file system's.
+    /// The plug-in's own name object for the host's pointer; null for null and for a name of another file system.
     static Qorv::ComPtr<Name> GetName(IUnknown* i_name) noexcept;
 
     HRESULT AccountOfContext(Qorv::PCStr i_path, Qorv::IAFS_BindContext* i_context,
@@ -107,5 +107,5 @@ private:
     HRESULT GetIconProp(VARIANT* o_prop_value);
 
     GuardedPtr<Qorv::IAFS_Inst> m_afs_inst;
-    GuardedPtr<HostServices> m_plugin; ///< Null after `Shutdown`, which may come while workers are in here.
+    GuardedPtr<HostServices> m_plugin; ///< Null after `Shutdown`, which may come while workers use this object.
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The flags as the dialog takes them: the caller's, or the kind's own, and the bit by which folders are chosen, which
-/// is no caller's.
+/// The flags for the dialog: the caller's, or the default for this kind of dialog, and the bit for choosing folders,
+/// which no caller can set.
 LONG DialogFlags(LONG i_flags, ULONG i_dialog_type) noexcept {
     TRACE_FUNCTION();
     using Ui::DialogParameters;
@@ -43,7 +43,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
     COM_BOUNDARY(nullptr) {
         CHECK_RETURN(o_names != nullptr, E_POINTER);
         *o_names = nullptr;
-        CHECK_RETURN(o_user_choise != nullptr, E_POINTER); // The spelling is meant.
+        CHECK_RETURN(o_user_choise != nullptr, E_POINTER); // The misspelling is deliberate.
         *o_user_choise = Qorv::AFS_UserChoice_Cancel;
         CHECK_RETURN(io_dialog_parameters != nullptr, E_INVALIDARG);
         CHECK_RETURN(i_dialog_type == Qorv::AFS_Dlg_OpenFiles || i_dialog_type == Qorv::AFS_Dlg_SaveFile ||
@@ -64,8 +64,8 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
         const auto dialog = m_plugin->GetEventsHandler()->GetDialog();
         CHECK_RETURN(dialog != nullptr, E_UNEXPECTED);
 
-        const Qorv::ComPtr<Qorv::IAUX_Inst> aux_inst = m_plugin->m_aux_inst; // An unload may come meanwhile.
-        // A name of its own: a load may go on after the dialog, when the caller uses its names again.
+        const Qorv::ComPtr<Qorv::IAUX_Inst> aux_inst = m_plugin->m_aux_inst; // The plug-in may be unloaded meanwhile.
+        // A copy of the name: a load may continue after the dialog, when the caller uses its names again.
         const auto default_folder =
             (initial_folder != nullptr ? initial_folder : parameters_initial_folder)->CreateUnbound();
         parameters.Flags = DialogFlags(parameters.Flags, i_dialog_type);
@@ -74,7 +74,7 @@ HRESULT STDMETHODCALLTYPE FileSystem::ShowDlg(ULONG i_dialog_type, Qorv::IAUX_Ca
         else
             CHECK_HRESULT(dialog->ShowOpenSinglePlace(o_names, parameters, default_folder, i_parent_window));
         *o_user_choise = Qorv::AFS_UserChoice_OK;
-        parameters.SaveToCab(aux_inst, io_dialog_parameters); // The choice stands, whether its filter is kept or not.
+        parameters.SaveToCab(aux_inst, io_dialog_parameters); // The choice is valid even if its filter cannot be saved.
         return TRACE_RESULT(S_OK);
     };
 }

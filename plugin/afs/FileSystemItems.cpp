@@ -17,14 +17,14 @@ using Qorv::IQorv_ErrorDetails;
 
 namespace {
 
-/// Binds a name to the object that was moved to a path. A failure here is not one of the move, and says so; the name
-/// stands for the new place all the same, since a save by the old one would make a second file.
+/// Binds a name to the object that was moved to a path. A failure here is not a failure of the move, and the error says
+/// so. The name refers to the new place even then, because saving by the old name would create a second file.
 void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     TRACE_FUNCTION();
     const std::wstring old_url = io_name.GetUrl();
     const std::wstring new_url = old_url.substr(0, old_url.size() - io_name.GetPath().size()) + i_path;
     io_name.GetSession()->GetOpenNames().Move(old_url, new_url);
-    io_name.FollowMove(old_url, new_url); // For one that no file is open by.
+    io_name.FollowMove(old_url, new_url); // For a name that no file is open by.
     HRESULT result = S_OK;
     FailureReason reason;
     try {
@@ -41,7 +41,7 @@ void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     CHECK_THROW(SUCCEEDED(result), HResultException(reason.words, result, reason));
 }
 
-/// Copies, moves or renames. A refusal because something is at the new place says what is.
+/// Copies, moves or renames. If something already exists at the new place, the error says what.
 template <typename Relocate>
 void RelocateTo(const std::wstring& i_path, Relocate&& i_relocate) {
     TRACE_FUNCTION();

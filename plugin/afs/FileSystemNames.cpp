@@ -10,19 +10,19 @@
 
 namespace {
 
-/// Without a parent: the whole location, or its path alone.
+/// Without a parent: the whole location, or only its path.
 std::wstring LocationText(const Name& i_name, ULONG flags) {
     TRACE_FUNCTION();
     const bool is_path_only = (flags & (Qorv::AFS_Name2String_PathOnly | Qorv::AFS_Name2String_ForDisplay)) != 0;
     return is_path_only ? i_name.GetPath() : i_name.GetUrl();
 }
 
-/// Whether something is at the name's location, which begins with the parent's.
+/// Whether something exists at the name's location, which begins with the parent's.
 bool Exists(Name& io_name, const Name& i_parent) {
     TRACE_FUNCTION();
     if (io_name.GetObject() != nullptr)
         return true;
-    // The id of another user may begin with the parent's: the path would be looked up in the wrong account.
+    // Another user's id may begin with the parent's: the path would be looked up in the wrong account.
     if (!AreOfSameUser(io_name, i_parent))
         return false;
     const auto web = i_parent.GetSession()->GetWeb()->GetWeb();

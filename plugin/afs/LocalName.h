@@ -3,8 +3,8 @@
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 
-/// `local_name`, the plug-in's own name behind the host's argument `name`. Null, and another file system's, return
-/// E_INVALIDARG.
+/// Declares `local_name`, the plug-in's own object for the host's argument `name`. Null, and a name of another file
+/// system, return E_INVALIDARG.
 #define GET_LOCAL_NAME(name)                                                                                           \
     CHECK_RETURN(name != nullptr, E_INVALIDARG);                                                                       \
     const auto local_##name = GetName(name);                                                                           \

@@ -58,7 +58,7 @@ HRESULT STDMETHODCALLTYPE NamesCollection::Remove(Qorv::IAFS_Name* i_name) noexc
     TRACE_FUNCTION();
     COM_BOUNDARY(nullptr) {
         CHECK_RETURN(i_name != nullptr, E_INVALIDARG);
-        Qorv::ComPtr<Qorv::IAFS_Name> removed; // Outlives the lock: the last reference may run foreign code.
+        Qorv::ComPtr<Qorv::IAFS_Name> removed; // Released outside the lock: the last reference may run foreign code.
         const Guard guard(m_critical_section);
         const auto found = std::ranges::find(m_names, i_name, &Qorv::ComPtr<Qorv::IAFS_Name>::Get);
         CHECK_RETURN(found != m_names.end(), E_INVALIDARG);

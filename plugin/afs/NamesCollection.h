@@ -6,8 +6,7 @@
 #include <mutex>
 #include <vector>
 
-/// A list of locations, in the order in which they were added; one may stand in it several times. Any thread: every
-/// operation is one step for all others.
+/// A list of locations in the order in which they were added, with duplicates. Any thread: every operation is atomic.
 class NamesCollection final : public Qorv::CoClass<NamesCollection, Qorv::IAFS_NamesCollection> {
 public:
     /// An empty one.
@@ -20,7 +19,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_Item(ULONG i_index, Qorv::IAFS_Name** o_name) noexcept override;
     HRESULT STDMETHODCALLTYPE Add(Qorv::IAFS_Name* i_name) noexcept override;
     HRESULT STDMETHODCALLTYPE Remove(Qorv::IAFS_Name* i_name) noexcept override;
-    /// Walks the names that are in the list now.
+    /// Enumerates the names that are in the list now.
     HRESULT STDMETHODCALLTYPE get_Enum(Qorv::IAFS_EnumNames** o_enum) noexcept override;
 
 private:

@@ -21,7 +21,7 @@ std::shared_ptr<SharePoint::Object> FindObject(SharePoint::Web& io_web, const st
     TRACE_FUNCTION();
     std::shared_ptr<SharePoint::Object> object;
     try {
-        // Asked without a kind, so that an empty answer has one meaning only.
+        // Accepts any kind of object, so that an empty answer has only one meaning.
         object = io_web.BindObject(i_path, SharePoint::Web::BindObjectType::any);
     } catch (const HttpException& e) {
         if (!Dropbox::SaysMissing(e))

@@ -23,7 +23,7 @@ HResultException SignInCanceled() {
     return {L"The sign-in was cancelled", Qorv::ErrorCanceled};
 }
 
-/// The account id as the service itself writes it: in the redirect of a sign-in it is percent-encoded ("dbid%3A...").
+/// The account id as the service writes it: in the redirect of a sign-in it is percent-encoded ("dbid%3A...").
 std::wstring WithoutPercentEscapes(const std::wstring& i_text) {
     TRACE_FUNCTION();
     const std::string text = ToUtf8(i_text);
@@ -41,7 +41,7 @@ std::wstring WithoutPercentEscapes(const std::wstring& i_text) {
     return FromUtf8(bytes);
 }
 
-/// The sign-in's dialog, which belongs to the main thread. By the time that it has its turn, nobody may wait for it.
+/// Shows the sign-in dialog on the main thread. By the time it runs, nobody may be waiting for it any more.
 HRESULT SignIn(Qorv::IQorv_Inst* i_host, const std::wstring& i_client_id, std::wstring& o_token,
                std::wstring& o_user_id) {
     TRACE_FUNCTION();
@@ -59,7 +59,7 @@ HRESULT SignIn(Qorv::IQorv_Inst* i_host, const std::wstring& i_client_id, std::w
     return TRACE_RESULT(S_OK);
 }
 
-/// Tells the user that this was somebody else; true to sign in once more.
+/// Tells the user that this was another user's account; true to sign in again.
 bool AskToChooseUser(Qorv::IQorv_Inst* i_host, const std::wstring& i_user_name) {
     TRACE_FUNCTION();
     ULONG answer = 1;
@@ -77,7 +77,7 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
                                          const std::wstring& i_user_name) {
     TRACE_FUNCTION();
     CHECK_THROW(context != nullptr, HResultException(L"Cannot create session with null context", E_INVALIDARG));
-    // The host may unload the plug-in at any time, which then lets go of all of this.
+    // The host may unload the plug-in at any time, which releases all of these.
     CHECK_THROW(plugin != nullptr, HResultException(E_UNEXPECTED));
     const Qorv::ComPtr<Qorv::IQorv_Inst> host = plugin->m_qorv_inst;
     const Qorv::ComPtr<FileSystem> file_system = plugin->GetFileSystem();
@@ -96,7 +96,7 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
             io_user_id = user_id;
             return session;
         }
-        // Somebody else: no token of theirs may live on, here or at the service.
+        // Another user: none of their tokens may stay valid, here or at the service.
         Dropbox::RevokeToken(AuthorizationHeader(std::exchange(io_token, {})));
         CHECK_THROW(AskToChooseUser(host, i_user_name), SignInCanceled());
     }
@@ -104,12 +104,12 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
     return session;
 }
 
-/// Goes on with a fresh token if the service says that it is this user's: the redirect that named the user came through
-/// the browser.
+/// Continues with a new token if the service confirms that it belongs to this user: the redirect that named the user
+/// came through the browser.
 bool Session::TakeSignedIn(const std::wstring& i_token, const std::wstring& i_user_id) {
     TRACE_FUNCTION();
     m_web = Dropbox::Web::Create(AuthorizationHeader(i_token));
-    m_is_account_read = false; // Of somebody before.
+    m_is_account_read = false; // It was another user's.
     return GetWeb()->GetWeb()->GetUserInformation()._id == i_user_id;
 }
 
@@ -122,7 +122,7 @@ Session::~Session() {
     TRACE_FUNCTION();
 }
 
-/// The communication key stands for the application when the host has set one.
+/// If the host has set a communication key, it replaces the application's.
 std::wstring Session::ClientId() const {
     TRACE_FUNCTION();
     return m_communication_key.empty() ? Dropbox::ServiceConfiguration::client_id : m_communication_key;

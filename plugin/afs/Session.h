@@ -10,15 +10,15 @@
 class FileSystem;
 class HostServices;
 
-/// The live connection of one account: its web client and the host's files cache. Names share it; it ends with the last
-/// of them. One call at a time.
+/// The live connection to one account: its web client and the host's files cache. Names share it, and it ends with the
+/// last of them. One call at a time.
 class Session {
 public:
-    /// Opens a session for an account. `io_token` is the account's bare access token; a value that still has the
-    /// header's name or "Bearer " before it is accepted and cut. Nothing is sent for it: see `GetWeb`. Without a token
-    /// the user signs in, on the host's main thread, for which the caller waits; an empty `io_user_id` takes whoever
-    /// signs in, else `i_user_name` tells the user whose account is meant. Throws the host's code for a cancelled
-    /// operation when the user does not sign in, or is not the account's.
+    /// Opens a session for an account. `io_token` is the account's bare access token; the header's name or "Bearer "
+    /// before it is accepted and removed. The token is not checked with the service: see `GetWeb`. Without a token the
+    /// user signs in on the host's main thread, and the caller waits. With an empty `io_user_id`, anybody may sign in;
+    /// otherwise `i_user_name` tells the user which account to use. Throws the host's code for a cancelled operation if
+    /// the user does not sign in, or signs in to another account.
     static std::shared_ptr<Session> Create(std::wstring& io_user_id, std::wstring& io_token,
                                            const Qorv::ComPtr<HostServices>& plugin, Qorv::IAFS_BindContext* context,
                                            const std::wstring& i_user_name = {});
@@ -31,14 +31,14 @@ public:
     /// Null when the host keeps no files cache.
     Qorv::ComPtr<Qorv::IAFS_FilesCache> GetFilesCache() const noexcept;
 
-    /// The web client as the account's root folder. The first call reads the current account, once, so that a token
-    /// which the service refuses fails what is done first: it throws then, and asks again the next time.
+    /// The web client as the account's root folder. The first call reads the current account, so that a token that the
+    /// service refuses makes the first operation fail. It then throws, and asks again next time.
     std::shared_ptr<SharePoint::Object> GetWeb();
 
-    /// The names of open files, which go along when what they stand for is moved by another name.
+    /// The names of open files, which follow their files when another name moves them.
     OpenNames& GetOpenNames() noexcept { return m_open_names; }
 
-    /// A text of the host's for the sign-in.
+    /// One of the host's texts for the sign-in.
     void SetCommunicationKey(std::wstring i_communication_key);
 
 private:
