@@ -24,7 +24,7 @@ HRESULT STDMETHODCALLTYPE AcceleratorMonitor::OnEventLoopMonitor(Qorv::IUIX_Loop
     CHECK_HRESULT(io_event->get_Window(&message.hwnd));
     CHECK_HRESULT(io_event->get_WParam(&message.wParam));
     CHECK_HRESULT(io_event->get_LParam(&message.lParam));
-    // Asked for each time: the browser has it only while it is active.
+    // Queried each time: the browser has it only while it is active.
     ComPtr<IOleInPlaceActiveObject> active_object;
     if (_browser == nullptr || FAILED(_browser->QueryInterface(&active_object)))
         return TRACE_RESULT(S_OK);

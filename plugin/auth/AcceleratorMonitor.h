@@ -3,11 +3,11 @@
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
 
-/// Gives the key presses of the host's modal loop to a browser first, so that Tab, Enter and the editing keys work in
+/// Passes the key presses of the host's modal loop to a browser first, so that Tab, Enter and the editing keys work in
 /// its page. Main thread.
 class AcceleratorMonitor final : public Qorv::CoClass<AcceleratorMonitor, Qorv::IUIX_EventLoopMonitor> {
 public:
-    /// `i_browser` is held as long as this object; null for none.
+    /// Holds `i_browser`, which may be null, as long as this object exists.
     explicit AcceleratorMonitor(IUnknown* i_browser);
     ~AcceleratorMonitor();
 

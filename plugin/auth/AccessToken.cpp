@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::wstring_view header_name = L"Authorization:";
 constexpr std::wstring_view token_type = L"Bearer ";
-constexpr std::wstring_view token_type_word = L"Bearer"; // Whatever blanks follow.
+constexpr std::wstring_view token_type_word = L"Bearer"; // Any spaces may follow.
 constexpr std::wstring_view blanks = L" \t\r\n";
 
 std::wstring_view Trimmed(std::wstring_view i_text) noexcept {

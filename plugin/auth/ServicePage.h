@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// The URL of a page of the service's web site, by its path ("/login").
+/// The URL of a page of the service's web site, given its path ("/login").
 inline std::wstring ServicePage(std::wstring_view i_path) {
     TRACE_FUNCTION();
     std::wstring url(Dropbox::ServiceConfiguration::scheme_prefix);

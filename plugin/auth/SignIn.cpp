@@ -6,7 +6,7 @@
 
 namespace {
 
-/// OLE on this thread, which the browser needs: the host may have it already, or not.
+/// Initialises OLE on this thread for the browser, if the host has not done so already.
 class OleScope {
 public:
     OleScope() noexcept : m_result(OleInitialize(nullptr)) { TRACE_FUNCTION(); }
@@ -37,7 +37,8 @@ HRESULT AuthenticateDropboxOAuth2(Qorv::IQorv_Inst* host_instance, const std::ws
     CHECK_HRESULT(ole.Result());
     const auto dialog = Qorv::Create<Qorv::WebBrowserDialog>(host_instance);
     CHECK_RETURN(dialog != nullptr, E_OUTOFMEMORY);
-    // The dialog lets go of the handler before `DoModal` returns: the handler refers to it plainly, without a circle.
+    // The dialog releases the handler before `DoModal` returns, so the handler may hold a plain reference without a
+    // cycle.
     SignInNavigation navigation([&](const std::wstring& i_url) { return dialog->Navigate(i_url); },
                                 [&] { return dialog->EndModal(); }, client_id, o_header, o_account_id);
     const HRESULT result =

@@ -14,14 +14,14 @@ constexpr wchar_t authorize_path[] = L"/oauth2/authorize?response_type=token&cli
 constexpr wchar_t redirect_parameter[] = L"&redirect_uri=";
 constexpr wchar_t redirect_receiver_path[] = L"/1/oauth2/redirect_receiver";
 
-/// Where each authorize page leads back to the log-in page, somebody has to end the circle.
+/// If every authorize page leads back to the log-in page, the loop has to end somewhere.
 constexpr int max_authorize_pages = 20;
 
 constexpr std::wstring_view token_key = L"access_token=";
 constexpr std::wstring_view account_key = L"account_id=";
-constexpr wchar_t header_prefix[] = L"Authorization:Bearer "; // No blank after the colon: so it is sent.
+constexpr wchar_t header_prefix[] = L"Authorization:Bearer "; // No space after the colon: it is sent like this.
 
-/// The redirect URL is not escaped: so it is registered at the service.
+/// The redirect URL is not escaped: it is registered with the service like this.
 std::wstring AuthorizePage(std::wstring_view i_client_id) {
     TRACE_FUNCTION();
     return ServicePage(authorize_path).append(i_client_id) + redirect_parameter + ServicePage(redirect_receiver_path);
@@ -32,8 +32,7 @@ bool BeginsWith(std::wstring_view i_url, const std::wstring& i_page) noexcept {
     return StringCompare(i_page, i_url, static_cast<int>(i_page.size())) == 0;
 }
 
-/// What follows the first occurrence of the key, up to the next "&", as it stands there: nothing is decoded. Empty for
-/// a key that is missing.
+/// What follows the first occurrence of the key, up to the next "&", without decoding. Empty if the key is missing.
 std::wstring_view ValueOf(std::wstring_view i_key, std::wstring_view i_fragment) noexcept {
     TRACE_FUNCTION();
     const std::size_t key = i_fragment.find(i_key);
@@ -59,7 +58,7 @@ HRESULT SignInNavigation::OnNavigateComplete(const wchar_t* i_url) {
     TRACE_FUNCTION();
     CHECK_RETURN(i_url != nullptr, E_FAIL);
     const std::wstring_view url(i_url);
-    // The log-out leads to one of these two, and only the whole URL tells the home page from all the others.
+    // The log-out leads to one of these two. Only the whole URL distinguishes the home page from other pages.
     if (BeginsWith(url, ServicePage(login_path)) || EqualsNoCase(url, ServicePage(home_path))) {
         CHECK_RETURN(m_authorize_pages < max_authorize_pages, E_FAIL);
         ++m_authorize_pages;

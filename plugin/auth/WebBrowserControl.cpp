@@ -9,7 +9,7 @@ using Qorv::ComPtr;
 
 namespace {
 
-/// The size of a rectangle in pixels as OLE wants it, in hundredths of a millimetre.
+/// Converts the size of a rectangle from pixels to hundredths of a millimetre, as OLE requires.
 SIZEL ExtentOf(const RECT& i_rect) noexcept {
     TRACE_FUNCTION();
     constexpr int units_per_inch = 2540;
@@ -42,8 +42,8 @@ HRESULT WebBrowserControl::Init(HWND i_parent_window, const RECT& rect) {
     CHECK_HRESULT(_ole_object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, -1, _parent_window, &rect));
     CHECK_HRESULT(_ole_object->QueryInterface(&_web_browser2));
     CHECK_HRESULT(_web_browser2->put_Silent(VARIANT_TRUE));
-    ShowWindow(GetControl(), SW_SHOW); // Its answer is not whether it worked, but whether the window was visible.
-    // The keyboard goes to the page. Without it the user has to click there first, which is no failure.
+    ShowWindow(GetControl(), SW_SHOW); // Returns whether it was visible before, not an error.
+    // Gives the page the keyboard focus. If this fails, the user has to click on the page first, which is not an error.
     _ole_object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, this, -1, _parent_window, &rect);
     return TRACE_RESULT(S_OK);
 }
@@ -73,7 +73,7 @@ IWebBrowser2* WebBrowserControl::GetBrowser() const noexcept {
     return _web_browser2;
 }
 
-/// The browser's window, null without one.
+/// The browser's window; null without one.
 HWND WebBrowserControl::GetControl() const noexcept {
     TRACE_FUNCTION();
     HWND window = nullptr;

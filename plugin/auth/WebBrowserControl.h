@@ -7,13 +7,13 @@
 
 #include <string>
 
-/// IOleInPlaceSite, with the interface that it extends said aloud for `QueryInterface`.
+/// IOleInPlaceSite, with its base interface listed explicitly for `QueryInterface`.
 struct InPlaceSite : IOleInPlaceSite {
     static constexpr IID Id = __uuidof(IOleInPlaceSite);
     using Base = IOleWindow;
 };
 
-/// The smallest OLE container that holds the system's WebBrowser control: its site and its storage, which stores
+/// The smallest OLE container that can hold the system's WebBrowser control: its site, and a storage that stores
 /// nothing. The browser and its container hold each other until `Close`. Main thread.
 class WebBrowserControl final : public Qorv::CoClass<WebBrowserControl, InPlaceSite, IOleClientSite, IStorage> {
 public:
@@ -21,19 +21,19 @@ public:
     ~WebBrowserControl();
 
     /// Creates the browser and shows it in the rectangle of the parent's client area, in pixels. `Close` must follow,
-    /// after a failure too.
+    /// even after a failure.
     HRESULT Init(HWND i_parent_window, const RECT& rect);
 
     /// Moves the browser.
     HRESULT SetRect(const RECT& i_rect);
 
-    /// Begins to load a page.
+    /// Starts loading a page.
     HRESULT Navigate(const std::wstring& i_url);
 
     /// Null before `Init` and after `Close`.
     IWebBrowser2* GetBrowser() const noexcept;
 
-    /// Ends the browser and lets go of it, in whatever state it is. May be called again.
+    /// Closes and releases the browser in any state. May be called again.
     void Close() noexcept;
 
     // IOleInPlaceSite
@@ -94,5 +94,5 @@ private:
     Qorv::ComPtr<IOleInPlaceObject> _ole_in_place_object;
     Qorv::ComPtr<IWebBrowser2> _web_browser2;
     RECT _rect{};
-    bool _is_locked = false; ///< `OnInPlaceActivate` keeps the browser running, which somebody must take back.
+    bool _is_locked = false; ///< `OnInPlaceActivate` locks the browser running; `Close` has to unlock it.
 };

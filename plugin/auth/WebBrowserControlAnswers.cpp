@@ -2,7 +2,7 @@
 
 #include "core/trace/Check.h"
 
-// What the container answers where it has nothing to do: fixed answers, which the browser counts on.
+// What the container returns where it has nothing to do: fixed results, which the browser relies on.
 
 // IOleInPlaceSite and IOleClientSite: the browser fills its window and is never saved.
 
@@ -80,7 +80,7 @@ HRESULT STDMETHODCALLTYPE WebBrowserControl::RequestNewObjectLayout() noexcept {
     return TRACE_RESULT(E_NOTIMPL);
 }
 
-// IStorage: there must be one, but it keeps nothing.
+// IStorage: it must exist, but it stores nothing.
 
 HRESULT STDMETHODCALLTYPE WebBrowserControl::CreateStream(const OLECHAR*, DWORD, DWORD, DWORD,
                                                           IStream** o_stream) noexcept {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t layout_id[] = L"WebBrowserDialog";
 constexpr wchar_t log_out_path[] = L"/logout";
-/// Pages of the service can be larger than the dialog: the user may give them room.
+/// The service's pages can be larger than the dialog, so the user may resize it.
 constexpr DWORD window_style = WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME;
 
 } // namespace
@@ -50,15 +50,15 @@ HRESULT WebBrowserDialog::DoModal(BeforeNavigateHandler i_before_navigate,
     CHECK_HRESULT(uix_instance->CreateObj(&parameters, nullptr));
     CHECK_RETURN(m_pObj != nullptr, E_FAIL);
 
-    const ComPtr<IUIX_Obj> keep_object(m_pObj); // `Destroy` takes the member's reference back (`OnAttach`).
+    const ComPtr<IUIX_Obj> keep_object(m_pObj); // `Destroy` releases the member's reference (`OnAttach`).
     LONG result = IDCANCEL;
     CHECK_HRESULT(m_pObj->DoModal(UIX_ObjModal_AppModal, &result));
-    if (m_pObj != nullptr) // Null when the dialog went together with its owner.
+    if (m_pObj != nullptr) // Null if the dialog was destroyed with its owner.
         CHECK_HRESULT(m_pObj->Destroy());
     return TRACE_RESULT(S_OK);
 }
 
-/// Whatever is still there when a run is over, in particular after a failure.
+/// Destroys whatever is left at the end of a run, especially after a failure.
 void WebBrowserDialog::Finish() noexcept {
     TRACE_FUNCTION();
     if (const auto object = m_pObj)
@@ -73,7 +73,7 @@ void WebBrowserDialog::Finish() noexcept {
 HRESULT WebBrowserDialog::Navigate(const std::wstring& i_url) {
     TRACE_FUNCTION();
     CHECK_RETURN(_browser_control != nullptr && _browser_control->GetBrowser() != nullptr, E_UNEXPECTED);
-    _browser_control->GetBrowser()->Stop(); // It may have nothing to stop any more.
+    _browser_control->GetBrowser()->Stop(); // There may be nothing left to stop.
     CHECK_HRESULT(_browser_control->Navigate(i_url));
     return TRACE_RESULT(S_OK);
 }
@@ -134,7 +134,7 @@ void WebBrowserDialog::CloseBrowser() noexcept {
 HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnSize() noexcept {
     TRACE_FUNCTION();
     if (_browser_control == nullptr)
-        return TRACE_RESULT(S_OK); // The window is still being made.
+        return TRACE_RESULT(S_OK); // The window is still being created.
     WebBrowserControl& _control = *_browser_control;
     RECT r{};
     CHECK_HRESULT(m_pObj->get_ClientRect(&r));
@@ -154,7 +154,7 @@ HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnMessage(UINT, WPARAM, LPARAM) noex
 
 HRESULT STDMETHODCALLTYPE WebBrowserDialog::OnDestroy() noexcept {
     TRACE_FUNCTION();
-    CloseBrowser(); // Before the window in which the browser lives is gone.
+    CloseBrowser(); // Before the browser's window is destroyed.
     return TRACE_RESULT(S_OK);
 }
 

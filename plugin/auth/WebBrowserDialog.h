@@ -11,19 +11,19 @@
 
 namespace Qorv {
 
-/// A modal dialog of the host's that a web browser fills. Main thread, OLE initialised. One run at a time; nothing of
-/// it is left when `DoModal` returns, whatever way the dialog ended.
+/// One of the host's modal dialogs, filled by a web browser. Main thread, with OLE initialised. One run at a time;
+/// nothing of it is left when `DoModal` returns, however the dialog ended.
 class WebBrowserDialog final : public CoClass<WebBrowserDialog, IUIX_ObjSink> {
 public:
-    /// The browser opens with the service's log-out page, so that the user may sign in as anybody.
+    /// The browser starts at the service's log-out page, so that the user may sign in to any account.
     explicit WebBrowserDialog(IQorv_Inst* i_qorv_instance);
     ~WebBrowserDialog();
 
-    /// Shows the dialog until it is closed, by the user or by `EndModal`: S_OK for both. The handlers are let go before
-    /// it returns.
+    /// Shows the dialog until the user or `EndModal` closes it: S_OK for both. The handlers are released before it
+    /// returns.
     HRESULT DoModal(BeforeNavigateHandler i_before_navigate, NavigateCompleteHandler i_navigate_complete);
 
-    /// Stops what the browser loads and makes it load another page. May be called from inside the browser's events.
+    /// Stops the current load and loads another page. May be called from inside the browser's events.
     HRESULT Navigate(const std::wstring& i_url);
 
     /// Closes the dialog once the current event is over.

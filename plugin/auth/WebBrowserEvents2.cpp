@@ -18,7 +18,7 @@ bool IsBoolReference(const VARIANT& i_argument) noexcept {
     return i_argument.vt == (VT_BYREF | VT_BOOL) && i_argument.pboolVal != nullptr;
 }
 
-/// The arguments of BeforeNavigate2. An event brings its arguments last to first.
+/// The arguments of BeforeNavigate2. An event passes its arguments last to first.
 enum BeforeNavigateArgument {
     Cancel,
     Headers,
@@ -41,7 +41,7 @@ bool AreBeforeNavigateArguments(const DISPPARAMS& i_parameters) noexcept {
     return arguments[Browser].vt == VT_DISPATCH && IsBoolReference(arguments[Cancel]);
 }
 
-/// The arguments of NavigateComplete2, last to first as well.
+/// The arguments of NavigateComplete2, also last to first.
 enum NavigateCompleteArgument { FinalUrl, FinalBrowser, NavigateCompleteArgumentCount };
 
 bool AreNavigateCompleteArguments(const DISPPARAMS& i_parameters) noexcept {
@@ -96,7 +96,7 @@ HRESULT STDMETHODCALLTYPE WebBrowserEvents2::Invoke(DISPID i_event, REFIID, LCID
         if (i_event != DISPID_BEFORENAVIGATE2 && i_event != DISPID_NAVIGATECOMPLETE2)
             return TRACE_RESULT(S_OK);
         CHECK_RETURN(i_parameters != nullptr, E_INVALIDARG);
-        // A handler may end the dialog: neither this object nor the browser may go before the event is over.
+        // A handler may end the dialog: neither this object nor the browser may be destroyed before the event is over.
         const ComPtr<WebBrowserEvents2> keep_alive(this);
         const ComPtr<IWebBrowser2> keep_browser(_web_browser);
         const HRESULT result =
@@ -106,12 +106,12 @@ HRESULT STDMETHODCALLTYPE WebBrowserEvents2::Invoke(DISPID i_event, REFIID, LCID
     };
 }
 
-/// Frames of a page fire the same events, each by an object of its own: an advertisement must not drive the dialog. COM
-/// objects are the same when they have the same IUnknown.
+/// A page's frames fire the same events, each from its own object: an advertisement must not drive the dialog. COM
+/// objects are the same if they have the same IUnknown.
 bool WebBrowserEvents2::IsMainFrame(IDispatch* i_browser) const noexcept {
     TRACE_FUNCTION();
     if (i_browser == nullptr || _web_browser == nullptr)
-        return true; // Nobody else fires then.
+        return true; // Then no other object fires.
     ComPtr<IUnknown> browser;
     ComPtr<IUnknown> main_browser;
     return SUCCEEDED(i_browser->QueryInterface(&browser)) && SUCCEEDED(_web_browser->QueryInterface(&main_browser)) &&
