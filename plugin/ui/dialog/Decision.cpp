@@ -33,7 +33,7 @@ const FileRow* FolderOfTitle(const FileRows& i_rows, std::wstring_view i_title) 
     return index && i_rows[*index].is_folder && !i_rows[*index].is_parent ? &i_rows[*index] : nullptr;
 }
 
-/// A text that begins like a location, with the prefix written as locations have it; empty for another text.
+/// A text that begins like a location, with its prefix normalised; empty for any other text.
 std::wstring LocationText(const std::wstring& i_text) {
     TRACE_FUNCTION();
     if (i_text.starts_with(L'/'))
@@ -93,7 +93,7 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
     TRACE_FUNCTION();
     if (i_names.empty())
         return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
-    if (i_mode.chooses_folder) // A folder's title would be a way to it.
+    if (i_mode.chooses_folder) // A folder's title would be a path to it.
         return Refuse(L"db.msg.folderNotFound", i_names.front().text);
     for (const TypedName& name : i_names) {
         if (name.is_folder)

@@ -21,7 +21,7 @@ struct DialogMode {
     bool asks_before_replacing = false;
 };
 
-/// What is to be done.
+/// What to do.
 struct Decision {
     enum class Kind {
         nothing,
@@ -30,7 +30,7 @@ struct Decision {
         go_to,          ///< Show the location of the text.
         choose_shown,   ///< The dialog ends with the shown folder.
         choose,         ///< The dialog ends with the names.
-        ask_to_replace, ///< The same, when the user agrees to replace the one name.
+        ask_to_replace, ///< The same, if the user agrees to replace the one name.
         save_new,       ///< The same for the one name, which wasn't in the folder when it was loaded.
         refuse          ///< Tell the user why not.
     };
@@ -38,11 +38,11 @@ struct Decision {
     Kind kind = Kind::nothing;
     std::vector<TypedName> names{};
     std::wstring text{};                 ///< The location to go to, or the name that is refused.
-    const wchar_t* message_id = nullptr; ///< Of the localized text that refuses; "%1" in it is the name.
+    const wchar_t* message_id = nullptr; ///< Of the localized text for the refusal; "%1" in it is the name.
 };
 
-/// What a text in the name box means as a way to a folder: nothing when it is a name. A text that begins with "/" or
-/// "dropbox://", "..", or the title of a listed folder is a way.
+/// What a text in the name box means as a path to a folder: nothing if it is a name. A text that begins with "/" or
+/// "dropbox://", "..", or the title of a listed folder is a path.
 Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows);
 
 /// What to do with the selected rows, which may be none.

@@ -72,7 +72,7 @@ HRESULT Dialog::DoModal(bool is_open, HWND parent_window) {
     CHECK_HRESULT(m_ui->CreateObj(&createUiObjectParameters, nullptr));
     CHECK_RETURN(m_pObj != nullptr, E_FAIL);
 
-    const ComPtr<IUIX_Obj> object(m_pObj); // `Destroy` takes the member's reference back (`OnAttach`).
+    const ComPtr<IUIX_Obj> object(m_pObj); // `Destroy` releases the member's reference (`OnAttach`).
     LONG result = IDCANCEL;
     const HRESULT modal_result = object->DoModal(UIX_ObjModal_AppModal, &result);
     if (m_pObj != nullptr) // Null if the window was destroyed with its owner.
@@ -181,7 +181,8 @@ bool Dialog::IsBusy() const noexcept {
     return m_command.IsRunning() || m_trail.IsLoading();
 }
 
-/// The host may have refused to deliver an end, or the queue to take its message: the dialog must not wait for ever.
+/// The host may have refused to deliver the end, or the message queue may have been full: the dialog must not wait for
+/// ever.
 void Dialog::CheckWorkers() {
     TRACE_FUNCTION();
     m_trail.CheckLoad();

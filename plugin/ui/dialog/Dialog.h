@@ -23,8 +23,8 @@ namespace Qorv {
 /// One run of the Open or the Save dialog: brings together what the user does in the window, the folders of the
 /// account, and the decisions. UI thread.
 ///
-/// What reaches the service runs on a worker: a folder's load, or a command. There is one such thing at a time, and
-/// what the user asks for meanwhile is ignored; only closing never waits.
+/// Everything that calls the service runs on a worker: a folder's load, or a command. Only one runs at a time, and
+/// whatever the user asks for meanwhile is ignored; only closing never waits.
 class Dialog final : public CoClass<Dialog, IUIX_ObjSink>, private Ui::FolderView {
 public:
     /// What all dialogs of the plug-in share.
@@ -40,7 +40,7 @@ public:
     Dialog(const Context& i_context, Ui::DialogParameters* io_parameters, IAFS_Name* i_default_folder);
     ~Dialog();
 
-    /// Shows the dialog and waits for its end: S_OK when the user confirmed, `ErrorCanceled` when not.
+    /// Shows the dialog and waits for its end: S_OK if the user confirmed, `ErrorCanceled` if not.
     HRESULT DoModal(bool is_open, HWND parent_window);
 
     /// What the user chose.
@@ -137,7 +137,7 @@ private:
 
     Ui::FolderTrail m_trail;
     Ui::RunningCommand m_command;
-    std::unique_ptr<Ui::WatchTimer> m_watch; ///< Over both.
+    std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 
     bool m_is_name_typed = false; ///< The name box shows what the user typed, not what the list put there.
 };

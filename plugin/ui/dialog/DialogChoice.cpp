@@ -20,7 +20,7 @@ void Dialog::Confirm() {
         return Carry(Ui::DecideSelection(m_mode, selection));
     const Ui::Decision way = Ui::DecideWay(text, m_list->GetRows());
     if (way.kind == Ui::Decision::Kind::enter || way.kind == Ui::Decision::Kind::go_up)
-        ResetName(); // It was a way, not a name.
+        ResetName(); // It was a path, not a name.
     if (way.kind != Ui::Decision::Kind::nothing)
         return Carry(way);
     if (m_trail.IsShown())
@@ -132,7 +132,7 @@ std::wstring Dialog::NameText() const {
     return std::wstring(text.View());
 }
 
-/// Shows what a name box shows before anybody has typed in it: for Save, the name that the caller proposes.
+/// Shows the initial text of the name box: for Save, the name that the caller proposes.
 void Dialog::ResetName() {
     TRACE_FUNCTION();
     const BSTR proposed = m_mode.is_open ? nullptr : m_parameters->InitialFileName.m_str;

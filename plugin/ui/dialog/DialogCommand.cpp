@@ -26,7 +26,7 @@ std::span<const CommandRow> DialogCommands() noexcept {
 
 CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui) {
     TRACE_FUNCTION();
-    m_texts.reserve(std::size(rows)); // They stay where they are: the commands point to them.
+    m_texts.reserve(std::size(rows)); // They must not move: the commands point to them.
     for (const CommandRow& row : rows) {
         if (row.text_id == nullptr)
             continue;

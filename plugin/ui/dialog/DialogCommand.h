@@ -33,7 +33,7 @@ struct CommandKey {
 /// Everything about a command except what it does.
 struct CommandRow {
     DialogCommand command;
-    Qorv::PCStr text_id;                             ///< Null for one that neither bar nor menu has.
+    Qorv::PCStr text_id;                             ///< Null for a command in neither the bar nor the menu.
     Qorv::ComPtr<Qorv::IUIX_Image> DialogUi::*image; ///< Null for none.
     std::array<CommandKey, 2> keys;
 };

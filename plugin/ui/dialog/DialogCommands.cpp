@@ -147,8 +147,8 @@ void Dialog::ChooseUser() {
     });
 }
 
-/// Runs work that reaches the service, and shows its status meanwhile. `i_done` is called at its end, if the dialog is
-/// still there.
+/// Runs work that calls the service, and shows its status meanwhile. `i_done` is called when it ends, if the dialog
+/// still exists.
 void Dialog::RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done) {
     TRACE_FUNCTION();
     CHECK_THROW(!IsBusy(), HResultException(E_UNEXPECTED));

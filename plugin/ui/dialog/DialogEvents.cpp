@@ -104,8 +104,8 @@ std::wstring Dialog::SelectedNames() const {
     return count == 1 ? names.substr(1, names.size() - 2) : names;
 }
 
-/// A double click, or Enter: a single folder is always opened, even where folders are chosen. The selection counts, or
-/// without one the row.
+/// A double click, or Enter: a single folder is always opened, even where folders are chosen. Uses the selection, or
+/// the row if nothing is selected.
 void Dialog::OnRowActivated(LONG i_row) {
     TRACE_FUNCTION();
     if (IsBusy())
@@ -152,7 +152,7 @@ void Dialog::OnFilterChanged(LONG) {
     OnFilterComboSelectionChanged();
 }
 
-/// Neither a quoted list, nor a way to a folder.
+/// Neither a quoted list nor a path to a folder.
 bool Dialog::IsOneName(const std::wstring& i_text) const {
     TRACE_FUNCTION();
     return !i_text.empty() && !(m_mode.allows_several && Ui::ParseQuotedNames(i_text)) &&

@@ -7,7 +7,7 @@
 
 namespace Ui {
 
-// Ids of the items, as the layouts have them.
+// Ids of the items in the layouts.
 inline constexpr wchar_t path_label_id[] = L"lb.path";
 inline constexpr wchar_t files_list_id[] = L"lst.files";
 inline constexpr wchar_t name_label_id[] = L"lb.name";

@@ -1,4 +1,4 @@
-// What a dialog shows of its way through the folders of an account.
+// How a dialog shows its navigation through the folders of an account.
 
 #include "core/trace/Check.h"
 #include "ui/dialog/Dialog.h"
@@ -16,7 +16,7 @@ void Dialog::Connect(IAFS_Name* i_folder) {
     UpdateItems();
 }
 
-/// What still runs is left to the reaper.
+/// Leaves to the reaper whatever still runs.
 void Dialog::Disconnect() noexcept {
     TRACE_FUNCTION();
     m_trail.Disconnect();
@@ -41,7 +41,7 @@ void Dialog::OnFolderShown() {
     TRACE_FUNCTION();
     m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder(), Text(L"db.msg.emptyFolder"));
     if (!m_is_name_typed && m_mode.is_open)
-        m_items.m_name->put_Text(SelectedNames().c_str()); // Not those that are gone.
+        m_items.m_name->put_Text(SelectedNames().c_str()); // Without those that are gone.
     UpdateItems();
 }
 
@@ -71,7 +71,7 @@ void Dialog::SelectItem(const std::wstring& i_title) {
 
 void Dialog::OnTypedFolderReached() {
     TRACE_FUNCTION();
-    ResetName(); // What was typed was a way.
+    ResetName(); // A path was typed.
 }
 
 void Dialog::OnTypedFileReached(const std::wstring& i_title) {

@@ -13,7 +13,7 @@ struct DialogParameters {
     static constexpr LONG SeveralNames = 1;          ///< Several quoted names may be typed.
     static constexpr LONG AskBeforeReplacing = 4;    ///< A question before an existing file is chosen to save to.
     static constexpr LONG UseDefaultExtension = 16;  ///< Typed names get the default extension, not the filter's.
-    static constexpr LONG ChooseFolder = 0x40000000; ///< The provider's own: folders are chosen.
+    static constexpr LONG ChooseFolder = 0x40000000; ///< The provider's own bit: folders are chosen.
 
     /// Reads a dictionary of the host, after applying the template of the dialogs' parameters to it. An item of the
     /// wrong type leaves its field empty. Fails only if the template can't be applied.

@@ -13,7 +13,7 @@ namespace Ui {
 namespace {
 
 constexpr DWORD status_too_many_requests = 429;
-constexpr std::size_t longest_detail = 300; ///< Of what the service or the system says; it may be a whole page.
+constexpr std::size_t longest_detail = 300; ///< Of what the service or the system says, which may be a whole page.
 
 /// A failure that the service reported, known by its status or by a tag in its summary.
 struct Kind {
@@ -57,7 +57,7 @@ Kind KindOf(const Failure& i_failure) noexcept {
         return {{}, L"db.fail.service"};
     if (IsOfConnection(i_failure.code))
         return {{}, L"db.fail.connection"};
-    // What the provider answers for a name that stands for nothing.
+    // The provider's code for a name whose object does not exist.
     return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", 0, true} : Kind{{}, L"db.fail.other"};
 }
 
@@ -67,14 +67,14 @@ bool IsControl(wchar_t i_character) noexcept {
            i_character == 0x2029;
 }
 
-/// The marks that turn the direction of the text around them, which could make a message read as another one.
+/// The marks that change the direction of the text around them, which could make a message look like another one.
 bool IsDirectionMark(wchar_t i_character) noexcept {
     TRACE_FUNCTION();
     return i_character == 0x061C || i_character == 0x200E || i_character == 0x200F ||
            (i_character >= 0x202A && i_character <= 0x202E) || (i_character >= 0x2066 && i_character <= 0x2069);
 }
 
-/// What others wrote, as one short paragraph that is safe to show.
+/// Other people's text as one short paragraph that is safe to show.
 std::wstring OneParagraph(std::wstring_view i_text) {
     TRACE_FUNCTION();
     std::wstring paragraph;

@@ -34,7 +34,7 @@ void FolderTrail::Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival) {
         return;
     m_arrival = std::move(i_arrival);
     m_folder = i_folder_or_file;
-    m_view.ShowPath(m_folder); // While it loads the name is the worker's alone.
+    m_view.ShowPath(m_folder); // While it loads, only the worker may use the name.
     const HRESULT result = m_source->Show(m_folder);
     if (FAILED(result)) {
         OnLoadFailed({result, TakeThreadReason()});
@@ -126,7 +126,7 @@ void FolderTrail::Arrive() {
 void FolderTrail::OnLoadFailed(const Failure& i_failure) {
     TRACE_FUNCTION();
     m_state = State::failed;
-    // A file to be saved that doesn't exist yet: its folder may.
+    // A file to be saved that doesn't exist yet; its folder may.
     if (m_arrival.may_be_new && i_failure.code == E_INVALIDARG)
         if (const auto parent = GetParentFolder())
             return Show(parent, {.selected_title = {}, .target = m_arrival.target});

@@ -11,13 +11,13 @@ namespace Ui {
 
 /// What to do in a folder once it is shown.
 struct Arrival {
-    std::wstring selected_title{};          ///< Of the item to select, such as the folder one came from.
-    Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: when it is a file's, the user means the file.
+    std::wstring selected_title{};          ///< Of the item to select, such as the folder that the user came from.
+    Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: if it is a file's, the user means the file.
     bool may_be_new = false;                ///< The target may be a file that isn't there yet.
 };
 
-/// The way of a dialog through the folders of an account: where it is, what it does on arrival, and what follows when a
-/// folder cannot be shown. It knows no window: the view shows and asks, the source loads. UI thread.
+/// A dialog's navigation through the folders of an account: where it is, what it does on arrival, and what follows if a
+/// folder cannot be shown. It uses no windows: the view shows and asks, the source loads. UI thread.
 ///
 /// Without a source, and while a folder loads, a request to go somewhere is ignored.
 class FolderTrail {
@@ -30,21 +30,21 @@ public:
 
     /// Starts over, for instance in another account. The folder may be null: then nothing is shown yet.
     void Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Name* i_folder);
-    /// Lets go of the source. Nothing is shown, asked or loaded from here on.
+    /// Releases the source. Nothing is shown, asked or loaded from here on.
     void Disconnect() noexcept;
     bool IsConnected() const noexcept { return m_source != nullptr; }
 
     /// Shows a folder, or a file's folder.
     void Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival);
-    /// Shows the folder above, with the one that one comes from selected.
+    /// Shows the folder above, and selects the folder that the user came from.
     void ShowParent();
-    /// Loads the folder again. What is still to be done on arrival stays so.
+    /// Loads the folder again. Whatever is still to be done on arrival stays pending.
     void Reload();
-    /// Loads the folder again, for something else to be done in it.
+    /// Loads the folder again, with something else to do on arrival.
     void Reload(Arrival i_arrival);
-    /// The source's window was told that this load is over.
+    /// The source's window received the message that this load is over.
     void OnLoadEnded(WPARAM i_load);
-    /// Notices the end of a load that no message has told of. To be called from time to time.
+    /// Notices the end of a load whose message never arrived. To be called from time to time.
     void CheckLoad();
 
     bool IsLoading() const noexcept { return m_source != nullptr && m_source->IsLoading(); }

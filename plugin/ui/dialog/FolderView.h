@@ -9,14 +9,14 @@ namespace Ui {
 
 enum class FailureAnswer { give_up, try_again, sign_in };
 
-/// What the user sees of the way through the folders, and is asked on it. UI thread.
+/// Shows the navigation to the user, and asks the user about it. UI thread.
 class FolderView {
 public:
-    /// The path of the folder where the dialog is or goes.
+    /// The path of the folder that the dialog is in or goes to.
     virtual void ShowPath(Qorv::IAFS_Name* i_folder) = 0;
     /// A load has begun: nothing is listed until it ends.
     virtual void OnLoadBegun(bool i_is_reload) = 0;
-    /// The folder's items are there to be listed.
+    /// The folder's items are ready to be listed.
     virtual void OnFolderShown() = 0;
     /// The items cannot be loaded; the reason is shown in their place.
     virtual void OnLoadFailed(const Failure& i_failure) = 0;

@@ -15,7 +15,7 @@ class OpenSaveDialog {
 public:
     /// `i_plugin` is kept alive as long as dialogs can be shown.
     OpenSaveDialog(Qorv::IQorv_Plugin* i_plugin, Qorv::IQorv_Inst* i_qorv_inst, Qorv::IAFS_FileSys* i_file_system);
-    /// Waits for what closed dialogs left running, and serves thread-safe calls meanwhile. UI thread.
+    /// Waits for whatever closed dialogs left running, and serves thread-safe calls meanwhile. UI thread.
     ~OpenSaveDialog();
     OpenSaveDialog(const OpenSaveDialog&) = delete;
     OpenSaveDialog& operator=(const OpenSaveDialog&) = delete;

@@ -27,7 +27,7 @@ std::optional<RunningCommand::End> RunningCommand::TakeEnd(WPARAM i_number) {
     if (m_task == nullptr || i_number != m_number)
         return std::nullopt;
     End end{{m_task->GetResult(), m_task->GetFailureReason()}, std::exchange(m_done, nullptr)};
-    m_reaper.Take(std::move(m_task)); // Its thread may need a moment more.
+    m_reaper.Take(std::move(m_task)); // Its thread may need another moment.
     return end;
 }
 

@@ -10,10 +10,10 @@
 
 namespace Ui {
 
-/// The command of a dialog that runs on a worker: none, or one. UI thread.
+/// A dialog's command that runs on a worker: none, or one. UI thread.
 class RunningCommand {
 public:
-    /// What follows, when the dialog is still there.
+    /// What to do next, if the dialog still exists.
     using Done = std::function<void(const Failure&)>;
 
     /// A command that has ended.
@@ -33,9 +33,9 @@ public:
     /// Begins a command while none runs. Its end is posted to the window, with a number as the first parameter.
     void Begin(HWND i_window, WindowTask::Work i_work, Done i_done);
 
-    /// The end that a message tells of. No value for the late message of a command that was abandoned.
+    /// The end that a message reports. No value if the message is late: its command was abandoned.
     std::optional<End> TakeEnd(WPARAM i_number);
-    /// The end that no message has told of. To be asked from time to time.
+    /// The end of a command whose message never arrived. To be called from time to time.
     std::optional<End> TakeUntoldEnd();
 
     /// Leaves the command to the reaper. Nothing follows it.

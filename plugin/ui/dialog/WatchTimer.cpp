@@ -9,7 +9,7 @@ namespace {
 
 constexpr UINT period = 500; // Milliseconds.
 
-/// The timers by their ids. A message of the system's timer may still be in the queue when that is gone.
+/// The timers by their ids. A message of the system's timer may still be in the queue after the timer is gone.
 std::map<UINT_PTR, std::function<void()>>& Callbacks() {
     static std::map<UINT_PTR, std::function<void()>> callbacks;
     return callbacks;

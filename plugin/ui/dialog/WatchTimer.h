@@ -6,9 +6,9 @@
 
 namespace Ui {
 
-/// Calls back twice a second from the thread's message loop, whichever it is, until it is destroyed. For what a posted
-/// message may fail to tell: a timer needs no room in the queue. UI thread. Without a timer of the system it never
-/// calls.
+/// Calls back twice a second from the thread's message loop, whichever it is, until it is destroyed. A backstop for
+/// posted messages that may be lost: a timer needs no room in the queue. UI thread. If the system has no timer left, it
+/// never calls.
 class WatchTimer {
 public:
     /// The callback may destroy the timer.

@@ -9,8 +9,8 @@
 
 namespace Ui {
 
-/// The folders of one account, loaded by a navigator. The message that tells of a load's end is posted to the dialog's
-/// window. What still loads when the connection ends is left to the reaper.
+/// The folders of one account, loaded by a navigator. When a load ends, a message is posted to the dialog's window.
+/// Whatever still loads when the connection ends is left to the reaper.
 class FolderConnection final : public FolderSource {
 public:
     /// `i_message` has the load's number as its first parameter.
@@ -32,7 +32,7 @@ public:
     const FailureReason& GetFailureReason() const noexcept override { return m_navigator->GetFailureReason(); }
 
 private:
-    /// What the navigator's completion has: nothing of a window, since it may be destroyed on another thread.
+    /// The state for the navigator's completion. It refers to no window, because it may be destroyed on another thread.
     struct Completion {
         HWND window;
         UINT message;

@@ -8,7 +8,7 @@
 
 namespace Ui {
 
-/// One load of a folder on a worker thread, into its own copies, which nobody else touches meanwhile.
+/// One load of a folder on a worker thread, into its own copies, which nothing else touches meanwhile.
 class FolderLoad {
 public:
     /// Ends early when `i_is_running`, which must outlive it, becomes false, and at once where a call of the provider

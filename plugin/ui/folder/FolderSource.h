@@ -18,13 +18,13 @@ public:
     virtual HRESULT Reload() = 0;
     virtual bool IsLoading() const noexcept = 0;
 
-    /// The result of the load that a message speaks of. No value for a load that was followed by another one.
+    /// The result of the load that a message reports. No value if another load has started since.
     virtual std::optional<HRESULT> TakeResult(WPARAM i_load) noexcept = 0;
-    /// The result of a load that is over although no message has told so; E_UNEXPECTED where it was lost with it. To be
-    /// asked from time to time while a load runs.
+    /// The result of a load that is over although no message arrived; E_UNEXPECTED if the result was lost too. To be
+    /// called from time to time while a load runs.
     virtual std::optional<HRESULT> TakeUntoldResult() noexcept = 0;
 
-    // Of the load whose result was taken, until the next one begins.
+    // These belong to the load whose result was taken, until the next one begins.
     virtual Qorv::IAFS_Name* GetFolder() const noexcept = 0;
     /// Null for a root.
     virtual Qorv::IAFS_Name* GetParentFolder() const noexcept = 0;

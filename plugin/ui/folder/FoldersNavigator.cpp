@@ -38,7 +38,7 @@ HRESULT FoldersNavigator::Refresh() {
             return TRACE_RESULT(S_FALSE);
         }
         if (m_is_delivered)
-            m_load_task.Join(); // A moment.
+            m_load_task.Join(); // This takes only a moment.
         else if (!IsRunning())
             m_load_task.Wait(); // It was abandoned.
         CHECK_RETURN(!m_is_running.exchange(true), E_FAIL);

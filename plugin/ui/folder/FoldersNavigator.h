@@ -10,8 +10,8 @@
 /// Loads the contents of one folder at a time on a worker thread, so that no window waits for the network, and tells
 /// the UI thread when that is done.
 ///
-/// Made and called on the UI thread. It may be destroyed on another one after `Abandon`, so that a listing that hangs
-/// holds up no window; the completion callback is then destroyed there too.
+/// Created and called on the UI thread. After `Abandon` it may be destroyed on another thread, so that a hanging
+/// listing holds up no window; the completion callback is then destroyed there too.
 class FoldersNavigator {
 public:
     /// `i_completion` is called on the UI thread, once for each load that was not stopped, with the load's result, or

@@ -6,7 +6,7 @@
 
 namespace Ui {
 
-// What can be told of a name without asking the service.
+// What can be found out about a name without asking the service.
 
 /// The path in the account: empty for its root, and for a name that isn't the file system's.
 std::wstring PathOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);

@@ -7,8 +7,8 @@
 
 namespace Ui {
 
-/// Destroys what takes long to destroy, such as a listing that hangs in the network, on threads of its own, so that
-/// closing a window never waits. UI thread.
+/// Destroys on its own threads what takes long to destroy, such as a listing that hangs in the network, so that closing
+/// a window never waits. UI thread.
 class Reaper {
 public:
     Reaper();

@@ -8,8 +8,8 @@
 
 namespace Ui {
 
-/// The cancel flag that a dialog's calls of the provider carry: set when nobody waits for them any longer. A request
-/// that hangs is ended by it, if the worker declares the operation its own (`StopScope`). Any thread.
+/// The cancel flag for a dialog's calls of the provider: set when nobody waits for them any longer. Setting it also
+/// stops a request that hangs, if the worker has declared the operation its own (`StopScope`). Any thread.
 class StopFlag final : public Qorv::CoClass<StopFlag, Qorv::IQorv_CancelFlag> {
 public:
     void Set() noexcept { m_operation->Stop(); }

@@ -7,9 +7,9 @@
 
 namespace Ui {
 
-/// The file system as one load uses it: calls without a cancel flag of their own carry the load's, so that they end
-/// early when it is stopped. A load's failed calls are logged as its source has them, with a null for the flag: that
-/// text is part of the log's format.
+/// The file system as one load uses it: calls without a cancel flag get the load's, so that they end early when it is
+/// stopped. Do not pass the flag in the load's own source: a failed call is logged as it is written there, with a null
+/// for the flag, and that text is part of the log's format.
 class StoppableFileSystem {
 public:
     StoppableFileSystem(Qorv::IAFS_FileSys* i_file_system, StopFlag* i_stop_flag)

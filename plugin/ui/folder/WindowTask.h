@@ -16,7 +16,7 @@ namespace Ui {
 /// holds up no window.
 class WindowTask {
 public:
-    /// The flag is set when the work is abandoned. Its calls of the provider carry it.
+    /// The flag is set when the work is abandoned. The work passes it to its calls of the provider.
     using Work = std::function<HRESULT(Qorv::IQorv_CancelFlag* i_stop_flag)>;
 
     /// Begins the work, which must not touch windows and must not throw. When it is over, the message is posted to the
@@ -30,7 +30,7 @@ public:
     /// From here on no message is posted.
     void Abandon() noexcept;
 
-    /// Whether the work is over. Its message may still be under way, or may have found no way to the window.
+    /// Whether the work is over. Its message may not have arrived yet, or may never arrive.
     bool IsOver() const noexcept { return m_task.IsOver(); }
 
     // Valid once the work is over.

@@ -6,7 +6,7 @@
 
 namespace Ui {
 
-/// A piece of work on a thread of its own, which has COM initialized for it.
+/// A piece of work on its own thread, on which COM is initialized.
 class WorkerTask {
 public:
     /// No work.

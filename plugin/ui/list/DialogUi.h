@@ -4,7 +4,7 @@
 
 namespace Ui {
 
-/// The host's UI service as the dialogs use it, with its own images that they show. UI thread.
+/// The host's UI service as the dialogs use it, with the images that they show. UI thread.
 class DialogUi {
 public:
     /// The service may be null: then no dialog can be shown.
@@ -17,7 +17,7 @@ public:
     void LoadImages();
 
     const Qorv::ComPtr<Qorv::IUIX_Inst> m_service;
-    // Null before `LoadImages`, and where the host has none: what is shown goes without it.
+    // Null before `LoadImages`, and where the host has none; the dialogs then show no image.
     Qorv::ComPtr<Qorv::IUIX_Image> m_folder;
     Qorv::ComPtr<Qorv::IUIX_Image> m_file;
     Qorv::ComPtr<Qorv::IUIX_Image> m_up;

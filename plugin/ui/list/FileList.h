@@ -12,7 +12,7 @@
 
 namespace Ui {
 
-/// The list of a dialog: shows the rows of a folder in the host's list control, in the order that the user asks for. UI
+/// The list of a dialog: shows the rows of a folder in the host's list control, in the order that the user chooses. UI
 /// thread.
 class FileList final : public Qorv::CoClass<FileList, Qorv::IUIX_ListSource> {
 public:
@@ -22,27 +22,27 @@ public:
 
     /// Makes the columns, and becomes the control's source.
     HRESULT Init();
-    /// Lets go of the control, and of what is listed. Nothing of the list may be used after that.
+    /// Releases the control and the rows. Nothing of the list may be used after that.
     void Close() noexcept;
 
     void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
 
-    /// Takes all rows out; the text stands in the list instead. `i_keeps_selection` has what is selected now selected
-    /// again by the next `Fill`.
+    /// Removes all rows; the text appears in the list instead. With `i_keeps_selection`, the next `Fill` selects again
+    /// what is selected now.
     HRESULT Empty(const std::wstring& i_text, bool i_keeps_selection = false);
-    /// Lists a folder; the text stands in the list of one that holds nothing.
+    /// Lists a folder; if it is empty, the text appears in the list instead.
     HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
                  const std::wstring& i_empty_text);
     /// Applies the filter again. The selection stays.
     HRESULT Refresh();
-    /// Sorts by a column, the other way round when it was that one already. What is selected stays so.
+    /// Sorts by a column; reverses the order if it is already sorted by it. The selection stays.
     HRESULT SortBy(LONG i_column);
 
     const FileRows& GetRows() const noexcept { return m_rows; }
-    /// Null for a row that is not there.
+    /// Null if there is no such row.
     const FileRow* GetRow(LONG i_row) const noexcept;
     std::vector<const FileRow*> GetSelection() const;
-    /// Whether something else than the "../" row is selected.
+    /// Whether anything but the "../" row is selected.
     bool IsItemSelected() const;
     /// Selects every row but "../".
     HRESULT SelectAll();
@@ -51,7 +51,7 @@ public:
 
     /// Adds a row for a new folder at the end, and lets the user type its name there.
     HRESULT BeginNewFolder(const std::wstring& i_title);
-    /// Takes that row away again; what the user typed, no value when there was none or the user gave up.
+    /// Removes that row again. Returns what the user typed; no value if there was no such row or the user gave up.
     std::optional<std::wstring> EndNewFolder();
 
     HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept override;

@@ -65,7 +65,7 @@ FileRow ParentRow(Qorv::IAFS_Name* i_parent_folder) {
     return row;
 }
 
-/// Where each row's extension stands among all of them.
+/// The rank of each row's extension among all of them.
 std::vector<ULONGLONG> KindRanks(const std::vector<FileRow>& i_rows) {
     TRACE_FUNCTION();
     std::map<std::wstring_view, ULONGLONG> ranks;

@@ -12,8 +12,8 @@
 
 namespace Ui {
 
-/// The rows of the file list: a folder's items, those of them that pass the filter, in the order that the user chose.
-/// The "../" row is always the first one, and folders stand before files, whatever the order. Belongs to one thread.
+/// The rows of the file list: those of a folder's items that pass the filter, in the order that the user chose. The
+/// "../" row always comes first, and folders come before files, whatever the order. Belongs to one thread.
 class FileRows {
 public:
     /// Reads a folder's items. The names are bound, so that the service is not asked. An item that cannot be read is
@@ -29,7 +29,7 @@ public:
     /// Applies the filter again, after it has changed.
     void Refilter();
 
-    /// Kinds are ordered by the extension. Rows that are equal in the column stand by name, ascending in either
+    /// Kinds are ordered by extension. Rows that are equal in the column are ordered by name, ascending in either
     /// direction.
     void SortBy(FileColumn i_column, bool i_is_descending);
 
@@ -41,8 +41,8 @@ public:
     /// (`TitleMatch.h`), nor the "../" row.
     std::optional<std::size_t> FindTitle(std::wstring_view i_title) const;
 
-    /// The first shown row whose title begins with a text, case ignored, from a row on to the end and then from the
-    /// beginning. Never the "../" row. An empty text begins no title.
+    /// The first shown row whose title begins with a text, ignoring case, searching from a row to the end and then from
+    /// the beginning. Never the "../" row. An empty text matches no title.
     std::optional<std::size_t> FindPrefix(std::wstring_view i_prefix, std::size_t i_first_row) const;
 
 private:

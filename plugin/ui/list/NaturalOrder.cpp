@@ -11,7 +11,7 @@ namespace {
 /// `o_key` may be null with size 0: then the needed size is returned. 0 when it fails.
 int MapToSortKey(std::wstring_view i_title, char* o_key, std::size_t i_size) noexcept {
     TRACE_FUNCTION();
-    // Hyphens are characters like others (string sort): "a-1" and "a-2" stand together, not among "a1" and "a2".
+    // Hyphens count like other characters (string sort): "a-1" and "a-2" stay together, not among "a1" and "a2".
     constexpr DWORD flags = LCMAP_SORTKEY | NORM_IGNORECASE | SORT_DIGITSASNUMBERS | SORT_STRINGSORT;
     // The platform writes bytes here, and takes the size in bytes, although its argument is a text.
     return LCMapStringEx(LOCALE_NAME_INVARIANT, flags, i_title.data(), static_cast<int>(i_title.size()),

@@ -50,9 +50,9 @@ HRESULT FilesExtensionFilter::Insert(const Ui::FilterEntry& i_entry) {
     TRACE_FUNCTION();
     const wchar_t* const text = i_entry.text.c_str();
     auto item = std::make_unique<Ui::FilterExtensions>(i_entry.extensions);
-    std::unique_ptr<Ui::FilterExtensions> keeper(item.get()); // Frees the list when the combo does not take it.
+    std::unique_ptr<Ui::FilterExtensions> keeper(item.get()); // Frees the list if the combo does not take it.
     CHECK_HRESULT(m_combo->InsertItem(-1, text, text, nullptr, reinterpret_cast<Qorv::PARAM_T>(item.release()), 0));
-    static_cast<void>(keeper.release()); // The combo's item has it now.
+    static_cast<void>(keeper.release()); // Now the combo's item owns it.
     return TRACE_RESULT(S_OK);
 }
 
@@ -67,7 +67,7 @@ HRESULT FilesExtensionFilter::Clear() {
         items.push_back(item);
     }
     CHECK_HRESULT(m_combo->Clear());
-    for (const Ui::FilterExtensions* const item : items) // Only now: no item of the combo may carry what is gone.
+    for (const Ui::FilterExtensions* const item : items) // Only now: no item of the combo may point to a deleted list.
         delete item;
     return TRACE_RESULT(S_OK);
 }

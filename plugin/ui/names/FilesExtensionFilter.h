@@ -22,7 +22,7 @@ public:
     /// Fills the combo from a filter string (see `ParseFilterString`) and selects its first item.
     HRESULT SetFilter(std::wstring_view i_filters);
 
-    /// Empties the combo and frees what its items carry.
+    /// Empties the combo and frees its items' data.
     HRESULT Clear();
 
     /// By the extension of the name's last path element, case ignored.
@@ -34,7 +34,7 @@ public:
 
 private:
     HRESULT Insert(const Ui::FilterEntry& i_entry);
-    /// What a combo item carries; null when there is no such item.
+    /// A combo item's data; null if there is no such item.
     Ui::FilterExtensions* ItemExtensions(LONG i_index);
     LONG SelectedIndex();
     /// Null when no item is selected.

@@ -11,7 +11,7 @@ using FilterExtensions = std::vector<std::wstring>;
 
 inline constexpr wchar_t all_files_extension[] = L"*";
 
-/// One file type: what the user reads, and what passes.
+/// One file type: its description, and the extensions that pass.
 struct FilterEntry {
     std::wstring text;
     FilterExtensions extensions;

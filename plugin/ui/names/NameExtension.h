@@ -10,8 +10,8 @@ namespace Ui {
 
 // Extensions of file names, as the platform sees them.
 
-/// The extension of a name's last path element, with its dot ("." for "a."), and empty where the element has none. No
-/// value for the empty name only. A view into the name.
+/// The extension of a name's last path element, with its dot ("." for "a."); empty if the element has none. No value
+/// for the empty name only. A view of the name.
 std::optional<std::wstring_view> FindExtension(std::wstring_view i_name);
 
 /// An extension without its leading dot.

@@ -54,8 +54,8 @@ Candidates ReadCandidates(Qorv::IAFS_FileSys* i_file_system, const FolderItems& 
     return candidates;
 }
 
-/// Of the items that stand for no other name yet, the one with exactly this title, else one that differs in case; null
-/// if there is none.
+/// Of the items not matched yet, the one with exactly this title, otherwise one that differs only in case; null if
+/// there is none.
 Candidate* Find(std::vector<Candidate>& io_candidates, std::wstring_view i_text) {
     TRACE_FUNCTION();
     Candidate* found = nullptr;

@@ -9,7 +9,7 @@
 
 namespace Ui {
 
-/// One name that the user typed, and what it stands for in the shown folder: nothing for a file that does not exist
+/// One name that the user typed, and the item that it means in the shown folder: none for a file that does not exist
 /// yet.
 struct TypedName {
     std::wstring text;
@@ -18,9 +18,9 @@ struct TypedName {
     bool is_folder = false;
 };
 
-/// Finds typed names among the items of a folder, by their titles, case ignored; an exact one counts more. What only
-/// resembles a title (`TitleMatch.h`) is not found. An item whose title cannot be read is logged, under the caller's
-/// name, and left out.
+/// Finds typed names among the items of a folder by their titles, ignoring case; an exact match is preferred. A title
+/// that is merely similar (`TitleMatch.h`) is not found. An item whose title cannot be read is logged under the
+/// caller's name and left out.
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller);
 
