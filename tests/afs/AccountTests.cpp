@@ -165,7 +165,7 @@ TEST_F(AccountTest, FixedAnswers) {
     EXPECT_NE(nullptr, parameters);
 }
 
-// The service may say anything: the log and the user hear only what they can understand.
+// The service may answer anything: only what can be understood reaches the log and the user.
 TEST_F(AccountTest, AnAnswerThatIsNoneIsToldInWords) {
     const struct {
         const char* call;
@@ -209,7 +209,7 @@ TEST_F(AccountTest, NobodyReadsTheToken) {
     EXPECT_FALSE(log.Has(token.c_str()));
 }
 
-// `Unload` runs on the main thread whatever the others do.
+// `Unload` runs on the main thread, whatever the other threads do.
 TEST_F(AccountTest, OperationsBesideAnUnloadEndInACode) {
     Qorv::IAFS_FileSys* const fs = m_file_system;
     const auto account = CreateAccount(Tests::Service::Token());

@@ -77,7 +77,7 @@ TEST_F(CacheCallbackTest, ACutDownloadIsAFailureAndStartsOver) {
     } cases[] = {
         {R"("truncate_body": 50000)", connection_aborted},
         {R"("chunked": true, "truncate_body": 50000)", connection_aborted},
-        {R"("chunked": true, "truncate_body": 0)", connection_aborted}, // Half a header looks like this too.
+        {R"("chunked": true, "truncate_body": 0)", connection_aborted}, // Half a header looks the same.
         {R"("chunked": true)", end_of_data},
     };
     for (const auto& [fault, expected] : cases) {
@@ -94,7 +94,7 @@ TEST_F(CacheCallbackTest, ACutDownloadIsAFailureAndStartsOver) {
             EXPECT_HRESULT(S_OK, Read(0, 100'000)) << fault;
             EXPECT_EQ(bytes.substr(0, m_read.size()), m_read) << fault;
         }
-        // The next download starts anew.
+        // The next download starts again from the beginning.
         EXPECT_HRESULT(Qorv::ErrorCanceled, m_callback->Read(0, nullptr, 0, nullptr, nullptr, m_canceled));
     }
 }
@@ -132,7 +132,7 @@ TEST_F(CacheCallbackTest, WhatIsNotTheWholeFileIsNoDownload) {
     }
 }
 
-// The cache has made room for the size that it was told.
+// The cache has made room for the size that it was given.
 TEST_F(CacheCallbackTest, AFileThatChangedSinceItsSizeWasToldIsNotFilledIn) {
     for (const char* const changed : {"longer than it was", "cut"})
         for (const bool is_chunked : {false, true}) {
@@ -212,7 +212,7 @@ TEST_F(CacheCallbackTest, AnUploadThatDoesNotEndLeavesTheFile) {
     EXPECT_HRESULT(E_FAIL, End()) << "dropped";
     Begin(5);
     EXPECT_HRESULT(S_OK, Write(0, "new"));
-    Begin(5); // Anew.
+    Begin(5); // Again.
     EXPECT_HRESULT(S_OK, Write(0, "new"));
     EXPECT_HRESULT(Qorv::ErrorCanceled, m_callback->EndWrite(nullptr, m_canceled));
     EXPECT_HRESULT(E_FAIL, End()) << "given up";

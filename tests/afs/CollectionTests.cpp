@@ -13,7 +13,7 @@ namespace {
 using Qorv::ComPtr;
 using Qorv::IAFS_Name;
 
-/// Does something when the next reference to it is taken.
+/// Runs an action when the next reference to it is taken.
 class WatchingName final : public Qorv::CoClass<WatchingName, IAFS_Name> {
 public:
     HRESULT STDMETHODCALLTYPE get_FileSys(Qorv::IAFS_FileSys**) noexcept override { return E_NOTIMPL; }
@@ -91,7 +91,7 @@ TEST_F(CollectionTest, IsWalkedInOrder) {
     EXPECT_HRESULT(E_POINTER, clone->Next(2, both, nullptr));
 }
 
-// While one call holds the list, which a name knows that is being copied there, no other call goes on.
+// While one call holds the list, no other call proceeds. The name being copied notices that the list is held.
 TEST_F(CollectionTest, LocksItsListInEveryCall) {
     using Call = std::function<void(NamesCollection&)>;
     const auto watcher = Qorv::Create<WatchingName>();

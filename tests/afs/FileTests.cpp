@@ -34,7 +34,7 @@ TEST_F(FileTest, FlagsAndDispositions) {
         const wchar_t* path;
         bool is_bound;
         HRESULT result;
-        const wchar_t* text; ///< The beginning of what the details say.
+        const wchar_t* text; ///< How the details begin.
     } cases[] = {
         {0, L"/a", false, E_INVALIDARG, L""},
         {open_existing, L"/a", false, E_INVALIDARG, L""},
@@ -46,7 +46,7 @@ TEST_F(FileTest, FlagsAndDispositions) {
         {write | open_existing, L"/missing", false, not_found, L""},
         {write | create_new, L"/new1", false, S_OK, L""},
         {write | create_new, L"/a", true, exists, L""},
-        {write | create_new, L"/a", false, S_OK, L""}, // Only what the name knows is looked at.
+        {write | create_new, L"/a", false, S_OK, L""}, // Only the name's own record counts.
         {write | create_always, L"/a", true, S_OK, L""},
         {read | create_always, L"/a", false, E_FAIL, L"Mode CreateAlways can be used only for writting"},
         {write | create_new | create_always, L"/a", false, E_FAIL,
@@ -206,7 +206,7 @@ TEST_F(FileTest, CreateAlwaysReplacesWithoutADownload) {
     EXPECT_EQ(0U, Calls("files/download"));
 }
 
-// The host keeps names for long: their record may be older than the file.
+// The host keeps names for a long time: their records may be older than the file.
 TEST_F(FileTest, ABoundNameIsAskedForAnewBeforeItsSizeIsTaken) {
     Put(L"/a", "short");
     const auto name = NameOf(L"/a");
@@ -279,7 +279,7 @@ TEST_F(FileTest, AFileOfSomebodyElseIsNotReplacedUnasked) {
     EXPECT_EQ("mine", Remote(L"/c")) << "an upload that failed leaves an empty file";
 }
 
-// A gateway that answers in the service's place must not have a file emptied or made.
+// The answer of a gateway in the service's place must not cause a file to be emptied or created.
 TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
     const char* const faults[] = {R"("status": 404, "body": "<html>not here</html>")", R"("status": 404)",
                                   R"("body": "{\"name\": \"a\"}")",
@@ -340,7 +340,7 @@ TEST_F(FileTest, ANameThatCannotBeBoundAnewLeadsToTheNewPlace) {
     }
 }
 
-// Several names stand for one file; all of them go along when it is renamed by one.
+// Several names refer to one file; all of them follow when one of them renames it.
 TEST_F(FileTest, AllNamesOfAnOpenFileFollowItsRename) {
     std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs"));
     Put(L"/Docs/a", "bytes");

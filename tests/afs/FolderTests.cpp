@@ -89,7 +89,7 @@ TEST_F(FolderTest, InformationOfAFile) {
     EXPECT_HRESULT(S_OK, info->get_LastWriteTime(&written));
     EXPECT_EQ(0U, created);
     EXPECT_EQ(written, accessed);
-    EXPECT_LT(0x01D0000000000000U, written); // Some time after 2014.
+    EXPECT_LT(0x01D0000000000000U, written); // After 2014.
     EXPECT_HRESULT(E_NOTIMPL, info->get_Prop(L"x", nullptr));
 }
 

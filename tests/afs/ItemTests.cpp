@@ -19,7 +19,7 @@ protected:
         std::function<HRESULT(IAFS_Name*, IQorv_CancelFlag*)> run;
     };
 
-    /// Every operation with a cancel flag, on any name.
+    /// Every operation that takes a cancel flag, on any name.
     std::vector<Operation> Operations() {
         Qorv::IAFS_FileSys* const fs = m_file_system;
         Qorv::IAFS_Name* const root = m_root;
@@ -167,7 +167,7 @@ TEST_F(ItemTest, ATargetThatCannotBeSentIsRefusedHere) {
     EXPECT_EQ(Location(L"/a"), TextOf(name));
 }
 
-// A dialog that closed waits for nothing.
+// A dialog that has closed does not wait for anything.
 TEST_F(ItemTest, AStoppedListingEnds) {
     for (const char* const name : {"/a", "/b", "/c"})
         Tests::WriteBytes(Tests::Service::LocalPath(std::wstring(name, name + 2)), "x");
@@ -221,7 +221,7 @@ TEST_F(ItemTest, NothingMovesBetweenAccounts) {
     EXPECT_TRUE(Tests::Service::Requests().empty());
 }
 
-// The item is where it should be, so the failure must not read as one of the move.
+// The item is where it should be, so the error must not read as a failure of the move.
 TEST_F(ItemTest, AFailureBehindAMoveSaysThatItMoved) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "bytes");
     const auto name = NameOf(L"/a");

@@ -14,7 +14,7 @@ TEST(LocationText, IsValidOrNot) {
         {L"dropbox://abc/Docs", true},
         {L"dropbox://abc/", true},
         {L"dropbox:///Docs", true},
-        {L"dropbox://a:b/c", true}, // The user id is not looked at.
+        {L"dropbox://a:b/c", true}, // The user id is not checked.
         {L"dropbox://abc/\x4e16\x754c \xd83d\xde00", true},
         {L"dropbox://abc", false},
         {L"dropbox://", false},
@@ -96,7 +96,7 @@ TEST_F(NameTest, TextOfAName) {
     EXPECT_EQ(L"/Docs/a.pdf", TextOf(file, 8));
     EXPECT_EQ(L"", TextOf(m_root, 8));
     EXPECT_EQ(L"a.pdf", TextOf(file, 0, NameOf(L"/docs")));
-    EXPECT_EQ(L"s/a.pdf", TextOf(file, 0, NameOf(L"/Doc"))); // No "/" is needed between the two.
+    EXPECT_EQ(L"s/a.pdf", TextOf(file, 0, NameOf(L"/Doc"))); // No "/" is required between the two.
     EXPECT_EQ(L"", TextOf(file, 0, file));
     const Tests::LogCapture log;
     Qorv::Bstr text;
@@ -151,19 +151,19 @@ TEST_F(NameTest, ChildrenExist) {
         return answer == VARIANT_TRUE;
     };
     EXPECT_TRUE(is_child(child, docs));
-    EXPECT_EQ(Location(L"/Docs/a.pdf"), TextOf(child)); // Bound by the question.
+    EXPECT_EQ(Location(L"/Docs/a.pdf"), TextOf(child)); // The question bound it.
     EXPECT_FALSE(is_child(NameOf(L"/Docs/missing"), docs));
     EXPECT_FALSE(is_child(NameOf(L"/elsewhere"), docs));
     EXPECT_FALSE(is_child(child, nullptr));
 
-    // A file that cannot be looked at is not taken for a missing one.
+    // A file that cannot be looked up is not taken for a missing one.
     Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "status": 409,
                                  "body": "{\"error_summary\": \"path/restricted_content/.\", \"error\": {}}"})");
     VARIANT_BOOL answer = VARIANT_TRUE;
     EXPECT_HRESULT(E_FAIL, m_file_system->NameIsChildOf(NameOf(L"/Docs/other"), docs, &answer));
 }
 
-// The comparison of the texts alone does not tell such accounts apart.
+// Comparing only the texts does not tell such accounts apart.
 TEST_F(NameTest, AUserIdThatBeginsWithAnotherIsNotBelowIt) {
     Tests::WriteBytes(Tests::Service::LocalPath(L"/a"), "a");
     const auto session =
