@@ -8,7 +8,7 @@ namespace {
 
 using AcceleratorMonitorTest = Tests::LiveObjectsTest;
 
-/// One message of a loop.
+/// One message of a message loop.
 class LoopEvent final : public Qorv::CoClass<LoopEvent, Qorv::IUIX_LoopEvent> {
 public:
     explicit LoopEvent(UINT i_message) : m_message(i_message) {}
@@ -41,7 +41,7 @@ private:
     const UINT m_message;
 };
 
-/// The part of an active browser that takes keys.
+/// The interface of an active browser that takes keys.
 class ActiveObject final : public Qorv::CoClass<ActiveObject, IOleInPlaceActiveObject> {
 public:
     explicit ActiveObject(HRESULT i_answer) : m_answer(i_answer) {}

@@ -8,12 +8,12 @@ constexpr wchar_t authorize_page[] =
     L"https://www.dropbox.com/oauth2/authorize?response_type=token&client_id=app-key&redirect_uri="
     L"https://www.dropbox.com/1/oauth2/redirect_receiver";
 
-/// A sign-in without a window: what the handler does to the dialog is kept here.
+/// A sign-in without a window: it records what the handler does to the dialog.
 struct SignIn {
     std::wstring navigated_to;
     int navigations = 0;
     int closings = 0;
-    HRESULT answer = S_OK; ///< Of the dialog's operations.
+    HRESULT answer = S_OK; ///< Returned by the dialog's operations.
     std::wstring header;
     std::wstring account_id;
     SignInNavigation navigation{[this](const std::wstring& i_url) {
@@ -84,7 +84,7 @@ TEST(SignInNavigation, EndsACircleOfPages) {
 
 struct Redirect {
     const char* name;
-    const wchar_t* rest; ///< Behind the receiver's URL.
+    const wchar_t* rest; ///< After the receiver's URL.
     const wchar_t* token;
     const wchar_t* account_id;
 };

@@ -1,4 +1,4 @@
-// A plug-in that is unloaded while somebody is to sign in.
+// A plug-in that is unloaded while the user is asked to sign in.
 
 #include "afs/AfsTest.h"
 #include "core/host/StopSignal.h"
@@ -14,7 +14,7 @@ using Qorv::ComPtr;
 
 class SignInUnloadTest : public Tests::AfsTest {
 protected:
-    /// Makes an account without a token, for which a person has to sign in.
+    /// Creates an account without a token, for which the user has to sign in.
     HRESULT SignIn() {
         ComPtr<Qorv::IAFS_AccountData> account;
         const HRESULT result = m_file_system->CreateAccount(nullptr, nullptr, nullptr, &account);
@@ -22,7 +22,7 @@ protected:
         return result;
     }
 
-    /// The same on a worker, while this thread serves the calls for the main one. `i_meanwhile` runs before it does.
+    /// The same on a worker, while this thread serves the calls for the main thread. `i_meanwhile` runs before that.
     HRESULT SignInOnWorker(const std::function<void()>& i_meanwhile, std::shared_ptr<StopSignal> i_signal = nullptr) {
         const std::unique_ptr<void, decltype(&CloseHandle)> done(CreateEventW(nullptr, TRUE, FALSE, nullptr),
                                                                  &CloseHandle);

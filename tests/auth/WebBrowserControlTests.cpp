@@ -92,7 +92,7 @@ TEST_F(WebBrowserControlTest, AsksForAllOutputsOfTheWindowContext) {
     OLEINPLACEFRAMEINFO info{};
     info.cb = sizeof info;
     const RECT place{10, 20, 110, 220};
-    EXPECT_HRESULT(S_OK, control->SetRect(place)); // Kept for the browser that is to come.
+    EXPECT_HRESULT(S_OK, control->SetRect(place)); // Kept for the browser, which does not exist yet.
     const Tests::LogCapture log;
     EXPECT_HRESULT(E_INVALIDARG, control->GetWindowContext(nullptr, &document, &rect, &clip_rect, &info));
     EXPECT_HRESULT(E_INVALIDARG, control->GetWindowContext(&frame, nullptr, &rect, &clip_rect, &info));

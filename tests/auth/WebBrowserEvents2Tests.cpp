@@ -36,7 +36,7 @@ HRESULT Fire(WebBrowserEvents2& i_events, DISPID i_event, VARIANT* i_arguments, 
                            nullptr);
 }
 
-/// A well-formed BeforeNavigate2, its arguments last to first.
+/// A well-formed BeforeNavigate2, with its arguments last to first.
 struct BeforeNavigate {
     Qorv::Variant url{Qorv::Bstr(L"https://a/")};
     Qorv::Variant flags{LONG{1}};
@@ -219,7 +219,7 @@ TEST_F(WebBrowserEvents2Test, OnlyTheMainFrameCounts) {
     OleUninitialize();
 }
 
-/// Whether somebody besides the test holds the sink.
+/// Whether anything besides the test holds the sink.
 bool IsSubscribed(WebBrowserEvents2* i_events) {
     i_events->AddRef();
     return i_events->Release() > 1;
