@@ -1,4 +1,4 @@
-// The checks, the lines that they write, and the boundary that ends exceptions.
+// The checks, the lines that they write, and the boundary where exceptions end.
 
 #include "core/trace/Check.h"
 #include "core/trace/ErrorText.h"
@@ -91,7 +91,7 @@ std::string Returned(const std::string& i_function, const std::string& i_express
            "\"\n";
 }
 
-/// The reason that a caller finds in the thread's COM error info, "" when there is none.
+/// The reason that a caller finds in the thread's COM error info; "" if there is none.
 std::wstring ErrorInfoText() {
     Qorv::ComPtr<IErrorInfo> info;
     Qorv::Bstr text;
@@ -160,7 +160,7 @@ TEST(CheckTest, KeepsTheLastError) {
         [&] { Trace(L"message", L"result"); },
         [&] { TraceText(FunctionName("void F()"), L"text"); },
     };
-    OutcomeOf([] { throw 1; }); // The first throw of a process changes it: the runtime's doing, not a check's.
+    OutcomeOf([] { throw 1; }); // The first throw in a process changes it: that is the runtime, not a check.
     for (const auto& function : functions) {
         SetLastError(1234);
         function();
@@ -223,7 +223,7 @@ TEST(BoundaryTest, ACodeHasWordsAsWell) {
     EXPECT_HRESULT(E_POINTER, Sample::Returning(nullptr));
     EXPECT_EQ(ErrorInfoText(), words) << "without a boundary too";
 
-    // What a call has said itself is better.
+    // The call's own words take precedence.
     EXPECT_HRESULT(E_POINTER, Sample::BoundedCode(
                                   [&] {
                                       details->SetError(E_POINTER, L"by the host");

@@ -1,4 +1,4 @@
-// The names that functions have in the log, taken from what the compiler says of them.
+// The names of functions in the log, derived from what the compiler provides.
 
 #include "core/trace/Trace.h"
 
@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-/// The name of the function that it stands in.
+/// The name of the enclosing function.
 #define OWN_NAME() FunctionName(FUNCTION_SIGNATURE).Text()
 
 namespace Sample {

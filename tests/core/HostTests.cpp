@@ -1,5 +1,5 @@
-// What the spine does with the host's services: settings, secrets, the main thread. The services are the development
-// host's own.
+// How the core uses the host's services: settings, secrets, the main thread. The services are the development host's
+// own.
 
 #include "core/Plugin.h"
 #include "core/host/Cab.h"
@@ -63,7 +63,7 @@ TEST_F(HostTest, TemplatesDeclareTheirItems) {
     struct {
         int resource;
         const wchar_t* root;
-        Items items; // With the kind of value that each takes.
+        Items items; // With the kind of value that each one takes.
     } const rows[] = {
         {IDR_SETTINGS_CAB_XML, L"Root", {{L"OpenSaveDialog", none}, {L"Sessions", none}}},
         {IDR_ACCOUNT_DATA_CAB_XML,

@@ -33,7 +33,7 @@ std::vector<std::string> Lines(const std::string& i_text) {
     return lines;
 }
 
-/// What this process sends to a debugger while this lives. One at a time.
+/// Records what this process sends to a debugger while the object exists. One at a time.
 class DebuggerOutput {
 public:
     DebuggerOutput() : m_handler(AddVectoredExceptionHandler(1, &Collect)) { g_text.clear(); }
@@ -217,7 +217,7 @@ TEST(LogTest, SurvivesEveryCharacter) {
     Trace(L"after", L"");
     EXPECT_EQ(log.Messages(), expected + "after \n");
 
-    // A pair that the cut divides.
+    // A surrogate pair that the cut splits.
     const LogCapture cut_log;
     for (std::size_t length = 985; length < 1000; ++length)
         Trace((std::wstring(length, L'm') + L"\xD83D\xDE00\xD83D\xDE00").c_str(), L"r");

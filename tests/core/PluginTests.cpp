@@ -1,4 +1,4 @@
-// The plug-in object: what it says of itself, and its life in a host where a step fails.
+// The plug-in object: what it says about itself, and its life cycle in a host where one step fails.
 
 #include "afs/FileSystem.h"
 #include "core/EventsHandler.h"
@@ -60,7 +60,7 @@ public:
         return m_host->get_MainFrameWnd(o_window);
     }
 
-    DWORD m_wait = 0; ///< What the last call for the main thread asked for.
+    DWORD m_wait = 0; ///< The wait that the last call for the main thread asked for.
 
 private:
     bool Fails(const wchar_t* i_call) const { return m_failing == i_call; }

@@ -18,7 +18,7 @@ TEST(ErrorTextTest, NamesHResults) {
     EXPECT_TRUE(HResultText(E_OUTOFMEMORY).ends_with(L"\r\n")) << "the system's own line end stays";
     EXPECT_TRUE(HResultText(S_OK).starts_with(L"HRESULT 0x00000000: "));
     EXPECT_EQ(HResultText(static_cast<HRESULT>(0xA0001234)), std::wstring(L"HRESULT 0xa0001234: ") + no_information);
-    // A message with inserts, of which there are none here.
+    // A message with inserts, but there are no arguments for them here.
     EXPECT_TRUE(HResultText(HRESULT_FROM_WIN32(ERROR_WRONG_DISK)).starts_with(L"HRESULT 0x80070022: "));
 }
 
@@ -44,7 +44,7 @@ TEST(ErrorTextTest, NamesLastErrors) {
             EXPECT_EQ(text, std::wstring(row.start) + no_information);
         }
     }
-    SetLastError(ERROR_INTERNET_EXTENDED_ERROR); // What the server said, and nothing was.
+    SetLastError(ERROR_INTERNET_EXTENDED_ERROR); // The server's words, of which there are none.
     EXPECT_EQ(LastErrorText(), std::wstring(L"GetLastError 12003: ") + no_information);
 }
 
@@ -68,7 +68,7 @@ TEST(ExceptionTest, KeepsWordsAndCode) {
         HRESULT code;
     } const rows[] = {{ERROR_ACCESS_DENIED, E_ACCESSDENIED},
                       {12029, HRESULT_FROM_WIN32(12029)},
-                      {ERROR_SUCCESS, E_FAIL}}; // A failure without a code is no success.
+                      {ERROR_SUCCESS, E_FAIL}}; // A failure without a code must not be a success.
     for (const auto& row : rows) {
         SetLastError(row.error);
         const Outcome last = OutcomeOf([] { throw LastErrorException(); });
@@ -104,7 +104,7 @@ TEST(TextTest, Compares) {
         EXPECT_TRUE(is_right) << ToUtf8(row.text) << " and " << ToUtf8(row.other) << ", " << row.length << ": "
                               << result;
     }
-    // Neither text is read past its end, be it in the middle of another.
+    // Neither text is read past its end, even if it is the middle of another text.
     const std::wstring whole = L"abcX";
     EXPECT_EQ(StringCompare(std::wstring_view(whole).substr(0, 3), L"abcY", 3), 0);
     EXPECT_EQ(StringCompare(L"abc", std::wstring_view(whole).substr(0, 3), 10), 0);

@@ -15,7 +15,7 @@ using Qorv::Variant;
 
 namespace {
 
-/// Two interfaces, one of them a dual one.
+/// Two interfaces, one of them dual.
 class Thing final : public Qorv::CoClass<Thing, Qorv::IQorv_ThreadSafeCallback, Qorv::IEventHandler> {
 public:
     static constexpr IID ClassId = {0x1d6f1d5a, 0x59a1, 0x4b0e, {0xa7, 0x5c, 0x30, 0x0e, 0x0d, 0x86, 0x6a, 0x5e}};
@@ -84,7 +84,7 @@ TEST_F(ValueTest, PointersCountReferences) {
     EXPECT_EQ(references(moved), 2u);
     first.Attach(out);
     EXPECT_EQ(references(moved), 2u) << "attaching takes the reference over";
-    *&first = nullptr; // An out argument: what was held is released first.
+    *&first = nullptr; // An out argument: the old pointer is released first.
     EXPECT_EQ(references(moved), 1u);
     EXPECT_NE(moved, Qorv::Create<Thing>()) << "different objects are not equal";
 }
