@@ -1,4 +1,4 @@
-// The bytes of every call, as they arrived at the service.
+// The bytes of every call as they reach the service.
 
 #include "dropbox/DropboxTest.h"
 
@@ -23,7 +23,7 @@ protected:
         MakeFile(L"/Résumé.txt");
     }
 
-    /// The header lines that the call itself asked for, beside those that all calls have.
+    /// The header lines that the call itself asked for, without those that all calls have.
     static std::string OwnFields(const Service::Request& i_request) {
         static const std::regex common("(Host|Connection|User-Agent|Accept|Content-Length|Authorization): [^\r]*\r\n",
                                        std::regex::icase);
@@ -142,7 +142,7 @@ TEST_F(CallTest, RevokesAToken) {
 }
 
 TEST_F(CallTest, PathsGoIntoJsonAsTheyStand) {
-    // Nothing is escaped: the service refuses what is then no JSON.
+    // Nothing is escaped: the service refuses text that is then not JSON.
     for (const wchar_t* const path : {L"/a\"b", L"/a\\"}) {
         SCOPED_TRACE(ToUtf8(path));
         EXPECT_EQ(OutcomeOf([&] { m_web->BindObject(path, Kind::any); }).status, 400u);
@@ -150,7 +150,7 @@ TEST_F(CallTest, PathsGoIntoJsonAsTheyStand) {
 }
 
 TEST_F(CallTest, PathsThatWouldNameOtherItemsAreRefused) {
-    // Such a name in a shared folder would have another file read, replaced or deleted.
+    // In a shared folder, such a name would cause another file to be read, replaced or deleted.
     Service::ClearRequests();
     for (const wchar_t* const path :
          {L"/a\",\"path\": \"/important.pdf", L"/important\\u002epdf", L"/half of a pair \\uDC00"}) {

@@ -1,4 +1,4 @@
-// Documents up and down.
+// Uploading and downloading documents.
 
 #include "dropbox/DropboxTest.h"
 
@@ -47,7 +47,7 @@ TEST_F(ContentTest, AFailedUploadLeavesFileAndRecord) {
     struct {
         const char* name;
         const char* fault;
-        bool is_written; // Whether the reply alone is bad.
+        bool is_written; // The file was written; only the reply is bad.
     } const rows[] = {
         {"refused", R"("status": 507)", false},
         {"no token any more", R"("status": 401)", false},

@@ -9,7 +9,7 @@
 
 #include <string>
 
-/// A web client of the development service's first account, which is empty at first.
+/// A web client of the development service's first account, which starts empty.
 class DropboxTest : public Tests::ServiceTest {
 protected:
     using Kind = SharePoint::Web::BindObjectType;
@@ -27,7 +27,7 @@ protected:
         return Tests::ReadBytes(Tests::Service::LocalPath(i_path));
     }
 
-    /// The object at a path that exists; the requests up to then are forgotten.
+    /// The object at a path that exists. Clears the records of earlier requests.
     std::shared_ptr<SharePoint::Object> Bind(const std::wstring& i_path) {
         auto object = m_web->BindObject(i_path, Kind::any);
         Tests::Service::ClearRequests();

@@ -21,7 +21,7 @@ protected:
         return names;
     }
 
-    /// "root", "file" or "folder", "none" for an empty pointer.
+    /// "root", "file" or "folder"; "none" for an empty pointer.
     std::string KindOf(const std::shared_ptr<SharePoint::Object>& i_object) const {
         if (i_object == nullptr)
             return "none";

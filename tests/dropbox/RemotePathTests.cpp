@@ -1,4 +1,4 @@
-// Paths on their way to the service, under the code pages of the world.
+// Paths on their way to the service, under different code pages.
 
 #include "dropbox/RemotePath.h"
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What the service reads in a header that WinINet has converted to the machine's code page: UTF-8, then JSON.
+/// How the service reads a header that WinINet has converted to the machine's code page: UTF-8, then JSON.
 std::wstring ReadAsTheServiceDoes(const std::wstring& i_header_text, UINT i_code_page) {
     const int length = static_cast<int>(i_header_text.size());
     std::string bytes(i_header_text.size() * 4, '\0');

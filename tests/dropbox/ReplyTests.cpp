@@ -14,7 +14,7 @@ namespace {
 
 class ReplyTest : public DropboxTest {
 protected:
-    /// Has the service reply with these bytes, by way of a file, and parses what arrives.
+    /// Makes the service reply with these bytes, using a file, and parses what arrives.
     void Parse(JsonDocument& o_document, const std::string& i_bytes) {
         MakeFile(L"/reply.json", i_bytes);
         auto response =
@@ -79,7 +79,7 @@ TEST_F(ReplyTest, DepthIsNoDanger) {
 }
 
 TEST_F(ReplyTest, IsReadInOnePiece) {
-    // Characters of two, three and four bytes at every place of the boundary between two reads of 1024 bytes.
+    // Characters of two, three and four bytes, at every position across the boundary between two reads of 1024 bytes.
     const std::string characters = "\xC3\xBC\xE4\xB8\x96\xF0\x9F\x98\x80";
     for (std::size_t before = 1010; before < 1024; ++before) {
         const std::string text = std::string(before, 'a') + characters + std::string(1100, 'b');
