@@ -8,7 +8,7 @@ namespace {
 
 class ChallengeTest : public HttpTest {
 protected:
-    /// `i_headers` is a JSON list of [name, value] pairs; 0 times means for ever.
+    /// `i_headers` is a JSON list of [name, value] pairs; 0 times means always.
     static void Challenge(unsigned i_status, const std::string& i_headers, int i_times = 1) {
         Service::AddFault(R"({"path": "2/test", "status": )" + std::to_string(i_status) + R"(, "times": )" +
                           std::to_string(i_times) + R"(, "body": "refused", "headers": [)" + i_headers + "]}");
@@ -16,7 +16,7 @@ protected:
 
     static void Accept() { Service::AddFault(R"({"path": "2/test", "status": 200, "times": 0})"); }
 
-    /// The authorization of each request that came, "Bearer" standing for the token's.
+    /// The authorization of each request that arrived, with "Bearer" for the token's.
     static std::vector<std::string> Authorizations() {
         std::vector<std::string> values;
         for (const auto& request : Service::Requests()) {
@@ -57,7 +57,7 @@ TEST_F(ChallengeTest, SendsTheBodyAgain) {
 TEST_F(ChallengeTest, EndsALoop) {
     struct {
         const char* name;
-        Values challenges; // The last one for ever.
+        Values challenges; // The last one is repeated for ever.
         Values authorizations;
     } const rows[] = {
         {"the same again", {"OAuth a"}, {"Bearer", "OAuth a"}},
@@ -127,7 +127,7 @@ TEST_F(ChallengeTest, GivesCredentialsToNobodyElse) {
         Service::ClearFaults();
     }
 
-    // A redirect leads to another host, for which there are none.
+    // A redirect leads to another host, for which there are no credentials.
     Service::AddFault(R"({"path": "2/test", "status": 302, "headers": {"Location": "https://)" DROPBOX_CONTENT_HOST
                       R"(/2/elsewhere"}})");
     Service::AddFault(R"({"path": "2/elsewhere", "status": 401, "times": 0,
@@ -141,11 +141,11 @@ TEST_F(ChallengeTest, GivesCredentialsToNobodyElse) {
 }
 
 TEST_F(ChallengeTest, AnswersOnceWithCredentials) {
-    // WinINet keeps credentials for a host: this is the only test of this host.
+    // WinINet keeps credentials for each host: no other test uses this one.
     auto session = Open(L"" DROPBOX_WEB_HOST, {L"ada", L"secret"}, {L"proxy", L"hidden"});
     session.SetAuthorizationHeader(Service::AuthorizationHeader());
 
-    // WinINet sends its own second try as it was, and puts the credentials into the next.
+    // WinINet repeats its own second try unchanged, and puts the credentials into the next one.
     Challenge(401, R"(["WWW-Authenticate", "Basic realm=\"answers\""])", 2);
     Accept();
     Send(session, "{}");

@@ -8,7 +8,7 @@
 
 #include <string>
 
-/// A session to the development service's API host, with its token.
+/// A session with the development service's API host, with its token.
 class HttpTest : public Tests::ServiceTest {
 protected:
     HttpTest() { m_session.SetAuthorizationHeader(Tests::Service::AuthorizationHeader()); }
@@ -18,7 +18,7 @@ protected:
         return Http::Session::Create(L"https://", i_host, i_server, i_proxy);
     }
 
-    /// Sends a call that only faults answer.
+    /// Sends a call that only faults reply to.
     Http::Response Send(const char* i_body = nullptr) { return Send(m_session, i_body); }
     static Http::Response Send(Http::Session& io_session, const char* i_body = nullptr) {
         const wchar_t* accept_types[] = {L"*/*", nullptr};

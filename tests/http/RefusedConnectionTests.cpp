@@ -1,4 +1,4 @@
-// Connections that must not come about.
+// Connections that must not be made.
 
 #include "http/HttpTest.h"
 
@@ -45,7 +45,7 @@ protected:
 };
 
 TEST_F(RefusedConnectionTest, RefusesAWrongCertificate) {
-    // The service's own address, under a name that its certificate does not have.
+    // The service's own address, under a name that is not in its certificate.
     auto session = Open(L"127.77.0.1");
     session.SetAuthorizationHeader(Service::AuthorizationHeader());
     for (int i = 0; i < 2; ++i) {
@@ -62,10 +62,10 @@ TEST_F(RefusedConnectionTest, RefusesAWrongCertificate) {
 }
 
 TEST_F(RefusedConnectionTest, RefusesAnUntrustedAuthority) {
-    // What a process trusts is fixed with its first connection: the refused one is made by a process of its own.
+    // A process decides what it trusts with its first connection, so a separate process makes the refused one.
     if (Variable(L"TESTS_WITHOUT_TRUST").empty()) {
         const TemporaryVariable without_trust(L"TESTS_WITHOUT_TRUST", L"1");
-        const TemporaryVariable own_end(L"TEST_PREMATURE_EXIT_FILE", L""); // Its note is ours, not the other's.
+        const TemporaryVariable own_end(L"TEST_PREMATURE_EXIT_FILE", L""); // Not for the other process.
         wchar_t program[MAX_PATH];
         GetModuleFileNameW(nullptr, program, MAX_PATH);
         ASSERT_EQ(ChangeTrust(L"remove"), 0u);

@@ -34,7 +34,7 @@ TEST_F(RequestTest, SendsHeadersInOrder) {
         const wchar_t* extra_headers;
         const char* body;
         const char* content_length;
-        const char* extra_fields; // Directly behind the authorization.
+        const char* extra_fields; // Directly after the authorization.
     } const rows[] = {
         {"nothing but the call", L"*/*", nullptr, nullptr, "0", ""},
         {"empty body", L"*/*", nullptr, "", "0", ""},
@@ -67,7 +67,7 @@ TEST_F(RequestTest, SendsHeadersInOrder) {
 }
 
 TEST_F(RequestTest, StartsWithAPlaceholderForTheToken) {
-    // The text has no line end, so headers that follow it run into it: the creator must replace it.
+    // The text has no line ending, so the headers that follow run into it: the creator must replace it.
     Service::AddFault(R"({"path": "2/test", "status": 200})");
     auto session = Open(L"" DROPBOX_API_HOST);
     Send(session);
@@ -110,7 +110,7 @@ TEST_F(RequestTest, StreamsUploads) {
 }
 
 TEST_F(RequestTest, ADroppedUploadLeavesTheFile) {
-    // The next call must neither complete the dropped upload nor take its reply for its own.
+    // The next call must neither complete the dropped upload nor take the reply meant for it.
     WriteBytes(Service::LocalPath(L"/keep.txt"), "as it was");
     auto session = Open(L"" DROPBOX_CONTENT_HOST);
     session.SetAuthorizationHeader(Service::AuthorizationHeader());

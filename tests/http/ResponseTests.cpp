@@ -95,7 +95,7 @@ TEST_F(ResponseTest, ReportsTheServicesWord) {
 TEST_F(ResponseTest, ReportsTheFirstLineOfPlainText) {
     struct {
         const char* type;
-        std::string body; // As it stands in JSON.
+        std::string body; // As written in JSON.
         std::wstring sentence;
     } const rows[] = {
         {"text/plain", R"(Error in call to API function)", L"Error in call to API function"},
@@ -132,7 +132,7 @@ TEST_F(ResponseTest, ReportsTheStatusOfABrokenReply) {
 }
 
 TEST_F(ResponseTest, ReadsHeaders) {
-    const std::string at_edge(127, 'e'); // 256 bytes with its terminator: the first buffer exactly.
+    const std::string at_edge(127, 'e'); // 256 bytes with its terminator: it fills the first buffer exactly.
     const std::string over_edge(128, 'o');
     const std::string longest(1000, 'l');
     AddFault(R"("status": 200, "headers": [["X-Value", "one"], ["x-value", ")" + at_edge + R"("], ["X-VALUE", ")" +
@@ -180,7 +180,7 @@ TEST_F(ResponseTest, ReadsBodies) {
             EXPECT_EQ(response.Read(body.data(), body.size()), 0u) << "the end stays the end";
         }
     }
-    // After all of this the session serves.
+    // The session still works after all of this.
     AddFault(R"("status": 200, "body": "still here")");
     auto response = Send();
     EXPECT_EQ(ReadAll(response), "still here");

@@ -17,7 +17,7 @@ class StopTest : public HttpTest {
 protected:
     static void AddFault(const std::string& i_members) { Service::AddFault(R"({"path": "2/", )" + i_members + "}"); }
 
-    /// Runs what hangs on a thread of its own, stops it after a while, and gives how it ended.
+    /// Runs a call that hangs on its own thread, stops it after a while, and returns how it ended.
     static Outcome Stopped(const std::function<void()>& i_operation, DWORD i_delay = 300) {
         const auto signal = std::make_shared<StopSignal>();
         Outcome outcome;
