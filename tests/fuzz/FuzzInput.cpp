@@ -15,7 +15,7 @@ constexpr std::uint64_t usual_count = 20'000;
 std::string g_tried;
 std::uint64_t g_number = 0;
 
-/// A trap ends the program at once: no debugger is waited for.
+/// A trap ends the program at once, without waiting for a debugger.
 LONG WINAPI TellAndEnd(EXCEPTION_POINTERS* i_exception) {
     std::fprintf(stderr, "exception 0x%08lx at input %llu: %s\n", i_exception->ExceptionRecord->ExceptionCode,
                  static_cast<unsigned long long>(g_number), g_tried.c_str());
@@ -43,7 +43,7 @@ void Mutate(Random& io_random, const Language& i_language, std::string& io_text)
     case 3:
         io_text.insert(at, 1, static_cast<char>(io_random.Below(256)));
         break;
-    case 4: // A piece again and again.
+    case 4: // A piece repeated.
         for (std::size_t i = io_random.Below(20); i > 0 && io_text.size() < longest; --i)
             io_text.insert(at, io_text.substr(at, length));
         break;

@@ -11,7 +11,7 @@
 
 namespace Fuzz {
 
-/// Chance that is the same again for the same seed, wherever it runs.
+/// Random numbers that are the same for the same seed on every machine.
 class Random {
 public:
     explicit Random(std::uint64_t i_seed) : m_engine(i_seed) {}
@@ -23,35 +23,35 @@ public:
     const Item& Pick(const std::vector<Item>& i_items) {
         return i_items[Below(i_items.size())];
     }
-    /// Up to that many letters of an alphabet.
+    /// Up to this many letters of an alphabet.
     std::wstring Text(std::wstring_view i_alphabet, std::size_t i_longest);
 
 private:
     std::mt19937_64 m_engine;
 };
 
-/// Good inputs of a parser, and the words of its language.
+/// Valid inputs for a parser, and the words of its language.
 struct Language {
     std::vector<std::string> examples; ///< In UTF-8.
     std::vector<std::string> words;
 };
 
-/// How many inputs each test makes: 20,000, or what FUZZ_INPUTS says.
+/// How many inputs each test generates: 20,000, or the value of FUZZ_INPUTS.
 std::uint64_t InputCount();
 
-/// An input: an example that was cut, joined, repeated and sprinkled with words and bytes.
+/// An input: an example that was cut, joined, repeated, and sprinkled with words and bytes.
 std::string Mutated(Random& io_random, const Language& i_language);
-/// The same as UTF-16, here and there no good UTF-16.
+/// The same as UTF-16, which is invalid in places.
 std::wstring MutatedText(Random& io_random, const Language& i_language);
 
-/// Remembers what is being tried, so that the end of the program can tell.
+/// Remembers the current input, so that it can be reported if the program ends.
 void Trying(std::uint64_t i_number, std::string_view i_input);
 void Trying(std::uint64_t i_number, std::wstring_view i_input);
 /// The input as a C++ literal, for a failure's message.
 std::string Literal(std::string_view i_bytes);
 std::string Literal(std::wstring_view i_text);
 
-/// Calls `i_check(random, input)` with bytes; ends at the first failure.
+/// Calls `i_check(random, input)` with bytes; stops at the first failure.
 template <typename Check>
 void ForInputs(const Language& i_language, Check&& i_check) {
     for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {
@@ -75,7 +75,7 @@ void ForTexts(const Language& i_language, Check&& i_check) {
     }
 }
 
-/// Calls `i_check(random)`, which makes its own input.
+/// Calls `i_check(random)`, which generates its own input.
 template <typename Check>
 void ForChances(Check&& i_check) {
     for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {

@@ -71,8 +71,8 @@ constexpr std::string_view good_template =
     R"(<CabTemplate><ItemSet id="s"><Item id="i" type="Int"/><Item id="j" type="Array" itemSet="s"/></ItemSet>)"
     R"(<Root id="r" type="Dictionary" itemSet="s"/></CabTemplate>)";
 
-/// Changes names, attributes and the order of things. The documents stay well-formed, since the reader of XML is the
-/// system's (and Wine's never comes to the end of some texts that break off).
+/// Changes names, attributes and the order of elements. The documents stay well-formed, because the XML reader is the
+/// system's (and Wine's never returns for some truncated texts).
 void Mutate(Random& io_random, XmlElement& io_element) {
     static const std::vector<std::wstring> names = {L"id",      L"x",        L"width", L"height",   L"fixed",
                                                     L"style",   L"fontSize", L"type",  L"label",    L"dialog",
@@ -154,7 +154,7 @@ const Language settings = {{R"({"UserId":"dbid:AA","Version":1,"List":["a",{"b":
                            {"{", "}", "[", "]", "\"", ",", ":", "1e999", "-2147483649", "4294967296", "1.5", "true",
                             "\\u0000", "\\ud800", "\xEF\xBB\xBF", "null", "\"a\":"}};
 
-/// A file is slow: a fiftieth of the inputs must do.
+/// Files are slow: a fiftieth of the inputs must be enough.
 TEST(HostFuzz, ASettingsFileIsReadAndWrittenTheSameOrSetAside) {
     const Tests::TemporaryFolder folder;
     const std::filesystem::path path = folder.Path() / L"settings.json";

@@ -60,7 +60,7 @@ const Language json = {
      "\n",
      "/"}};
 
-/// The document when the text is JSON. Nothing but an Exception is thrown.
+/// The document if the text is JSON. Throws nothing but an Exception.
 std::optional<JsonDocument> Parse(const std::wstring& i_text) {
     JsonDocument document;
     try {
@@ -133,11 +133,11 @@ const Language dates = {
 TEST(RepliesFuzz, ADateIsReadAsItIsOrRefused) {
     ForTexts(dates, [](Random&, const std::wstring& i_input) {
         try {
-            const FILETIME latest{0xFFFFFFFF, 0x7FFFFFFF}; // What SystemTimeToFileTime can give.
+            const FILETIME latest{0xFFFFFFFF, 0x7FFFFFFF}; // The latest time that SystemTimeToFileTime returns.
             EXPECT_LE(Dropbox::Utility::ParseDateTime(i_input.c_str()),
                       std::uint64_t{latest.dwHighDateTime} << 32 | latest.dwLowDateTime);
         } catch (const Exception&) {
-            // Of another format.
+            // It has another format.
         }
     });
     ForChances([](Random& io_random) {
@@ -157,7 +157,7 @@ const Language paths = {{"/Docs/a.pdf", "/\xC3\xA9t\xC3\xA9/b c.txt", "/x", "/e\
                         {"/", "\\", "\"", "\\\"", "\\u0022", "\",\"path\": \"/other", "\n", " ", ".", "..", "\t",
                          "\xF0\x9F\x98\x80", "~", "\\/", "\\\\", "/*", "a"}};
 
-/// What a reader of UTF-8 or of "\uXXXX" makes of a header's text.
+/// How a reader of UTF-8 or of "\uXXXX" reads a header's text.
 std::wstring Unescaped(std::wstring_view i_text) {
     std::wstring text;
     for (std::size_t at = 0; at < i_text.size(); ++at)
