@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint64_t commands_a_batch = 30;
 
-/// What a process may have more of at its end than after its second batch.
+/// By how much a process may exceed its figures after its second batch.
 constexpr std::array<std::uint64_t, 4> allowed_growth = {64, 16, 16, std::uint64_t{24} << 20};
 constexpr std::array<std::string_view, 4> figure_names = {"handles", "GDI objects", "USER objects", "bytes of memory"};
 
@@ -76,7 +76,7 @@ void Client::CheckCalm() {
         CheckFigures();
 }
 
-/// What the process uses stays as it was after its second batch, but for the files that it keeps open.
+/// The process uses no more than after its second batch, apart from the files that it keeps open.
 void Client::CheckFigures() {
     const std::vector<std::uint64_t> figures = ReadNumbers(Run("figures").figures);
     constexpr std::size_t warm_up = 2;

@@ -18,22 +18,22 @@
 
 namespace Storm {
 
-/// What a client did and met, for the table at the end.
+/// What a client did and encountered, for the table at the end.
 struct ClientFigures {
     std::uint64_t commands = 0;
     std::uint64_t failures = 0;
     std::uint64_t uploads = 0;      ///< begun
     std::uint64_t downloads = 0;    ///< complete, each compared with the service's file
-    std::uint64_t lost_commits = 0; ///< commands that failed, though the service has done what they asked for
+    std::uint64_t lost_commits = 0; ///< commands that failed although the service did what they asked for
     std::uint64_t kills = 0;
     std::uint64_t processes = 0;
     std::chrono::milliseconds slowest{0};
     std::string memory; ///< of the last lasting process: at its first and at its last batch
 };
 
-/// One person at work: a host with the module, a folder of the account to itself, and a file shared with others. Does
-/// random commands, and knows after each what the service must hold. Every method throws RuleBroken at the first broken
-/// rule.
+/// One person at work: a host with the module, its own folder in the account, and a file shared with others. Runs
+/// random commands, and knows after each one what the service must hold. Every method throws RuleBroken at the first
+/// broken rule.
 class Client {
 public:
     struct Setting {
@@ -48,12 +48,12 @@ public:
 
     /// Saves the account in the client's profile.
     void SignIn();
-    /// A fresh folder and fresh chance.
-    /// @param i_uses_lasting_host one process for all commands, else a process a command
+    /// Starts with an empty folder and new random numbers.
+    /// @param i_uses_lasting_host one process for all commands, otherwise one process per command
     void Begin(std::uint64_t i_seed, bool i_uses_lasting_host);
-    /// The batch's commands, in the storm.
+    /// Runs the batch's commands in the storm.
     void Work();
-    /// After the storm: all works again, and all is as it should be.
+    /// After the storm: everything works again, and everything is as it should be.
     void CheckCalm();
     /// Ends the process.
     void End();
@@ -81,8 +81,8 @@ private:
 
     Answer Run(const std::string& i_command);
     void Note(const std::string& i_text);
-    /// Holds the folder against what the command may have made of it. @param i_done what it is when the command is
-    /// done; none when it cannot be
+    /// Compares the folder with what the command may have made of it. @param i_done the folder if the command
+    /// succeeded; none if it cannot succeed
     void Expect(const Answer& i_answer, const std::optional<Tree>& i_done, const Trees& i_failed);
     void CheckFigures();
     Host& TheHost();
@@ -104,10 +104,10 @@ private:
     Dice m_dice{0};
     bool m_uses_lasting_host = true;
     Tree m_tree;              ///< what the client's folder must hold
-    std::uint64_t m_harm = 0; ///< faults that the last command met
+    std::uint64_t m_harm = 0; ///< faults that affected the last command
     std::uint64_t m_local_files = 0;
     std::uint64_t m_batches_of_process = 0;
-    std::vector<std::uint64_t> m_first_figures; ///< of the process, once it is warm
+    std::vector<std::uint64_t> m_first_figures; ///< of the process, once it has warmed up
     ClientFigures m_figures;
 };
 

@@ -1,4 +1,4 @@
-// What a client does, and what each command may make of its folder.
+// What a client does, and what each command may change in its folder.
 
 #include "Client.h"
 
@@ -39,7 +39,7 @@ bool IsBelow(const std::string& i_path, const std::string& i_folder) {
     return i_path.starts_with(i_folder + "/");
 }
 
-/// Name, and size or "folder", of everything that was listed.
+/// Name, and size or "folder", of every item listed.
 using Listing = std::map<std::string, std::string>;
 
 std::string SizeText(const rapidjson::Value& i_item) {
@@ -92,7 +92,7 @@ void Client::Step() {
         GetShared();
 }
 
-/// A name for a file in a folder that is there.
+/// A name for a file in an existing folder.
 std::string Client::PickPath() {
     for (;;) {
         const std::string& path = m_dice.Pick(std::span<const std::string>(file_names));
@@ -119,7 +119,7 @@ Content Client::NewContent() {
                                                  : 1 + m_dice.Below(9'000);
     std::string bytes(size, '\0');
     std::uint64_t state = m_dice.Below(UINT64_MAX) | 1;
-    for (char& byte : bytes) { // No two contents are alike, and no page of one is another's.
+    for (char& byte : bytes) { // No two contents are alike, nor are any two pages of them.
         state ^= state << 13;
         state ^= state >> 7;
         state ^= state << 17;
@@ -140,7 +140,7 @@ void Client::Save() {
     if (!answer.IsDone() && (is_put || answer.was_closing))
         m_kept.OnFailedClose(answer, path, content, is_put);
     Trees failed;
-    if (!m_tree.contains(path)) // A new file is made empty first.
+    if (!m_tree.contains(path)) // A new file is first created empty.
         failed.push_back(With(path, MakeContent({})));
     Expect(answer, With(path, content), failed);
     if (!AreEqual(ReadContent(file), content))
@@ -254,7 +254,7 @@ void Client::MakeFolder() {
     const Answer answer = Run("mkdir " + Location(path));
     Tree done = With(path, nullptr);
     if (const std::string parent = ParentOf(path); !parent.empty())
-        done[parent] = nullptr; // The service makes those above as well.
+        done[parent] = nullptr; // The service creates the parent folders as well.
     Expect(answer, m_tree.contains(path) ? std::nullopt : std::optional(done), {});
 }
 
@@ -264,7 +264,7 @@ void Client::Relocate() {
     if (!from || *from == to)
         return;
     const std::string verb = m_dice.Pick({"mv", "cp", "rename"});
-    // A rename takes a bare name within the folder, or a whole path.
+    // A rename takes either a bare name within the folder or a whole path.
     const bool is_bare = verb == "rename" && ParentOf(*from) == ParentOf(to);
     const std::string target = is_bare ? "\"" + to.substr(to.rfind('/') + 1) + "\"" : Location(to);
     const Answer answer = Run(verb + " " + Location(*from) + " " + target);
@@ -274,7 +274,7 @@ void Client::Relocate() {
         if (verb != "cp")
             done->erase(*from);
     }
-    // A move is over when the service has made it; only then the new place is read.
+    // The service completes the move before the new place is read.
     Expect(answer, done, {});
 }
 

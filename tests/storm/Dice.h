@@ -7,7 +7,7 @@
 
 namespace Storm {
 
-/// Chance that is the same again for the same seed, on every machine: the library's distributions are not.
+/// Random numbers that are the same for the same seed on every machine: the library's distributions are not.
 class Dice {
 public:
     explicit Dice(std::uint64_t i_seed) : m_engine(i_seed) {}

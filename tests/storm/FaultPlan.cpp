@@ -14,7 +14,7 @@ constexpr std::array<std::string_view, fault_kind_count> names = {
     "odd statuses", "garbage",      "401",        "pages",      "wrong lengths", "nearly missing", "many words",
 };
 
-/// The calls of which the client reads the answer: a false "done" is noticed.
+/// The calls whose reply the client reads, so that it notices a false "done".
 bool IsAnswerRead(std::string_view i_target) {
     return i_target.starts_with("/2/files/get_metadata") || i_target.starts_with("/2/files/list_folder") ||
            i_target.starts_with("/2/files/upload") || i_target.starts_with("/2/files/create_folder") ||

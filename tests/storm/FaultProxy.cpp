@@ -24,14 +24,14 @@ namespace {
 
 constexpr std::string_view head_end = "\r\n\r\n";
 
-/// The connection ends here, as the plan says or because the other side went.
+/// The connection ends here, because the plan says so or the other side closed it.
 class LinkEnds : public std::runtime_error {
 public:
     explicit LinkEnds(bool i_is_reset) : std::runtime_error("the connection ends"), is_reset(i_is_reset) {}
     bool is_reset;
 };
 
-/// A request's head and as much of its body as came with it.
+/// A request's head, and as much of its body as arrived with it.
 struct RequestHead {
     std::string bytes; ///< the whole head
     std::string body;
@@ -57,7 +57,7 @@ std::uint64_t AnnouncedSize(std::string_view i_head) {
     return size;
 }
 
-/// @returns false when the other side closed the connection before the first byte
+/// @returns false if the other side closed the connection before the first byte
 template <class Stream>
 bool ReadHead(Stream& io_stream, std::string& io_ahead, RequestHead& o_head) {
     boost::system::error_code error;
@@ -139,7 +139,7 @@ public:
 
 private:
     asio::io_context m_events;
-    asio::ssl::context m_context{asio::ssl::context::tls_client}; // The service is our own: nothing to verify.
+    asio::ssl::context m_context{asio::ssl::context::tls_client}; // The service is our own: there is nothing to verify.
     tcp::socket m_socket;
     TlsStream m_stream;
     boost::beast::flat_buffer m_buffer;
@@ -261,7 +261,7 @@ private:
             io_body.append(1 + i_plan.cut % 3'000, 'x');
     }
 
-    /// A few pieces with pauses, the rest at once: no reply takes longer than a client is ready to wait.
+    /// A few pieces with pauses, the rest at once: no reply takes longer than a client waits.
     static void Drip(TlsStream& io_client, std::string_view i_bytes, const FaultPlan& i_plan) {
         constexpr int most_drips = 8;
         for (int drips = 0; drips < most_drips && i_plan.piece_size < i_bytes.size(); ++drips) {
@@ -276,7 +276,7 @@ private:
     FaultProxy& m_proxy;
     std::mutex m_socket_mutex;
     std::atomic<bool> m_is_done = false;
-    std::thread m_thread; ///< last: it uses all the others
+    std::thread m_thread; ///< last, because it uses all the others
 };
 
 FaultProxy::FaultProxy(DevService::TlsAuthority& io_authority, std::uint16_t i_service_port,

@@ -17,16 +17,16 @@
 
 namespace Storm {
 
-/// What passed a proxy, by kind of fault; `None` counts the requests without one.
+/// The requests through a proxy, by kind of fault; `None` counts those without one.
 using FaultCounts = std::array<std::uint64_t, fault_kind_count>;
 
-/// Stands between one client and the service: answers CONNECT as the service does, ends TLS with the service's own
-/// certificate, and lets requests meet with faults. Each connection has a thread. The plans follow from the seed and
-/// the order of the client's requests alone.
+/// A proxy between one client and the service: answers CONNECT as the service does, terminates TLS with the service's
+/// own certificate, and injects faults. Each connection has a thread. The plans depend only on the seed and the order
+/// of the client's requests.
 class FaultProxy {
 public:
-    /// Listens from here on. @param i_service_port the service's, on the loopback interface
-    /// @param i_without faults that are left out: their requests go well
+    /// Starts listening. @param i_service_port the service's, on the loopback interface
+    /// @param i_without faults to leave out: their requests succeed
     FaultProxy(DevService::TlsAuthority& io_authority, std::uint16_t i_service_port, std::set<FaultKind> i_without);
     ~FaultProxy();
     FaultProxy(const FaultProxy&) = delete;
@@ -34,15 +34,15 @@ public:
 
     std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
 
-    /// From here on requests meet with the faults of that seed.
+    /// From here on requests get this seed's faults.
     void Raise(std::uint64_t i_seed);
-    /// From here on all goes well.
+    /// From here on there are no faults.
     void Calm();
 
     FaultCounts Counts() const;
-    /// How many requests have met with a fault that may make their call fail.
+    /// How many requests had a fault that may make their call fail.
     std::uint64_t HarmCount() const;
-    /// Waits until no connection is left, for a client that has ended. @throws std::runtime_error after too long
+    /// Waits until no connection is left, for a client that has ended. @throws std::runtime_error if it takes too long
     void WaitForQuiet() const;
     /// The requests since the last call and their faults, one line each.
     std::string TakeLog();
@@ -62,13 +62,13 @@ private:
     std::list<Link> m_links;
     std::atomic<int> m_open_links = 0;
 
-    mutable std::mutex m_mutex; ///< for what follows
+    mutable std::mutex m_mutex; ///< for the members below
     Dice m_dice{0};
     bool m_is_stormy = false;
     FaultCounts m_counts{};
     std::string m_log;
 
-    std::thread m_thread; ///< last: it uses all the others
+    std::thread m_thread; ///< last, because it uses all the others
 };
 
 } // namespace Storm

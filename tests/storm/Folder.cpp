@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// How the service names what it has not completely received.
+/// The service's name for a file that it has not completely received.
 constexpr std::string_view unfinished = ".devservice-";
 
 } // namespace
@@ -46,7 +46,7 @@ void WriteContent(const fs::path& i_file, const std::string& i_bytes) {
 Tree ReadTree(const fs::path& i_folder) {
     Tree tree;
     for (const auto& entry : fs::recursive_directory_iterator(i_folder)) {
-        if (entry.path().filename().string().starts_with(unfinished)) // Gone in a moment: see HasUnfinished.
+        if (entry.path().filename().string().starts_with(unfinished)) // It will be gone in a moment: see HasUnfinished.
             continue;
         const std::string path = entry.path().lexically_relative(i_folder).generic_string();
         tree[path] = entry.is_directory() ? nullptr : ReadContent(entry.path());
@@ -64,7 +64,7 @@ bool HasUnfinished(const fs::path& i_folder) {
 void WriteTree(const fs::path& i_folder, const Tree& i_tree) {
     fs::remove_all(i_folder);
     fs::create_directories(i_folder);
-    for (const auto& [path, content] : i_tree) // A folder stands before what is in it.
+    for (const auto& [path, content] : i_tree) // A folder comes before its contents.
         if (content == nullptr)
             fs::create_directories(i_folder / path);
         else

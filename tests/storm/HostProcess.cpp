@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Longer than any reply is held back, shorter than anybody waits.
+/// Longer than any reply is delayed, and shorter than anybody would wait.
 constexpr int patience_ms = 45'000;
 
 void Check(bool i_is_good, const char* i_what) {
@@ -33,7 +33,7 @@ struct Pipe {
     Pipe() { Check(pipe2(ends.data(), O_CLOEXEC) == 0, "pipe"); }
 };
 
-/// The environment with one variable more or other.
+/// The environment with one variable added or changed.
 std::vector<std::string> Environment(const std::string& i_service_address) {
     constexpr std::string_view name = "DEVSERVICE_ADDRESS=";
     std::vector<std::string> variables;
@@ -56,7 +56,7 @@ std::vector<std::string> Options(const fs::path& i_wine, const fs::path& i_progr
     return {i_wine, i_program, "--json", "--profile", WindowsPath(i_profile)};
 }
 
-/// The client lies elsewhere than the host, beside which the module is.
+/// The client is in a different folder from the host, which has the module beside it.
 std::vector<std::string> ClientCommand(const Programs& i_programs, const fs::path& i_profile) {
     std::vector<std::string> command = Options(i_programs.wine, i_programs.client, i_profile);
     command.insert(command.end(), {"--module", WindowsPath(i_programs.host.parent_path() / "Dropbox.qvp")});
@@ -178,7 +178,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& i_command, const std:
     posix_spawn_file_actions_adddup2(&actions, input.ends[0], STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output.ends[1], STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output.ends[1], STDERR_FILENO);
-    // An inherited socket would stay open when the proxy closes it.
+    // An inherited socket would stay open after the proxy closes it.
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     const int error = posix_spawn(&m_id, command.front().c_str(), &actions, nullptr, Pointers(command).data(),
                                   Pointers(environment).data());

@@ -13,7 +13,7 @@
 
 namespace Storm {
 
-/// A rule does not hold: the end of the storm.
+/// A rule is broken: the storm ends.
 class RuleBroken : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -27,10 +27,10 @@ struct Programs {
     std::filesystem::path trust;  ///< devtrust.exe
 };
 
-/// A child process whose output and error output come together, line by line.
+/// A child process whose standard output and error output are read together, line by line.
 class ChildProcess {
 public:
-    /// @param i_service_address what it has as DEVSERVICE_ADDRESS; @throws std::system_error
+    /// @param i_service_address its DEVSERVICE_ADDRESS; @throws std::system_error
     ChildProcess(const std::vector<std::string>& i_command, const std::string& i_service_address);
     /// Kills it if it still runs.
     ~ChildProcess();
@@ -39,9 +39,10 @@ public:
 
     void Send(const std::string& i_line);
     void CloseInput();
-    /// The next line without its end, none at the end of the output. @throws RuleBroken when nothing comes for too long
+    /// The next line without its line ending; none at the end of the output. @throws RuleBroken if nothing arrives for
+    /// too long
     std::optional<std::string> NextLine();
-    /// Waits for the end. @returns the exit code; -1 when a signal ended it
+    /// Waits for the end. @returns the exit code; -1 if a signal ended it
     int Wait();
     void Kill();
 
@@ -52,41 +53,41 @@ private:
     std::string m_ahead;
 };
 
-/// What a command answered.
+/// The result of a command.
 struct Answer {
     int exit_code = 0;
-    bool is_lost = false;     ///< the process was killed meanwhile
-    bool was_closing = false; ///< the document was whole, and its close had begun
+    bool is_lost = false;     ///< the process was killed during the command
+    bool was_closing = false; ///< the document was complete, and its close had begun
     std::string json;
     std::vector<std::string> notes; ///< the lines of the error output
     std::string figures;
 
     bool IsDone() const { return !is_lost && exit_code == 0; }
-    /// All that was said, as it came.
+    /// All the output, in order.
     std::string Text() const;
 };
 
-/// A host with the module, which runs commands.
+/// A host with the module that runs commands.
 class Host {
 public:
     virtual ~Host() = default;
     virtual Answer Run(const std::string& i_command) = 0;
-    /// Runs a command and ends the process somewhere within. @returns false when this host does not do such things
+    /// Starts a command and kills the process while it runs. @returns false if this host does not support that
     virtual bool RunAndKill(const std::string& i_command, std::chrono::milliseconds i_after) = 0;
-    /// Whether it knows the client's own commands and lives from command to command.
+    /// Whether it has the client's own commands and stays alive between commands.
     virtual bool IsLasting() const = 0;
-    /// Ends it; @throws RuleBroken when it left something behind
+    /// Ends it. @throws RuleBroken if it left anything behind
     virtual void End() = 0;
 };
 
 /// One process for all commands.
 std::unique_ptr<Host> StartLastingHost(const Programs& i_programs, const std::filesystem::path& i_profile,
                                        std::uint16_t i_port);
-/// A process for each command: qorvhost, as a person uses it.
+/// A process for each command: qorvhost, as users run it.
 std::unique_ptr<Host> StartSingleHosts(const Programs& i_programs, const std::filesystem::path& i_profile,
                                        std::uint16_t i_port);
 
-/// The path as a Windows program reads it, and back.
+/// Converts the path to a Windows program's form, and back.
 std::string WindowsPath(const std::filesystem::path& i_path);
 std::filesystem::path NativePath(std::string i_path);
 

@@ -32,7 +32,7 @@ void KeptBytes::OnNotes(const Answer& i_answer, const std::string& i_document) {
         const Content content = ReadContent(copy);
         if (content == nullptr)
             throw RuleBroken("the copy is not there: " + line);
-        std::erase_if(m_kept, [&](const auto& i_kept) { // A rename may have taken them along.
+        std::erase_if(m_kept, [&](const auto& i_kept) { // A rename may have moved them.
             return AreEqual(i_kept.second.content, content) && !fs::exists(i_kept.first);
         });
         m_kept[copy] = {i_document, content};
@@ -59,7 +59,7 @@ void KeptBytes::FindAgain(const std::string& i_document, const Content& i_writte
     for (const auto& entry : before) {
         const auto& path = entry.first;
         const Kept& kept = entry.second;
-        if (AreEqual(ReadContent(path), kept.content)) // Of other documents too: a move may have taken them along.
+        if (AreEqual(ReadContent(path), kept.content)) // Includes other documents: a move may have moved them.
             continue;
         const auto found = std::ranges::find_if(
             files, [&](const fs::path& i_file) { return AreEqual(ReadContent(i_file), kept.content); });

@@ -23,7 +23,7 @@ std::string Repeated(std::string_view i_text, std::size_t i_count) {
     return text;
 }
 
-/// None of them is what any call wants, and none says that the call was carried out.
+/// None of them is what a call expects, and none says that the call was carried out.
 const std::array<std::string, 22> odd_texts = {
     ""s,
     "null"s,

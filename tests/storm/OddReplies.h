@@ -8,28 +8,28 @@
 
 namespace Storm {
 
-/// A reply as it goes to the client.
+/// A reply as it is sent to the client.
 struct WireReply {
     unsigned status = 200;
-    std::vector<std::pair<std::string, std::string>> headers; ///< without those that tell the body's length
+    std::vector<std::pair<std::string, std::string>> headers; ///< without those that give the body's length
     std::string body;
     bool is_chunked = false;
     std::string reason = "Reply";
 };
 
-/// Something in place of JSON: nothing, a page, bytes, JSON that is cut, too deep or of the wrong kinds.
+/// Something instead of JSON: nothing, a page, bytes, or JSON that is cut off, too deep or of the wrong types.
 std::string OddBody(Dice& io_dice);
 
-/// A refusal of the service, of a gateway or of nobody in particular, with an odd body.
+/// A refusal from the service, a gateway or an unknown sender, with an odd body.
 WireReply OddRefusal(Dice& io_dice);
 
 /// 200 with an odd body.
 WireReply Garbage(Dice& io_dice);
 
-/// The page of a network that wants a sign-in, in place of whatever was asked for.
+/// The page of a network that requires a sign-in, whatever was requested.
 WireReply PortalPage(Dice& io_dice);
 
-/// What looks like "there is no such file" and does not say so: a gateway's 404, a 409 with an unknown tag.
+/// Resembles "there is no such file" without saying so: a gateway's 404, a 409 with an unknown tag.
 WireReply NearlyMissing(Dice& io_dice);
 
 /// The service's own refusal of a token.

@@ -58,7 +58,7 @@ fs::path PathBehind(const std::string& i_line, std::string_view i_words) {
         return {};
     std::string path = i_line.substr(words + i_words.size());
     path.resize(std::min(path.find(code_words), path.size()));
-    // More sentences may follow, and a file's name may have a full stop and a blank.
+    // More sentences may follow, and a file's name may contain a full stop and a space.
     while (!fs::is_regular_file(NativePath(path)) && path.find(". ") != path.npos)
         path.resize(path.rfind(". "));
     return NativePath(path);

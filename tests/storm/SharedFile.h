@@ -9,20 +9,20 @@
 
 namespace Storm {
 
-/// A file that several clients write and read at the same time: what it may hold.
+/// A file that several clients write and read at the same time: what it may contain.
 class SharedFile {
 public:
-    /// A new batch begins with that content.
+    /// A new batch begins with this content.
     void Begin(Content i_content);
 
     /// Before a client writes.
     void OnWriting(const std::string& i_client, Content i_content);
-    /// Its last writing is acknowledged, so what it wrote before is over.
+    /// Its last write is acknowledged, so its earlier ones are over.
     void OnWritten(const std::string& i_client);
 
-    /// Whether a reader may see that now.
+    /// Whether a reader may see this now.
     bool MayBeSeen(const Content& i_content) const;
-    /// Whether the file may hold that when all writing has ended.
+    /// Whether the file may contain this once all writing has ended.
     bool MayStay(const Content& i_content) const;
 
 private:

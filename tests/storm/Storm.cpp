@@ -1,5 +1,5 @@
-// storm: the shipped module against the development service with random faults. docs/reliability.md tells what it does,
-// and which rules it checks; ./storm starts it.
+// storm: the shipped module against the development service with random faults. docs/reliability.md describes it and
+// the rules that it checks; ./storm starts it.
 
 #include <algorithm>
 #include <array>
@@ -28,7 +28,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::array names = {"One", "Two"};
 
-/// The service over an empty account, served by a thread.
+/// The service with an empty account, on its own thread.
 class LocalStorage {
 public:
     explicit LocalStorage(const fs::path& i_root) : m_server(m_service, std::uint16_t{0}) {
@@ -45,7 +45,7 @@ public:
     DevService::TlsAuthority& Authority() { return m_service.authority; }
     std::uint16_t Port() const { return m_server.Port(); }
     const std::string& Token() const { return m_token; }
-    /// The storm has its own records, and these would only grow.
+    /// The storm keeps its own records, and these would only grow.
     void ForgetRequests() { m_service.requests.Clear(); }
 
 private:
@@ -55,7 +55,7 @@ private:
     std::thread m_thread;
 };
 
-/// The authority is trusted in the Wine prefix as long as this lives.
+/// The Wine prefix trusts the authority while this object exists.
 class Trust {
 public:
     Trust(const Programs& i_programs, fs::path i_file, const std::string& i_pem)
@@ -97,7 +97,7 @@ public:
         }
     }
 
-    /// One batch: the storm, and what must hold after it. @throws RuleBroken
+    /// Runs one batch: the storm, and the checks after it. @throws RuleBroken
     void Batch(std::uint64_t i_number) {
         constexpr std::uint64_t batches_a_seed = 1'000'003;
         const Content first = MakeContent("the first minutes");
@@ -136,7 +136,7 @@ private:
         return i_path;
     }
 
-    /// Both clients at once. @throws the first failure
+    /// Runs both clients at once. @throws the first failure
     template <class Job>
     void ForAll(Job i_job) {
         std::vector<std::exception_ptr> failures(m_clients.size());
@@ -248,7 +248,7 @@ bool Run(const StormOptions& i_options) {
 } // namespace
 
 int main(int i_count, char** i_arguments) {
-    std::signal(SIGPIPE, SIG_IGN); // A client that has crashed is noticed when it is written to.
+    std::signal(SIGPIPE, SIG_IGN); // A crashed client is noticed at the next write to it.
     try {
         return Run(StormOptions::Parse(i_count, i_arguments)) ? 0 : 1;
     } catch (const std::invalid_argument& error) {

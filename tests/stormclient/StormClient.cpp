@@ -1,12 +1,12 @@
 // stormclient OPTIONS: the host with the module that ships, for the storm. It takes the host's options, reads commands
-// from its standard input, one per line, and writes "#exit N" after each one's output. Its own commands do what an
+// from its standard input, one per line, and writes "#exit N" after each command's output. Its own commands do what an
 // editor does:
 //
-//     save FILE LOCATION          replaces a document with the bytes of a file, which nobody keeps for it
-//     edit LOCATION SEEN TEXT     opens a document, writes what it holds to the file SEEN, appends the text, saves it
+//     save FILE LOCATION          replaces a document with the bytes of a file, without keeping a copy
+//     edit LOCATION SEEN TEXT     opens a document, writes its content to the file SEEN, appends the text, saves
 //     figures                     what the process uses: "#figures HANDLES GDI USER BYTES"
 //
-// "#closing" precedes the output of the close. From there on, the host answers for the bytes.
+// "#closing" comes before the output of the close. From then on the host is responsible for the bytes.
 
 #include "base/LocalFile.h"
 #include "base/Unicode.h"
