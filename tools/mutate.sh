@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# tools/mutate.sh [WORD...]: changes the plug-in on purpose, one change at a time, and tells whether the tests notice. The
-# changes stand in tests/mutations.txt; with WORDs only those whose file or texts hold one of them are tried.
+# tools/mutate.sh [WORD...]: changes the plug-in on purpose, one change at a time, and reports whether the tests notice. The
+# changes are in tests/mutations.txt; with WORDs, only those whose file name or texts contain one of them are tried.
 #
-# It works in a copy of the tree (build/mutants/tree), which takes a whole build the first time. A change is noticed when a
-# test program of its folder fails, or the one behind it (see ProgramsFor). Ends with 1 when one survives that is not said to,
-# or does not compile.
+# It works in a copy of the tree (build/mutants/tree), which needs a full build the first time. A change is noticed if its
+# folder's test program fails, or the next one (see ProgramsFor). Exits with 1 if a change survives unexpectedly or does not
+# compile.
 set -euo pipefail
 # shellcheck source=tools/setup.sh
 source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/setup.sh"
@@ -15,7 +15,7 @@ windows=$tree/build/windows
 list=$repository/tests/mutations.txt
 seconds_a_program=200
 
-# The copy has what is tracked here, as it stands now. Unchanged files keep their times, so that little is built anew.
+# Copies the tracked files in their current state. Unchanged files keep their times, so that little is rebuilt.
 CopyTree() {
     local file
     mkdir -p "$tree"
@@ -24,7 +24,7 @@ CopyTree() {
     done
 }
 
-# ProgramsFor FILE: what could notice, the nearest first.
+# ProgramsFor FILE: the test programs that could notice, nearest first.
 ProgramsFor() {
     case $1 in
     plugin/core/*) echo core_tests endtoend_tests ;;
@@ -43,14 +43,14 @@ RunProgram() {
         "$windows/tests/${1%_tests}/$1.exe" >"$tree/build/mutant.log" 2>&1
 }
 
-# What fails without a change notices nothing.
+# A program that fails without any change proves nothing.
 RequireGood() {
     [[ -z ${is_good[$1]:-} ]] || return 0
     BuildProgram "$1" && RunProgram "$1" || FailWithLog "$tree/build/mutant.log" "$1 fails without any change"
     is_good[$1]=yes
 }
 
-# Notices FILE: builds and runs the programs, until one fails.
+# Notices FILE: builds and runs the programs until one fails.
 Notices() {
     local program
     for program in $(ProgramsFor "$1"); do
@@ -67,7 +67,7 @@ Notices() {
     return 1
 }
 
-# Replace FILE OLD NEW: fails unless the old text is there once.
+# Replace FILE OLD NEW: fails unless the old text occurs exactly once.
 Replace() {
     python3 -c '
 import sys
@@ -90,7 +90,7 @@ TryChange() {
         verdict=SURVIVED
         [[ -z $4 ]] || verdict="survived, as it may: $4"
     fi
-    cp "$original" "$tree/$1" # With a new time: the object is of the changed file.
+    cp "$original" "$tree/$1" # With a new time, since the object was built from the changed file.
     printf '%s\n    - %s\n    + %s\n    %s\n' "$1" "${2//$'\n'/ }" "${3//$'\n'/ }" "$verdict" | tee -a "$results"
 }
 
@@ -103,8 +103,8 @@ IsWanted() {
     return 1
 }
 
-# Each change: the file's name, lines of the old text after "- ", lines of the new one after "+ ", and, where nothing can
-# notice it, a line after "= " that says why. An empty line ends it.
+# Each change: the file's name, the lines of the old text after "- ", the lines of the new text after "+ ", and, if nothing
+# can notice it, the reason after "= ". An empty line ends it.
 TryAll() {
     local line file='' old='' new='' why=''
     while IFS= read -r line || [[ -n $line ]]; do
@@ -131,7 +131,7 @@ declare -A is_good=()
     source "$tree/tools/setup.sh"
     source "$tree/tools/build.sh"
     InstallRunPackages
-    # Not strictly: a change may leave something unused.
+    # Without warnings as errors: a change may leave something unused.
     BuildPreset native devservice "the development service" devservice
     BuildPreset windows windows "the module" dropbox_module qorvhost devtrust
 )
