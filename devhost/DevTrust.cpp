@@ -1,5 +1,5 @@
 // devtrust: makes a certificate authority trusted in the private Wine prefix, so that WinINet accepts the development
-// service's certificate; and takes it out again. A program of its own because WinINet reads the trusted authorities
+// service's certificate; and removes it again. A separate program because WinINet reads the trusted authorities only
 // once per process, at its first TLS connection.
 
 #include "base/LocalFile.h"
@@ -54,7 +54,7 @@ std::vector<Certificate> ParseCertificates(std::string_view i_pem) {
     return certificates;
 }
 
-/// The registry's part of the store alone: from the whole one Wine does not remove anything.
+/// Only the registry's part of the store: Wine removes nothing from the complete one.
 Store OpenTrustedAuthorities() {
     Store store(CertOpenStore(CERT_STORE_PROV_SYSTEM_REGISTRY_W, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, L"Root"));
     if (!store)
@@ -67,7 +67,7 @@ void Add(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
         throw std::runtime_error("the authority cannot be added");
 }
 
-/// One that is not there needs no removal.
+/// A missing one needs no removal.
 void Remove(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
     const PCCERT_CONTEXT found =
         CertFindCertificateInStore(i_store, X509_ASN_ENCODING, 0, CERT_FIND_EXISTING, i_certificate, nullptr);
@@ -87,7 +87,7 @@ void Run(CLI::App& io_program, const std::vector<std::string>& i_arguments) {
     const auto* const add = add_command("add", "trust the authorities in a file");
     add_command("remove", "take them out again");
     io_program.require_subcommand(1);
-    io_program.parse(std::vector(i_arguments.rbegin(), i_arguments.rend())); // The parser takes them from the end.
+    io_program.parse(std::vector(i_arguments.rbegin(), i_arguments.rend())); // The parser takes them in reverse order.
     if (!DevHost::IsWine())
         throw std::runtime_error("works in a private Wine prefix only. Windows would ask you to trust this authority "
                                  "for everything you do; import the file by hand if that is what you want");

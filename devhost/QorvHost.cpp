@@ -24,7 +24,7 @@ BOOL WINAPI OnConsoleEvent(DWORD i_event) {
     return TRUE;
 }
 
-/// The file that QORVHOST_WINDOW_SCRIPT names: what a person would do in the windows. Empty for none.
+/// The script named by QORVHOST_WINDOW_SCRIPT; empty if there is none.
 std::wstring WindowScriptFile() {
     std::array<wchar_t, 1024> file{};
     const DWORD length = GetEnvironmentVariableW(L"QORVHOST_WINDOW_SCRIPT", file.data(), DWORD{file.size()});
@@ -34,7 +34,7 @@ std::wstring WindowScriptFile() {
 int Run(const DevHost::CommandLine& i_line) {
     DevHost::RedirectWinInet();
     std::optional<DevHost::BrowserRegistration> own_browser;
-    if (DevHost::IsWine()) // Its browser cannot show a page.
+    if (DevHost::IsWine()) // Wine's own browser cannot show a page.
         own_browser.emplace();
     std::optional<DevHost::WindowScript> script;
     if (const std::wstring file = WindowScriptFile(); !file.empty())
@@ -50,7 +50,7 @@ int Run(const DevHost::CommandLine& i_line) {
 } // namespace
 
 int wmain(int i_count, wchar_t** i_arguments) {
-    SetProcessDPIAware(); // The dialogs scale themselves.
+    SetProcessDPIAware(); // The dialogs do their own scaling.
     OleInitialize(nullptr);
     g_cancel_flag = Qorv::Create<DevHost::CancelFlag>();
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);

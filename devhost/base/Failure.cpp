@@ -14,7 +14,7 @@ struct KnownCode {
     const wchar_t* words;
 };
 
-// The system has no text for these, or one that helps nobody here.
+// The system has no text for these, or none that helps the user.
 constexpr KnownCode known_codes[] = {
     {0x821704C7, L"the operation was canceled"},
     {0x80070057, L"an argument is not valid, or the item does not exist"},

@@ -27,17 +27,17 @@ private:
 /// A failure of the operating system: "<what was tried>: <the system's reason>". Reads the last error.
 Failure LastErrorFailure(std::wstring_view i_what);
 
-/// A code in words, without a full stop: of the codes that a plug-in's work ends with, else the system's own text.
+/// A code in words, without a full stop: our text for the codes that plug-ins return, else the system's text.
 std::wstring CodeInWords(HRESULT i_code);
 
-/// What a failed operation said of itself, in one line, or the code in words when it said nothing that helps a person.
+/// The reason that a failed operation gave, in one line, or the code in words when it gave none that helps the user.
 std::wstring ReasonInWords(HRESULT i_code, std::wstring_view i_said);
 
 /// Throws when a call of the platform failed.
 void Check(HRESULT i_result, std::wstring_view i_what);
 
-/// Runs the body of a COM method of the host: what it throws becomes the method's result and, where the caller gave a
-/// details object, the reason there. The body returns an HRESULT, or nothing for S_OK.
+/// Runs the body of a COM method of the host. An exception becomes the method's result and, if the caller passed a
+/// details object, the reason in it. The body returns an HRESULT, or nothing for S_OK.
 template <typename Body>
 HRESULT Answer(Qorv::IQorv_ErrorDetails* o_details, Body&& i_body) noexcept {
     try {
@@ -63,7 +63,7 @@ HRESULT Answer(Body&& i_body) noexcept {
     return Answer(nullptr, std::forward<Body>(i_body));
 }
 
-/// Answers a getter with a copy of a text.
+/// Implements a getter: returns a copy of a text.
 HRESULT AnswerText(std::wstring_view i_text, BSTR* o_text) noexcept;
 
 } // namespace DevHost

@@ -106,7 +106,7 @@ std::string ReadWholeFile(const std::filesystem::path& i_path) {
 }
 
 void WriteFileAtomically(const std::filesystem::path& i_path, std::string_view i_bytes) {
-    std::error_code ignored; // Creating the file tells what is wrong.
+    std::error_code ignored; // Creating the file reports what is wrong.
     std::filesystem::create_directories(i_path.parent_path(), ignored);
     std::filesystem::path temporary = i_path;
     temporary += L"." + std::to_wstring(GetCurrentProcessId()) + L".tmp";

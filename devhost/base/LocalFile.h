@@ -9,12 +9,12 @@
 
 namespace DevHost {
 
-/// An open file of this machine. Everything that fails throws a `Failure` which names the file.
+/// An open local file. Every failure throws a `Failure` that names the file.
 class LocalFile {
 public:
     enum class Mode {
-        Read,      ///< An existing file; others may do what they like with it.
-        ReadWrite, ///< An existing file; nobody else may write or remove it meanwhile.
+        Read,      ///< An existing file; others may read, write and delete it.
+        ReadWrite, ///< An existing file; nobody else may write or delete it while it is open.
         CreateNew, ///< The same for a file that must not exist yet.
     };
 
@@ -31,10 +31,10 @@ public:
     ULONG ReadAt(std::uint64_t i_position, void* o_data, ULONG i_size);
     void WriteAt(std::uint64_t i_position, const void* i_data, ULONG i_size);
     std::uint64_t Size();
-    /// When its bytes were last written, in the system's 100-nanosecond steps: to compare.
+    /// When its bytes were last written, in units of 100 ns; only for comparison.
     std::uint64_t WriteTime();
     void SetSize(std::uint64_t i_size);
-    /// Makes sure that what was written is on the disk.
+    /// Flushes everything written to the disk.
     void Flush();
 
     const std::filesystem::path& Path() const noexcept { return m_path; }
@@ -46,13 +46,12 @@ private:
     HANDLE m_handle = INVALID_HANDLE_VALUE;
 };
 
-/// Moves a file, onto an existing one too.
+/// Moves a file; replaces an existing one.
 void MoveLocalFile(const std::filesystem::path& i_from, const std::filesystem::path& i_to);
 
 std::string ReadWholeFile(const std::filesystem::path& i_path);
 
-/// Writes a small file so that whoever reads it finds the old text or the new one, whatever happens meanwhile. Missing
-/// folders are made.
+/// Writes a small file atomically: readers find either the old text or the new one. Creates missing folders.
 void WriteFileAtomically(const std::filesystem::path& i_path, std::string_view i_bytes);
 
 } // namespace DevHost

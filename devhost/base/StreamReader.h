@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// The bytes of a stream from its position to its end. Throws a `Failure` when it cannot be read.
+/// Returns the bytes of a stream from its position to its end. Throws a `Failure` when it cannot be read.
 std::string ReadToEnd(IStream* i_stream);
 
 } // namespace DevHost

@@ -5,15 +5,15 @@
 
 namespace DevHost {
 
-/// Both conversions take any text: what has no counterpart (a lone surrogate, a wrong byte) becomes U+FFFD.
+/// Both conversions accept any text: anything without a counterpart (a lone surrogate, an invalid byte) becomes U+FFFD.
 std::string ToUtf8(std::wstring_view i_text);
 std::wstring FromUtf8(std::string_view i_text);
 
-/// The text in one line: line breaks become blanks, and white space around it goes.
+/// The text on one line: line breaks become spaces, and surrounding white space is removed.
 std::wstring OneLine(std::wstring_view i_text);
 
-/// Whether two locations or ids are the same to the host: code unit by code unit, case ignored. Linguistic comparison
-/// would take different files ("ß" and "ss") for one.
+/// Whether two locations or ids are the same to the host: compared by code unit, ignoring case. Linguistic comparison
+/// would treat different files ("ß" and "ss") as one.
 bool EqualIgnoringCase(std::wstring_view i_first, std::wstring_view i_second);
 
 } // namespace DevHost

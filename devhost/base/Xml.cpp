@@ -18,7 +18,7 @@ constexpr std::size_t max_depth = 64;
     throw Failure(E_INVALIDARG, L"The XML document is not well-formed: " + i_why);
 }
 
-/// XmlLite is a part of the system, but the compiler has no import library for it.
+/// XmlLite is part of the system, but the compiler has no import library for it.
 ComPtr<IXmlReader> CreateReader() {
     using CreateXmlReaderFunction = HRESULT(STDMETHODCALLTYPE*)(REFIID, void**, IMalloc*);
     const HMODULE library = LoadLibraryW(L"xmllite.dll");
@@ -70,8 +70,8 @@ XmlElement ParseXml(const void* i_data, std::size_t i_size) {
     const ComPtr<IXmlReader> reader = CreateReader();
     Check(reader->SetInput(stream), L"Cannot read XML");
 
-    XmlElement document;                      // Holds the root as its only child.
-    std::vector<XmlElement*> open{&document}; // From the document down to the element that is being read.
+    XmlElement document;                      // Its only child is the root.
+    std::vector<XmlElement*> open{&document}; // From the document down to the element being read.
     XmlNodeType type = XmlNodeType_None;
     HRESULT result = S_OK;
     while ((result = reader->Read(&type)) == S_OK) {

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-// What the browser does. How it answers as an OLE object stands in BrowserOle.cpp.
+// What the browser does. Its OLE object interfaces are in BrowserOle.cpp.
 
 namespace DevHost {
 namespace {
@@ -16,7 +16,7 @@ constexpr UINT begin_message = WM_APP + 1;
 constexpr UINT loaded_message = WM_APP + 2;
 constexpr wchar_t blank_page[] = L"about:blank";
 
-/// The text of an argument that may be given by reference.
+/// The text of an argument that may be passed by reference.
 std::wstring TextOf(const VARIANT* i_value) {
     if (i_value != nullptr && i_value->vt == (VT_BYREF | VT_VARIANT))
         i_value = i_value->pvarVal;
@@ -28,7 +28,7 @@ std::wstring TextOf(const VARIANT* i_value) {
     return text != nullptr ? std::wstring(text, SysStringLen(text)) : std::wstring();
 }
 
-/// A form's data that a caller gives as an array of bytes; empty for none.
+/// A form's data, which a caller passes as an array of bytes; empty for none.
 std::string BytesOf(const VARIANT* i_value) {
     if (i_value == nullptr || i_value->vt != (VT_ARRAY | VT_UI1) || i_value->parray == nullptr)
         return {};
@@ -99,7 +99,7 @@ bool Browser::IsBusy() const noexcept {
 }
 
 void Browser::OnMessage(UINT i_message) {
-    const Qorv::ComPtr<Browser> self(this); // An event may let go of the last reference.
+    const Qorv::ComPtr<Browser> self(this); // An event handler may release the last reference.
     Answer([&] {
         if (i_message == begin_message)
             BeginNavigation();
@@ -108,7 +108,7 @@ void Browser::OnMessage(UINT i_message) {
     });
 }
 
-/// After each event everything may have changed: the browser may be closed, or be asked for another page.
+/// Each event handler may change everything: close the browser, or navigate to another page.
 void Browser::BeginNavigation() {
     std::optional<WebRequest> request = std::exchange(m_requested, std::nullopt);
     if (!request)
@@ -135,7 +135,7 @@ void Browser::OnLoaded() {
     ShowPage(PageOf(*reply), reply->url);
 }
 
-/// A page that another one has been asked for in its place is not shown.
+/// Don't show a page if another navigation has begun since.
 void Browser::ShowPage(Page i_page, const std::wstring& i_url) {
     if (m_view == nullptr || IsBusy())
         return;
@@ -174,7 +174,7 @@ HRESULT STDMETHODCALLTYPE Browser::get_Silent(VARIANT_BOOL* o_is_silent) noexcep
     return S_OK;
 }
 
-/// It has no dialogs of its own, so it is always silent.
+/// The browser shows no dialogs, so it is always silent.
 HRESULT STDMETHODCALLTYPE Browser::put_Silent(VARIANT_BOOL i_is_silent) noexcept {
     m_is_silent = i_is_silent;
     return S_OK;

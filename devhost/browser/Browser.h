@@ -12,11 +12,11 @@
 
 namespace DevHost {
 
-/// A small browser with the interfaces and the events of the system's WebBrowser control, as far as a sign-in needs
-/// them. It keeps no history and runs no scripts. Main thread only.
+/// A small browser with those interfaces and events of the system's WebBrowser control that a sign-in needs. It keeps
+/// no history and runs no scripts. Main thread only.
 ///
-/// A navigation begins after the call that asks for it, so that one may be asked for, or stopped, in every event. Its
-/// events: BeforeNavigate2 for each address asked for (not for redirects); NavigateComplete2 once a server has
+/// A navigation begins after the call that requests it has returned, so event handlers may request or stop one. Its
+/// events: BeforeNavigate2 for each requested address (not for redirects); NavigateComplete2 once a server has
 /// answered, with the last address, before the page is shown; DocumentComplete when it is shown. When no server
 /// answers: NavigateError, and a page that says why.
 class Browser final : public Qorv::CoClass<Browser, WebBrowserStub, OleObjectStub, IOleInPlaceObject,
@@ -69,7 +69,7 @@ public:
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** o_points) noexcept override;
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID i_id, IConnectionPoint** o_point) noexcept override;
 
-    // IPersistStorage: there is nothing to keep.
+    // IPersistStorage: there is nothing to store.
     HRESULT STDMETHODCALLTYPE GetClassID(CLSID* o_id) noexcept override;
     HRESULT STDMETHODCALLTYPE IsDirty() noexcept override;
     HRESULT STDMETHODCALLTYPE InitNew(IStorage* i_storage) noexcept override;
@@ -91,8 +91,8 @@ private:
     Qorv::ComPtr<IOleClientSite> m_site;
     std::unique_ptr<PageView> m_view;      ///< While the browser is active in its container.
     std::unique_ptr<PageLoader> m_loader;  ///< Lives with the view.
-    std::optional<WebRequest> m_requested; ///< The navigation that begins next.
-    std::wstring m_url;                    ///< Of the page that is shown.
+    std::optional<WebRequest> m_requested; ///< The next navigation.
+    std::wstring m_url;                    ///< Of the current page.
     std::wstring m_title;
     SIZEL m_extent{}; ///< In hundredths of a millimetre.
     VARIANT_BOOL m_is_silent = VARIANT_FALSE;

@@ -17,7 +17,7 @@ using Qorv::Bstr;
 using Qorv::ComPtr;
 using Qorv::Variant;
 
-/// An argument that points to its value, as most of these events have them.
+/// An argument passed by reference, as in most of these events.
 VARIANT ByReference(Variant& io_value) {
     VARIANT argument{};
     argument.vt = VT_BYREF | VT_VARIANT;
@@ -101,7 +101,7 @@ void BrowserEvents::FireNavigateError(const std::wstring& i_url, LONG i_status) 
 }
 
 void BrowserEvents::Fire(DISPID i_event, VARIANT* i_arguments, UINT i_count) {
-    const auto sinks = m_sinks; // A sink may leave, or others come, meanwhile.
+    const auto sinks = m_sinks; // Sinks may be added or removed during the calls.
     for (const auto& [cookie, sink] : sinks) {
         DISPPARAMS parameters{i_arguments, nullptr, i_count, 0};
         sink->Invoke(i_event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);

@@ -9,17 +9,17 @@
 
 namespace DevHost {
 
-/// The browser's events (DWebBrowserEvents2), and who has asked for them. Main thread only.
+/// The browser's events (DWebBrowserEvents2) and their subscribers. Main thread only.
 class BrowserEvents final : public Qorv::CoClass<BrowserEvents, IConnectionPoint> {
 public:
-    /// `i_browser` is the events' sender; not counted: it calls `Close` before it goes.
+    /// `i_browser` is the sender of the events. No reference is held; it calls `Close` before it is destroyed.
     explicit BrowserEvents(IDispatch* i_browser) noexcept : m_browser(i_browser) {}
     void Close() noexcept;
 
-    /// Asks every sink. True when one of them refuses.
+    /// Asks every sink; true if one of them cancels.
     bool FireBeforeNavigate(const WebRequest& i_request);
     void FireNavigateComplete(const std::wstring& i_url);
-    /// `i_status` is HTTP's, or the failure's code when no server answered.
+    /// `i_status` is the HTTP status, or the failure's code if no server answered.
     void FireNavigateError(const std::wstring& i_url, LONG i_status);
     void FireDocumentComplete(const std::wstring& i_url);
 

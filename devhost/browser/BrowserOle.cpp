@@ -3,11 +3,11 @@
 
 #include <olectl.h>
 
-// How the browser answers as an OLE object. What it does stands in Browser.cpp.
+// The browser's OLE object interfaces. What the browser does is in Browser.cpp.
 
 namespace DevHost {
 
-/// The co-class knows the interfaces themselves, not those that they extend.
+/// The co-class knows only the interfaces themselves, not their bases.
 HRESULT STDMETHODCALLTYPE Browser::QueryInterface(REFIID i_id, void** o_object) noexcept {
     if (i_id == IID_IWebBrowser || i_id == IID_IWebBrowserApp)
         return CoClass::QueryInterface(IID_IWebBrowser2, o_object);

@@ -24,7 +24,7 @@ Page Notice(const std::wstring& i_heading, const std::wstring& i_reason, const s
     return page;
 }
 
-/// As the end of a sentence. Some words are a question themselves.
+/// The end of a sentence. Some captions are already questions.
 std::wstring Ended(const std::wstring& i_words) {
     return i_words.ends_with(L'?') ? i_words : i_words + L".";
 }

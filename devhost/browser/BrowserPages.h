@@ -5,10 +5,10 @@
 
 namespace DevHost {
 
-/// What the browser shows of a reply: its page, or one that says in words why there is none.
+/// The page to show for a reply: the reply's own, or one that says why there is none.
 Page PageOf(const WebReply& i_reply);
 
-/// What it shows before the first page has come.
+/// The page shown before the first one has loaded.
 Page LoadingPage();
 
 } // namespace DevHost

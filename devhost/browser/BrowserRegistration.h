@@ -4,9 +4,9 @@
 
 namespace DevHost {
 
-/// While it lives, whoever on this thread creates the system's WebBrowser control gets the `Browser` of this folder
-/// instead. For systems whose own control cannot show a page. To be made on the main thread, after `OleInitialize`, and
-/// to go before `OleUninitialize`. Throws a `Failure`.
+/// While it exists, code on this thread that creates the system's WebBrowser control gets this `Browser` instead; for
+/// systems whose own control cannot show a page. Create it on the main thread after `OleInitialize`, and destroy it
+/// before `OleUninitialize`. Throws a `Failure`.
 class BrowserRegistration {
 public:
     BrowserRegistration();

@@ -11,7 +11,7 @@ struct NamedEntity {
     wchar_t character;
 };
 
-// Those that plain pages use; the others are seldom written, and then stay readable.
+// Those that plain pages use; the others are rare and are left as written.
 constexpr NamedEntity named_entities[] = {
     {L"amp", L'&'},        {L"lt", L'<'},         {L"gt", L'>'},         {L"quot", L'"'},        {L"apos", L'\''},
     {L"nbsp", L'\u00A0'},  {L"copy", L'\u00A9'},  {L"reg", L'\u00AE'},   {L"middot", L'\u00B7'}, {L"laquo", L'\u00AB'},
@@ -34,7 +34,7 @@ std::wstring CharacterOf(std::uint32_t i_code_point) {
     return {static_cast<wchar_t>(0xD800 + (offset >> 10)), static_cast<wchar_t>(0xDC00 + (offset & 0x3FF))};
 }
 
-/// The character of what stands between "&#" and ";", nothing when that isn't a number.
+/// The character for the text between "&#" and ";"; nothing if that isn't a number.
 std::wstring NumberedCharacter(std::wstring_view i_number) {
     const bool is_hexadecimal = i_number.starts_with(L'x') || i_number.starts_with(L'X');
     const std::wstring_view digits = i_number.substr(is_hexadecimal ? 1 : 0);
@@ -45,13 +45,13 @@ std::wstring NumberedCharacter(std::wstring_view i_number) {
         const std::size_t position = all_digits.find(digit);
         if (position == std::wstring_view::npos || position % 16 >= base)
             return {};
-        if (code_point <= 0x10FFFF) // More digits only make it more impossible.
+        if (code_point <= 0x10FFFF) // Already out of range; further digits only make it larger.
             code_point = code_point * base + static_cast<std::uint32_t>(position % 16);
     }
     return digits.empty() ? std::wstring() : CharacterOf(code_point);
 }
 
-/// The character of what stands between "&" and ";", nothing when it is unknown.
+/// The character for the text between "&" and ";"; nothing if it is unknown.
 std::wstring EntityCharacter(std::wstring_view i_entity) {
     if (i_entity.starts_with(L'#'))
         return NumberedCharacter(i_entity.substr(1));

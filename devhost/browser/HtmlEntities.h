@@ -5,7 +5,7 @@
 
 namespace DevHost {
 
-/// Replaces "&amp;", "&#228;" and the like by their characters; an unknown entity stays.
+/// Replaces "&amp;", "&#228;" and the like with their characters; leaves unknown entities alone.
 std::wstring ReplaceEntities(std::wstring_view i_text);
 
 } // namespace DevHost

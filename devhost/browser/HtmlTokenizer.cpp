@@ -51,7 +51,7 @@ private:
         return Take(static_cast<std::size_t>(end - m_rest.begin()));
     }
 
-    /// Up to a mark and the mark too; everything when it does not come.
+    /// Up to and including a mark; everything if there is no mark.
     void SkipPast(std::wstring_view i_mark) {
         const std::size_t found = m_rest.find(i_mark);
         Take(found == std::wstring_view::npos ? m_rest.size() : found + i_mark.size());
@@ -83,7 +83,7 @@ private:
     void TakeAttributes(HtmlToken& io_tag) {
         const auto is_between = [](wchar_t c) { return IsBlank(c) || c == L'/'; };
         for (TakeWhile(is_between); !m_rest.empty() && At(0) != L'>'; TakeWhile(is_between)) {
-            std::wstring name(Take(1)); // A name may begin with anything, "=" too.
+            std::wstring name(Take(1)); // A name may begin with any character, even "=".
             name += TakeWhile([](wchar_t c) { return !IsBlank(c) && c != L'=' && c != L'>' && c != L'/'; });
             TakeWhile(IsBlank);
             io_tag.attributes.emplace(ToLower(name), At(0) == L'=' ? TakeValue() : std::wstring());
@@ -103,7 +103,7 @@ private:
         return ReplaceEntities(value);
     }
 
-    /// What is between a tag and its end isn't HTML.
+    /// The content of these elements isn't HTML.
     void SkipContent(const std::wstring& i_name) {
         const std::wstring end_tag = L"</" + i_name;
         const auto found =

@@ -19,8 +19,8 @@ struct HtmlToken {
     bool HasAttribute(const std::wstring& i_name) const { return attributes.contains(i_name); }
 };
 
-/// Takes a document apart. Any text is a document: what isn't a tag is text. Comments, scripts and style sheets are
-/// left out, entities are replaced by their characters.
+/// Splits a document into its pieces. Accepts any text: whatever isn't a tag is text. Skips comments, scripts and style
+/// sheets, and replaces entities with their characters.
 std::vector<HtmlToken> TokenizeHtml(std::wstring_view i_document);
 
 } // namespace DevHost

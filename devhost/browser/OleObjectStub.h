@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// The part of IOleObject that an object does without which is only ever shown in place.
+/// The methods of IOleObject that an object shown only in place does not need.
 class OleObjectStub : public IOleObject {
 public:
     static constexpr IID Id = {0x00000112, 0x0000, 0x0000, {0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};

@@ -7,14 +7,14 @@
 
 namespace DevHost {
 
-/// Where the blocks of a page go, and how they look: one below the other, buttons that follow each other in a row.
+/// Where the blocks of a page go and how they look: one below the other, with consecutive buttons in a row.
 class PageLayout {
 public:
     explicit PageLayout(const Scale& i_scale);
 
     struct Places {
         std::vector<RECT> blocks; ///< In pixels from the page's top left corner; empty for hidden blocks.
-        SIZE size{};              ///< Of the whole page.
+        SIZE size{};              ///< Of the entire page.
     };
     Places Arrange(const Page& i_page, int i_width) const;
 

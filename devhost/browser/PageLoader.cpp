@@ -8,12 +8,12 @@
 
 namespace DevHost {
 
-/// One load, shared by the loader and the load's thread: either may be done with it first.
+/// One load, shared by the loader and the load's thread; either may finish with it first.
 struct PageLoader::Job {
     WebRequest request;
     std::atomic<bool> is_stopped = false;
     std::mutex mutex;      ///< Guards the two below.
-    HWND window = nullptr; ///< Null once the load is dropped: the window may be gone then.
+    HWND window = nullptr; ///< Null once the load is dropped, because the window may be gone.
     std::optional<WebReply> reply;
 
     void Run(UINT i_message) {
@@ -30,7 +30,7 @@ void PageLoader::Start(WebRequest i_request) {
     m_job = std::make_shared<Job>();
     m_job->request = std::move(i_request);
     m_job->window = m_window;
-    // WinINet's calls cannot be broken off safely, and nobody is to wait for them: the thread keeps what it needs.
+    // WinINet's calls cannot be interrupted safely, and nothing should wait for them, so the thread owns what it needs.
     std::thread([job = m_job, message = m_message] { job->Run(message); }).detach();
 }
 

@@ -7,7 +7,7 @@
 
 namespace DevHost {
 
-/// Loads one page at a time, on a thread of its own, so that the window answers meanwhile. Main thread only.
+/// Loads one page at a time on a separate thread, so that the window stays responsive. Main thread only.
 class PageLoader {
 public:
     /// Posts this message to the window when a load has ended.
@@ -16,15 +16,15 @@ public:
     PageLoader(const PageLoader&) = delete;
     PageLoader& operator=(const PageLoader&) = delete;
 
-    /// Drops the load that runs.
+    /// Drops the current load.
     void Start(WebRequest i_request);
 
-    /// Drops the load that runs: nothing is heard of it again. Its thread ends by itself, when the network lets it.
+    /// Drops the current load, which posts no further message. Its thread ends by itself when the network allows.
     void Stop() noexcept;
 
     bool IsLoading() const noexcept { return m_job != nullptr; }
 
-    /// What a message is about; nothing when that load was dropped after the message was posted.
+    /// The result that a message announces; nothing if the load was dropped after the message was posted.
     std::optional<WebReply> Take();
 
 private:
@@ -32,7 +32,7 @@ private:
 
     HWND m_window;
     UINT m_message;
-    std::shared_ptr<Job> m_job; ///< Null when nothing is loaded.
+    std::shared_ptr<Job> m_job; ///< Null while nothing is loading.
 };
 
 } // namespace DevHost

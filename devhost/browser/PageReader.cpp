@@ -9,7 +9,7 @@ namespace {
 
 using Kind = PageBlock::Kind;
 
-// A page has no use for more, and each takes a window.
+// No page needs more, and each takes a window.
 constexpr std::size_t max_blocks = 400;
 
 constexpr std::array<std::wstring_view, 6> headings = {L"h1", L"h2", L"h3", L"h4", L"h5", L"h6"};
@@ -25,7 +25,7 @@ bool IsOneOf(const std::array<std::wstring_view, Size>& i_names, std::wstring_vi
     return std::ranges::find(i_names, i_name) != i_names.end();
 }
 
-/// Words divided by one blank: line ends and indentation of the document mean nothing.
+/// Words separated by single spaces: a document's line breaks and indentation mean nothing.
 void AppendCollapsed(std::wstring& io_text, const std::wstring& i_added) {
     for (const wchar_t character : i_added) {
         const bool is_blank = character == L' ' || (character >= L'\t' && character <= L'\r');
@@ -120,7 +120,7 @@ void PageReader::StartForm(const HtmlToken& i_tag) {
 void PageReader::StartButton(const HtmlToken& i_tag) {
     const std::wstring type = Lower(i_tag.Attribute(L"type"));
     Flush();
-    // Without scripts the other types do nothing.
+    // Other types do nothing without scripts.
     if (type.empty() || type == L"submit")
         m_current = NewBlock(Kind::Button, i_tag);
 }
@@ -140,7 +140,7 @@ void PageReader::AddInput(const HtmlToken& i_tag) {
         block.kind = Kind::Button;
         block.text = block.value.empty() ? L"Submit" : block.value;
     } else if (IsOneOf(choices, type)) {
-        // What a person could choose stays as the page has it.
+        // Choices keep the page's initial values.
         if (!i_tag.HasAttribute(L"checked"))
             return;
         block.kind = Kind::Hidden;

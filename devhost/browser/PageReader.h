@@ -5,7 +5,7 @@
 
 namespace DevHost {
 
-/// Makes a page of the pieces of an HTML document, one after the other.
+/// Builds a page from the pieces of an HTML document, one by one.
 class PageReader {
 public:
     void Add(const HtmlToken& i_token);
@@ -21,11 +21,11 @@ private:
     void AddInput(const HtmlToken& i_tag);
     PageBlock NewBlock(PageBlock::Kind i_kind) const;
     PageBlock NewBlock(PageBlock::Kind i_kind, const HtmlToken& i_tag) const;
-    /// Puts the current block on the page, when it has a text, and begins a paragraph.
+    /// Adds the current block to the page if it has text, and begins a paragraph.
     void Flush();
 
     Page m_page;
-    PageBlock m_current;     ///< What texts are added to.
+    PageBlock m_current;     ///< The block that texts are added to.
     bool m_is_title = false; ///< Texts belong to the title.
     std::size_t m_form = PageBlock::no_form;
 };

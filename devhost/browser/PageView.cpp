@@ -38,7 +38,7 @@ ControlLook LookOf(Kind i_kind) {
     }
 }
 
-/// A caption with "&" shown as it is written.
+/// Escapes "&" so that a caption shows it as written.
 std::wstring Caption(const PageBlock& i_block) {
     if (i_block.kind != Kind::Button)
         return i_block.text;
@@ -70,7 +70,7 @@ PageView::PageView(HWND i_parent, const RECT& i_place, Listener i_listener)
     window_class.hInstance = GetModuleHandleW(nullptr);
     window_class.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
     window_class.lpszClassName = class_name;
-    RegisterClassW(&window_class); // Fails when an earlier view did it, which is as good.
+    RegisterClassW(&window_class); // Fails if an earlier view has registered the class, which is fine.
     m_window = CreateWindowExW(
         WS_EX_CONTROLPARENT, class_name, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
         static_cast<int>(i_place.left), static_cast<int>(i_place.top), static_cast<int>(i_place.right - i_place.left),
@@ -107,7 +107,7 @@ void PageView::Show(Page i_page, const std::wstring& i_url) {
 void PageView::Clear() noexcept {
     const HWND focus = GetFocus();
     if (focus != nullptr && IsChild(m_window, focus))
-        SetFocus(m_window); // A window that goes with the focus would leave it to nobody.
+        SetFocus(m_window); // Destroying the focused window would leave nothing with the focus.
     for (const HWND control : std::exchange(m_controls, {}))
         if (control != nullptr)
             DestroyWindow(control);
@@ -127,7 +127,7 @@ void PageView::Arrange() {
     GetClientRect(m_window, &client);
     PageLayout::Places places = m_layout.Arrange(m_page, static_cast<int>(client.right));
     m_scroller.SetContent(places.size);
-    GetClientRect(m_window, &client); // A scroll bar may have come.
+    GetClientRect(m_window, &client); // A scroll bar may have appeared.
     places = m_layout.Arrange(m_page, static_cast<int>(client.right));
     m_scroller.SetContent(places.size);
     const POINT offset = m_scroller.Offset();
@@ -139,7 +139,7 @@ void PageView::Arrange() {
     }
 }
 
-/// The first that is still to be filled. Only in the window that is used: another one's focus is not taken away.
+/// The first empty field, but only in the active window, so as not to steal the focus.
 void PageView::FocusFirstField() const {
     if (GetActiveWindow() != GetAncestor(m_window, GA_ROOT))
         return;
@@ -230,12 +230,12 @@ LRESULT CALLBACK PageView::WindowProcedure(HWND i_window, UINT i_message, WPARAM
     return view->Process(i_message, i_wparam, i_lparam);
 }
 
-/// Nothing here touches the object after it has told its listener, who may have let go of it.
+/// Don't touch the object after notifying the listener, which may have released it.
 LRESULT PageView::Process(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
     if (m_scroller.Handle(i_message, i_wparam))
         return 0;
     if (i_message >= WM_APP) {
-        const auto on_message = m_listener.on_message; // It may destroy the view, and itself thereby.
+        const auto on_message = m_listener.on_message; // It may destroy the view, and itself with it.
         on_message(i_message);
         return 0;
     }
@@ -259,7 +259,7 @@ LRESULT PageView::Process(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
         SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
         return TRUE;
     case WM_DESTROY:
-        m_controls.clear(); // They go together with the window.
+        m_controls.clear(); // They are destroyed with the window.
         break;
     case WM_NCDESTROY:
         SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);

@@ -11,14 +11,14 @@
 
 namespace DevHost {
 
-/// The window that shows a page: texts, fields, buttons and links from the top to the bottom, as controls of the
-/// system. Its window text is the page's address, empty while another page is on its way. Main thread only.
+/// The window that shows a page: texts, fields, buttons and links from top to bottom, as system controls. Its window
+/// text is the page's address; empty while another page is loading. Main thread only.
 class PageView {
 public:
-    /// Whom the view tells of things; the calls come from its window procedure.
+    /// Receives the view's notifications, from its window procedure.
     struct Listener {
         std::function<void(WebRequest)> on_request; ///< A link or a form's button was pressed.
-        std::function<void(UINT)> on_message;       ///< A message of the listener's own, from WM_APP on, has come.
+        std::function<void(UINT)> on_message; ///< One of the listener's own messages (WM_APP and above) has arrived.
     };
 
     /// Throws a `Failure`.
@@ -31,10 +31,10 @@ public:
 
     void Show(Page i_page, const std::wstring& i_url);
 
-    /// While another page is on its way nothing of this one can be used.
+    /// Disables everything on the page while another page is loading.
     void SetBusy(bool i_is_busy);
 
-    /// Tab, Enter, and the keys that scroll. True for a key that is done with thereby.
+    /// Tab, Enter, and the scrolling keys. True if the key was handled.
     bool TranslateKey(const MSG& i_message);
 
 private:

@@ -7,7 +7,7 @@
 namespace DevHost {
 namespace {
 
-/// Takes "." and ".." out of a path.
+/// Removes "." and ".." from a path.
 std::wstring WithoutDotSegments(std::wstring_view i_path) {
     std::wstring result;
     while (!i_path.empty()) {

@@ -5,14 +5,14 @@
 
 namespace DevHost {
 
-/// An address, kept as it is written.
+/// An address, kept as written.
 class Url {
 public:
     explicit Url(std::wstring i_text) : m_text(std::move(i_text)) {}
 
     const std::wstring& Text() const noexcept { return m_text; }
 
-    /// Whether it is one of http: or https:.
+    /// Whether the scheme is http: or https:.
     bool IsWeb() const;
 
     /// With its "#"; empty for none.
@@ -20,7 +20,7 @@ public:
     Url WithoutFragment() const { return Url(m_text.substr(0, FragmentStart())); }
     Url WithFragment(const std::wstring& i_fragment) const;
 
-    /// In place of the query that it has.
+    /// Replaces the query, if there is one.
     Url WithQuery(const std::wstring& i_query) const;
 
     /// The address that a reference on a page of this address leads to (RFC 3986, section 5).

@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// IWebBrowser2 with nothing behind it: a browser overrides what it offers.
+/// IWebBrowser2 with every method unimplemented: a browser overrides what it offers.
 class WebBrowserStub : public IWebBrowser2 {
 public:
     static constexpr IID Id = {0xd30c1661, 0xcdaf, 0x11d0, {0x8a, 0x3e, 0x00, 0xc0, 0x4f, 0xc9, 0xe2, 0x6e}};

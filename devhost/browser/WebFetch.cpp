@@ -12,7 +12,7 @@ namespace DevHost {
 namespace {
 
 constexpr int max_redirects = 20;
-constexpr std::size_t max_body_size = 1 << 20; // The pages are small; nobody reads more of another one.
+constexpr std::size_t max_body_size = 1 << 20; // The pages are small; more is cut off.
 constexpr DWORD timeout_in_ms = 30000;
 constexpr wchar_t what[] = L"Cannot load the page";
 
@@ -27,7 +27,7 @@ InternetHandle Opened(HINTERNET i_handle) {
     return InternetHandle(i_handle);
 }
 
-/// An address in the parts that WinINet is given. The fragment is not sent.
+/// An address in the parts that WinINet takes. The fragment is not sent.
 struct Target {
     std::wstring host;
     std::wstring object;
@@ -75,7 +75,7 @@ public:
         return status;
     }
 
-    /// A header's value, however long; empty when the reply has none.
+    /// A header's value, of any length; empty if the reply has no such header.
     std::wstring Header(DWORD i_header) const {
         DWORD size = 0;
         HttpQueryInfoW(m_request.get(), i_header, nullptr, &size, nullptr);
@@ -122,7 +122,7 @@ InternetHandle OpenSession() {
     return session;
 }
 
-/// Where a reply leads on; empty when it is the last.
+/// Where a reply redirects to; empty if it doesn't.
 std::wstring RedirectOf(DWORD i_status, const Exchange& i_exchange) {
     const bool is_redirect = i_status == HTTP_STATUS_MOVED || i_status == HTTP_STATUS_REDIRECT ||
                              i_status == HTTP_STATUS_REDIRECT_METHOD || i_status == HTTP_STATUS_REDIRECT_KEEP_VERB ||
@@ -130,7 +130,7 @@ std::wstring RedirectOf(DWORD i_status, const Exchange& i_exchange) {
     return is_redirect ? i_exchange.Header(HTTP_QUERY_LOCATION) : std::wstring();
 }
 
-/// A new address without a fragment keeps the old one's. Only two of the redirects send a form once more.
+/// A new address without a fragment keeps the old one's. Only two kinds of redirect send a form again.
 void Follow(WebRequest& io_request, const std::wstring& i_location, DWORD i_status) {
     const Url old_url(io_request.url);
     const Url new_url = old_url.WithoutFragment().Resolve(i_location);

@@ -13,9 +13,9 @@ struct WebRequest {
     bool is_post = false; ///< Else a GET.
 };
 
-/// What came of it, redirects followed.
+/// The outcome, after following redirects.
 struct WebReply {
-    HRESULT result = S_OK; ///< A failure when no server answered; then the rest, except the address, is empty.
+    HRESULT result = S_OK; ///< A failure if no server answered; everything but the address is empty then.
     std::wstring url;      ///< Of the last request, with its fragment.
     DWORD status = 0;      ///< HTTP's.
     std::wstring content_type;

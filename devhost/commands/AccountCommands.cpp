@@ -6,12 +6,13 @@
 namespace DevHost {
 namespace {
 
-/// What the plug-in makes the account of: a saved one keeps its id, so that nobody signs in as somebody else.
+/// The data that the plug-in makes the account from. A saved account keeps its id, so that nobody signs in as another
+/// user.
 CabNode::Node SourceDictionary(Shell& io_shell, const CommandLine& i_line) {
     const CabNode::Node source =
         i_line.Has("ID") ? io_shell.Accounts().Get(i_line.Text("ID")).file.Load() : Qorv::Create<CabNode>();
     source->Member(account_token_item)
-        ->SetValue(i_line.Text("--token")); // Clear text, which the plug-in takes as it stands.
+        ->SetValue(i_line.Text("--token")); // Clear text, which the plug-in accepts as is.
     return source;
 }
 

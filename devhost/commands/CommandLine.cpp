@@ -27,8 +27,8 @@ fs::path DefaultProfile() {
     return fs::path(folder.data()) / L"qorvhost";
 }
 
-// The parser's words: UTF-8, but with each half of a surrogate pair on its own. So half a pair, which names of files on
-// Windows may have, comes through as well.
+// The parser's words: UTF-8, but with each half of a surrogate pair on its own. So a lone surrogate, which Windows file
+// names may contain, survives too.
 
 std::string ToWord(std::wstring_view i_text) {
     std::string word;
@@ -53,7 +53,7 @@ std::wstring FromWord(std::string_view i_word) {
     for (const unsigned char byte : i_word)
         if (byte < 0x80)
             text += static_cast<wchar_t>(byte);
-        else if (byte < 0xC0) // One more of a unit that has begun.
+        else if (byte < 0xC0) // Continues the current unit.
             text.back() = static_cast<wchar_t>(text.back() << 6 | (byte & 0x3F));
         else
             text += static_cast<wchar_t>(byte & (byte < 0xE0 ? 0x1F : 0x0F));
@@ -85,7 +85,7 @@ std::shared_ptr<CLI::App> MakeProgram(CommandLine::Origin i_origin) {
     auto program = std::make_shared<CLI::App>("A small host for the plug-in.", "qorvhost");
     program->allow_windows_style_options(false); // "/a" is a location.
     program->fallthrough();
-    program->require_subcommand(0, 1); // A missing one is reported in words of our own.
+    program->require_subcommand(0, 1); // We report a missing one in our own words.
     program->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     program->set_help_flag("-h,--help", "show this text");
     const auto formatter = std::make_shared<HelpFormatter>();
@@ -100,7 +100,7 @@ std::shared_ptr<CLI::App> MakeProgram(CommandLine::Origin i_origin) {
     return program;
 }
 
-/// What the parser has found to be a command; the program itself when there is none.
+/// The command that the parser has found; the program itself if there is none.
 const CLI::App& CommandOf(const CLI::App& i_program) {
     const auto commands = i_program.get_subcommands();
     return commands.empty() ? i_program : *commands.front();
@@ -124,7 +124,7 @@ UsageError UnknownCommand(const CLI::App& i_program) {
 
 CommandLine::CommandLine(const Arguments& i_words, Origin i_origin)
     : m_program(MakeProgram(i_origin)), m_command(m_program.get()) {
-    std::vector<std::string> words; // The parser takes them from the end.
+    std::vector<std::string> words; // The parser takes them in reverse order.
     std::transform(i_words.rbegin(), i_words.rend(), std::back_inserter(words), ToWord);
     try {
         m_program->parse(std::move(words));
@@ -149,7 +149,7 @@ CommandLine::CommandLine(const Arguments& i_words, Origin i_origin)
 
 Options CommandLine::ProgramOptions() const {
     Options options;
-    // The module and the cache stay where they are when a relative path would come to mean another one.
+    // Make the paths absolute now: a relative one could later mean another place.
     options.profile = fs::absolute(Has("--profile") ? fs::path(Text("--profile")) : DefaultProfile());
     options.module = fs::absolute(Has("--module") ? fs::path(Text("--module")) : DefaultModule());
     options.user = Text("--user");

@@ -19,18 +19,18 @@ namespace DevHost {
 
 using Arguments = std::vector<std::wstring>;
 
-/// The user typed something that is not a command: a sentence for the user, in UTF-8.
+/// The user typed something that isn't a command. The text is a sentence for the user, in UTF-8.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// What holds for all commands of a run.
+/// The options that apply to all commands of a run.
 struct Options {
     std::filesystem::path profile;      ///< Where accounts, settings and the files cache are kept.
     std::filesystem::path module;       ///< The plug-in.
-    std::wstring user;                  ///< Id of the account that paths are in; empty: the first one.
-    std::optional<unsigned long> trace; ///< Value of the debug log's switch; none: as it is set.
+    std::wstring user;                  ///< Id of the account that paths are in; empty for the first one.
+    std::optional<unsigned long> trace; ///< Value of the debug log's switch; none leaves it unchanged.
     bool is_json = false;
 };
 
@@ -66,8 +66,8 @@ private:
     std::string m_help;
 };
 
-/// Divides a line at its blanks; double quotes keep blanks together. A "#" at the beginning of a word begins a comment.
-/// Throws a `UsageError` for a quote that does not end.
+/// Splits a line at spaces; double quotes protect spaces. A "#" at the beginning of a word begins a comment. Throws a
+/// `UsageError` for a quote that does not end.
 Arguments SplitLine(std::wstring_view i_line);
 
 } // namespace DevHost

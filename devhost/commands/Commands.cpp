@@ -14,7 +14,7 @@ namespace {
 struct Command {
     const char* name;
     const char* summary;
-    std::vector<const char*> operands; ///< One in brackets may be left out.
+    std::vector<const char*> operands; ///< Those in brackets are optional.
     void (*run)(Shell&, const CommandLine&);
     void (*add_options)(CLI::App&) = nullptr;
 };

@@ -6,7 +6,7 @@ namespace DevHost {
 
 class Shell;
 
-/// A file of commands ended at one that failed, and said why already.
+/// A command file stopped at a failed command, which has already been reported.
 struct ScriptStopped {
     std::wstring place; ///< The line.
     int exit_code;

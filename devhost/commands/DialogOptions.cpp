@@ -10,7 +10,7 @@ namespace {
 struct TextOption {
     const char* name;
     const wchar_t* item;
-    const char* value; ///< What it is called in the help.
+    const char* value; ///< Its name in the help.
     const char* meaning;
 };
 
@@ -30,7 +30,7 @@ struct FlagOption {
     const char* meaning;
 };
 
-// Without any bit the dialog takes its own: several names to open, a question before a file is replaced.
+// With no bits set the dialog uses its defaults: opens several names, asks before replacing a file.
 constexpr FlagOption flag_options[] = {
     {"--several", 1, "flag 1: several files may be chosen"},
     {"--ask-to-replace", 4, "flag 4: a question before a file is replaced"},

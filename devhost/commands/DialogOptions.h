@@ -9,15 +9,15 @@
 
 namespace DevHost {
 
-/// What was typed behind `open-dialog` and `save-dialog`.
+/// What was typed after `open-dialog` and `save-dialog`.
 struct DialogOptions {
     explicit DialogOptions(const CommandLine& i_line);
 
-    /// Texts and numbers of the dialog's parameters, by their ids. What was not typed is not there.
+    /// Texts and numbers of the dialog's parameters, by their ids. Those not typed are missing.
     std::map<std::wstring, CabNode::Value> items;
-    std::wstring location;              ///< The parameters' folder to begin in.
-    std::optional<std::wstring> folder; ///< The caller's, which goes before the parameters'.
-    bool has_settings = false;          ///< Something stands behind the options button.
+    std::wstring location;              ///< The initial folder in the parameters.
+    std::optional<std::wstring> folder; ///< The caller's initial folder, which takes precedence over the parameters'.
+    bool has_settings = false;          ///< The options button does something.
 };
 
 /// Tells the parser the options that both commands have.

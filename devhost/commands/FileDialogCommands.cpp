@@ -9,7 +9,7 @@
 namespace DevHost {
 namespace {
 
-/// The name of a file type of the list "PDF files|*.pdf|All files|*.*|"; its number when the list has not so many.
+/// The name of a file type of the list "PDF files|*.pdf|All files|*.*|"; its number if the list is shorter.
 std::wstring FilterName(const std::wstring& i_filters, LONG i_index) {
     std::wistringstream parts(i_filters);
     std::wstring name;

@@ -16,7 +16,7 @@ void Report(const Output& i_out, const std::wstring& i_sentence, const std::wstr
         i_out.Line(i_sentence);
 }
 
-/// A file, and where it is to go.
+/// A file and its destination.
 struct Course {
     Place from;
     Place to;
@@ -99,7 +99,7 @@ void MoveItem(Shell& io_shell, const CommandLine& i_line) {
             io_shell.FileSystem().Move(course.from.name, course.to.name, operation.Details(), operation.Cancel()));
     } else {
         CopyBetweenAccounts(io_shell, course);
-        Delete(io_shell, course.from.name, course.from_path); // Only now that the copy is complete.
+        Delete(io_shell, course.from.name, course.from_path); // Not before the copy is complete.
     }
     const auto& now = course.is_same_account ? course.from.name : course.to.name;
     Report(io_shell.Out(), L"Moved " + course.from_path + L" to " + DisplayPathOf(now), LocationOf(now));

@@ -40,7 +40,7 @@ KeptFile Find(const std::vector<KeptFile>& i_kept, const std::wstring& i_id) {
     return *found;
 }
 
-/// A file that is opened for writing goes on with the newest bytes kept for it, and its close sends them.
+/// Opening a file for writing picks up the newest bytes kept for it, and closing it sends them.
 void Send(Shell& io_shell, const KeptFile& i_kept) {
     if (i_kept.location.empty()) // Of a damaged note.
         throw Failure(E_INVALIDARG, L"Nobody knows where these bytes belong; save them to a file instead");
@@ -52,7 +52,7 @@ void Send(Shell& io_shell, const KeptFile& i_kept) {
     file.Close();
 }
 
-/// The bytes stay kept, until they are sent or dropped.
+/// The bytes are kept until they are sent or dropped.
 fs::path Save(const KeptFile& i_kept, const std::wstring& i_file) {
     const fs::path target =
         i_file.empty() ? fs::path(i_kept.location.substr(i_kept.location.find_last_of(L'/') + 1)) : fs::path(i_file);

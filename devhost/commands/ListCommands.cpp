@@ -31,8 +31,8 @@ std::vector<Entry> Children(Shell& io_shell, Qorv::IAFS_Name* i_folder, const Op
     }
 }
 
-/// The items below a folder, each folder followed by its own. A child whose location does not lead on, for it has none
-/// of its own at the service, is listed but not entered: that would never end.
+/// The items below a folder, each folder followed by its contents. A child whose location leads no further, because it
+/// has none at the service, is listed but not entered, which would never end.
 void CollectItems(Shell& io_shell, Qorv::IAFS_Name* i_folder, const std::wstring& i_prefix, bool i_is_recursive,
                   std::vector<Item>& io_items) {
     const Operation operation = io_shell.Begin(DisplayPathOf(i_folder));

@@ -20,7 +20,7 @@ void Write(DWORD i_stream, std::string_view i_bytes) {
     }
 }
 
-/// Code points, near enough the columns that a text takes.
+/// Counts code points: close enough to the columns that a text takes.
 std::size_t WidthOf(std::wstring_view i_text) {
     return i_text.size() - static_cast<std::size_t>(std::ranges::count_if(i_text, [](wchar_t i_unit) {
                return i_unit >= 0xDC00 && i_unit <= 0xDFFF; // The second half of a pair
@@ -73,7 +73,7 @@ void Output::Table(const std::vector<std::vector<std::wstring>>& i_rows, std::si
 
 void Output::Note(std::wstring_view i_text) const {
     const std::string line = "qorvhost: " + ToUtf8(OneLine(i_text)) + "\n";
-    DWORD written = 0; // Where errors cannot be told, there is nobody to tell that.
+    DWORD written = 0; // If errors cannot be written, that cannot be reported either.
     WriteFile(GetStdHandle(STD_ERROR_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 

@@ -14,20 +14,20 @@ class Output {
 public:
     explicit Output(bool i_is_json);
 
-    /// Whether results are JSON values, one a command.
+    /// Whether results are JSON values, one per command.
     bool IsJson() const noexcept { return m_is_json; }
 
     void Line(std::wstring_view i_text) const;
     void Bytes(const void* i_data, std::size_t i_size) const;
-    /// One JSON value, in a line.
+    /// One JSON value, on one line.
     void Json(std::string_view i_value) const;
 
     /// Columns as wide as their widest text; `i_right_aligned` is the column of numbers, if there is one.
     void Table(const std::vector<std::vector<std::wstring>>& i_rows, std::size_t i_right_aligned = SIZE_MAX) const;
 
-    /// Something that the user should know, on the error output.
+    /// A notice for the user, on standard error.
     void Note(std::wstring_view i_text) const;
-    /// A failure: a line on the error output and, when results are JSON, a value as well.
+    /// A failure: a line on standard error and, if results are JSON, a value as well.
     void Error(const Failure& i_failure) const;
 
 private:

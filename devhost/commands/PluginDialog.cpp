@@ -11,7 +11,7 @@ constexpr wchar_t filter_index_item[] = L"FileFilterIndex";
 constexpr wchar_t location_item[] = L"InitialPathName";
 constexpr wchar_t settings_item[] = L"SettingsBtnCallbacks";
 
-/// Stands behind the options button, where a larger host has its settings.
+/// The options button's action; a larger host would open its settings.
 class SettingsMessage final : public Qorv::CoClass<SettingsMessage, Qorv::IUIX_SettingsBtnCallbacks> {
 public:
     explicit SettingsMessage(MainInstance& i_host) : m_host(&i_host) {}
@@ -64,7 +64,7 @@ std::vector<std::wstring> LocationsOf(Qorv::IAFS_NamesCollection& i_names, const
     return locations;
 }
 
-/// The file type that the user ended on, which the dialog writes back.
+/// The file type last selected, which the dialog writes back.
 LONG FilterIndexOf(CabNode& i_parameters) {
     const auto item = i_parameters.Member(filter_index_item);
     const auto* const index = std::get_if<LONG>(&item->GetValue());

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-/// Returns the exit code of the command in a line; 0 for a line without one.
+/// Runs the command on a line and returns its exit code; 0 for a line without one.
 int RunLine(Shell& io_shell, std::wstring_view i_text) {
     try {
         const Arguments words = SplitLine(i_text);

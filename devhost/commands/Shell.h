@@ -11,7 +11,7 @@
 
 namespace DevHost {
 
-// What the program ends with.
+// The program's exit codes.
 constexpr int exit_ok = 0;
 constexpr int exit_failed = 1;
 constexpr int exit_usage = 2; ///< The command line cannot be understood.
@@ -47,7 +47,7 @@ private:
     Output m_output;
     AccountStore m_accounts;
     std::unique_ptr<PluginHost> m_plugin;
-    std::unique_ptr<Connections> m_connections; ///< Holds objects of the plug-in: goes before it.
+    std::unique_ptr<Connections> m_connections; ///< Holds objects of the plug-in, so it is destroyed first.
 };
 
 } // namespace DevHost

@@ -15,12 +15,12 @@ namespace {
 namespace fs = std::filesystem;
 
 void RefuseFolder(const fs::path& i_path) {
-    std::error_code ignored; // Opening the file tells what is wrong.
+    std::error_code ignored; // Opening the file reports what is wrong.
     if (fs::is_directory(i_path, ignored))
         throw Failure(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), i_path.wstring() + L" is a folder");
 }
 
-/// Whether a file of this machine is still the one of which so many bytes were read.
+/// Whether a local file is unchanged since that many bytes of it were read.
 bool IsUnchanged(const fs::path& i_path, std::uint64_t i_write_time, std::uint64_t i_size) {
     try {
         LocalFile file(i_path, LocalFile::Mode::Read);
@@ -30,7 +30,7 @@ bool IsUnchanged(const fs::path& i_path, std::uint64_t i_write_time, std::uint64
     }
 }
 
-/// A new file that takes another one's place when it is complete, and is gone when it never is.
+/// A new file that replaces another once complete, and is removed if it never is.
 class Replacement {
 public:
     explicit Replacement(const fs::path& i_target) : m_target(i_target), m_path(i_target) {
@@ -40,7 +40,7 @@ public:
     }
     ~Replacement() {
         m_file.Close();
-        DeleteFileW(m_path.c_str()); // Nothing is there after Finish.
+        DeleteFileW(m_path.c_str()); // Nothing is left after Finish.
     }
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 constexpr wchar_t file_ending[] = L".json";
 
-/// The numbers of the files, "1.json" and on, in order.
+/// The numbers of the files ("1.json", "2.json"...), in order.
 std::vector<int> Numbers(const fs::path& i_folder) {
     std::vector<int> numbers;
     std::error_code error;

@@ -8,29 +8,29 @@
 
 namespace DevHost {
 
-// Items of the plug-in's own dictionary of an account.
+// Items of the plug-in's dictionary for an account.
 inline constexpr wchar_t account_id_item[] = L"UserId";
 inline constexpr wchar_t account_user_name_item[] = L"UserName";
 inline constexpr wchar_t account_token_item[] = L"Token";
 
-/// A saved account: what its dictionary says, without asking the plug-in or the service.
+/// A saved account, as its dictionary describes it; neither the plug-in nor the service is asked.
 struct SavedAccount {
     std::wstring id;
     std::wstring user_name;
     CabFile file;
 };
 
-/// The accounts of a profile, a dictionary each, in the order in which they were first saved.
+/// The accounts of a profile, one dictionary each, in the order they were first saved.
 class AccountStore {
 public:
     explicit AccountStore(const std::filesystem::path& i_profile) : m_folder(i_profile / L"accounts") {}
 
     std::vector<SavedAccount> List() const;
 
-    /// Throws a `Failure` when there is no account of this id.
+    /// Throws a `Failure` if no account has this id.
     SavedAccount Get(const std::wstring& i_id) const;
 
-    /// Keeps the dictionary of an account, in place of an older one of the same id.
+    /// Saves an account's dictionary; replaces an older one with the same id.
     void Save(const CabNode& i_dictionary) const;
 
 private:

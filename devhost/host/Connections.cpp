@@ -11,7 +11,7 @@ bool HasScheme(const std::wstring& i_text) {
     return i_text.starts_with(scheme);
 }
 
-/// A location divided at the end of its account part; a text without the scheme is all path.
+/// A location split after its account part; text without the scheme is only a path.
 struct LocationParts {
     std::wstring account;
     std::wstring path;
@@ -63,8 +63,8 @@ const Connection& Connections::AccountFor(const std::wstring& i_text) {
     return connection;
 }
 
-/// Asks the accounts themselves; the one that the location seems to name comes first, so that no other is bound for
-/// nothing.
+/// Asks the accounts themselves, starting with the one that the location seems to name, so that no other is bound in
+/// vain.
 const Connection& Connections::FindByLocation(const std::wstring& i_text) {
     std::vector<SavedAccount> saved = m_accounts.List();
     const std::wstring account = Divide(i_text).account;

@@ -9,31 +9,31 @@
 
 namespace DevHost {
 
-/// A saved account that is bound: signed in at the service.
+/// A saved account that is bound, that is, signed in to the service.
 struct Connection {
     std::wstring id;
     Qorv::ComPtr<Qorv::IAFS_AccountData> account;
     Qorv::ComPtr<Qorv::IAFS_Name> root;
 };
 
-/// A location that the user named, and the account that it is in.
+/// A location named by the user, and its account.
 struct Place {
     Qorv::ComPtr<Qorv::IAFS_Name> name;
     const Connection* connection = nullptr;
 };
 
-/// Binds saved accounts when they are first needed, each once, and finds what a LOCATION means.
+/// Binds each saved account when it is first needed, and resolves LOCATIONs.
 class Connections {
 public:
     /// `i_user` is the account that the user chose by its id, empty for the first one.
     Connections(Qorv::IAFS_FileSys& i_file_system, const AccountStore& i_accounts, std::wstring i_user,
                 CancelFlag* i_cancel_flag);
 
-    /// A location of the file system, in its account, or a path in the chosen account. The service is not asked whether
-    /// it exists. Throws a `Failure` for a text that is neither and when the account cannot be bound.
+    /// Resolves a full location, or a path in the chosen account, without asking the service whether it exists. Throws
+    /// a `Failure` for text that is neither, and if the account cannot be bound.
     Place Find(const std::wstring& i_text);
 
-    /// A location in an account that is bound already.
+    /// A location in an account that is already bound.
     Qorv::ComPtr<Qorv::IAFS_Name> NameIn(const Connection& i_connection, const std::wstring& i_text) const;
 
 private:
@@ -46,7 +46,7 @@ private:
     const AccountStore& m_accounts;
     std::wstring m_user;
     Qorv::ComPtr<CancelFlag> m_cancel_flag;
-    std::list<Connection> m_bound; ///< A list: places point into it.
+    std::list<Connection> m_bound; ///< A list, because places point into it.
 };
 
 } // namespace DevHost

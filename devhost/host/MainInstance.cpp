@@ -55,7 +55,7 @@ HRESULT STDMETHODCALLTYPE MainInstance::GetExtension(Qorv::PCStr i_name, IUnknow
     return S_OK;
 }
 
-/// Answers a call that has no place for the reason of its failure, which the user is told instead: which file it is.
+/// Runs a call that cannot return a reason for its failure. The user is told instead which file is concerned.
 template <typename Body>
 HRESULT MainInstance::AnswerAndTell(Body&& i_body) const noexcept {
     const auto said = Qorv::Create<ErrorDetails>();
@@ -140,7 +140,7 @@ HRESULT STDMETHODCALLTYPE MainInstance::ExecuteOnMainThread(Qorv::IQorv_ThreadSa
 HRESULT STDMETHODCALLTYPE MainInstance::get_MainFrameWnd(HWND* o_window) noexcept {
     if (o_window == nullptr)
         return E_POINTER;
-    *o_window = nullptr; // A host for the command line has no window of its own.
+    *o_window = nullptr; // A command-line host has no window.
     return S_OK;
 }
 

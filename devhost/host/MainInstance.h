@@ -16,12 +16,12 @@
 
 namespace DevHost {
 
-/// The host's main instance: what a plug-in gets of the host, with everything that is kept in a profile folder:
-/// `settings`, `keys` and `cache`. To be made on the main thread, which must have initialized COM;
-/// `qorv/Host.h` says for each method on which threads it may be called.
+/// The host's main instance: all that a plug-in sees of the host. It stores its data in the profile's folders
+/// `settings`, `keys` and `cache`. Create it on the main thread, which must have initialized COM; `qorv/Host.h` gives
+/// the threads for each method.
 class MainInstance final : public Qorv::CoClass<MainInstance, Qorv::IQorv_Inst> {
 public:
-    /// The notices of the services are lost without a sink.
+    /// Without a sink, the services' notices are lost.
     explicit MainInstance(
         std::filesystem::path i_profile, NoticeSink i_notice = [](const std::wstring&) {});
 
@@ -44,10 +44,10 @@ public:
     EventServer& Events() const noexcept { return *m_events; }
     MainThreadQueue& MainThread() noexcept { return m_main_thread; }
 
-    /// Keeps the plug-ins' settings. Throws a `Failure`.
+    /// Saves the plug-ins' settings. Throws a `Failure`.
     void SaveSettings() const;
 
-    /// The host's end, after the plug-ins' `Unload`: lets go of every object of a plug-in that is still held.
+    /// Ends the host, after the plug-ins' `Unload`: releases every plug-in object that is still held.
     void Close();
 
 private:

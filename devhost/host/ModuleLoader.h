@@ -20,10 +20,10 @@ public:
     ModuleLoader(const ModuleLoader&) = delete;
     ModuleLoader& operator=(const ModuleLoader&) = delete;
 
-    /// Loads the module and makes a plug-in object. Throws a `Failure`.
+    /// Loads the module and creates a plug-in object. Throws a `Failure`.
     Qorv::ComPtr<Qorv::IQorv_Plugin> Load(const std::filesystem::path& i_path);
 
-    /// Frees the module, of which no object may be left. Throws a `LeakFailure` when it stays in the process.
+    /// Frees the module; all its objects must have been released. Throws a `LeakFailure` if it stays in the process.
     void Free();
 
     bool IsLoaded() const noexcept { return m_module != nullptr; }

@@ -5,8 +5,8 @@
 namespace DevHost {
 namespace {
 
-/// What the thread's last call left in the COM error info, where the plug-in puts the parts of a service's answer
-/// beside the sentence: the status as the help context, the service's own word as the source.
+/// The COM error info left by the thread's last call. Besides the sentence, the plug-in puts the parts of a service's
+/// answer there: the status as the help context, the service's error tag as the source.
 struct ThreadReason {
     std::wstring text;
     DWORD status = 0;
@@ -28,8 +28,8 @@ ThreadReason TakeThreadReason() {
 }
 
 struct Hint {
-    DWORD status;          ///< 0 when the service's word decides.
-    std::wstring_view tag; ///< Of the service's word.
+    DWORD status;          ///< 0 if the service's error tag decides.
+    std::wstring_view tag; ///< Of the service's error tag.
     std::wstring_view advice;
 };
 
@@ -46,7 +46,7 @@ constexpr Hint hints[] = {
     {status_too_large, {}, too_large},
 };
 
-/// Adds what the service's answer means for a person.
+/// Adds what the service's answer means to the user.
 std::wstring WithHint(std::wstring i_sentence, const ThreadReason& i_reason) {
     for (const Hint& hint : hints)
         if (hint.tag.empty() ? i_reason.status == hint.status : i_reason.service_word.find(hint.tag) != hint.tag.npos)

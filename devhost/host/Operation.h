@@ -9,10 +9,10 @@
 
 namespace DevHost {
 
-/// One operation of the plug-in: what it takes besides its own arguments, and its failure in words.
+/// One operation of the plug-in: the error details and cancel flag that it takes, and its failure in words.
 class Operation {
 public:
-    /// `i_subject` is what the operation is about, the beginning of the sentence when it fails.
+    /// `i_subject` is what the operation is about; a failure's sentence begins with it.
     Operation(std::wstring_view i_subject, CancelFlag* i_cancel_flag)
         : m_subject(i_subject), m_cancel_flag(i_cancel_flag) {}
 

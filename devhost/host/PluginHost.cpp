@@ -16,7 +16,7 @@ PluginHost::PluginHost(const std::filesystem::path& i_profile, const std::filesy
         m_plugin = m_module.Load(i_module);
         SetUp();
     } catch (...) {
-        Answer([&] { Unload(); }); // The first failure is the one that tells what is wrong.
+        Answer([&] { Unload(); }); // The first failure shows what is wrong.
         throw;
     }
 }
@@ -41,7 +41,7 @@ void PluginHost::SetUp() {
 void PluginHost::Unload() {
     if (!m_module.IsLoaded())
         return;
-    Qorv::ILiveObjects* live_objects = nullptr; // Not counted: it is good until the module is freed.
+    Qorv::ILiveObjects* live_objects = nullptr; // Not counted: it is valid until the module is freed.
     if (m_plugin != nullptr) {
         m_plugin->QueryInterface(Qorv::ILiveObjects::Id, reinterpret_cast<void**>(&live_objects));
         m_plugin->Unload();

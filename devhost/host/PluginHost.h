@@ -10,7 +10,7 @@ namespace DevHost {
 /// The host with its one plug-in: takes it through its life in the documented order. Main thread only.
 class PluginHost {
 public:
-    /// Loads the plug-in and sets it up. Throws a `Failure`, and then the plug-in was unloaded as far as it got.
+    /// Loads the plug-in and sets it up. Throws a `Failure` after unloading the plug-in as far as it got.
     PluginHost(const std::filesystem::path& i_profile, const std::filesystem::path& i_module, NoticeSink i_notice);
     ~PluginHost();
 
@@ -19,8 +19,8 @@ public:
     MainInstance& Host() const noexcept { return *m_host; }
     FilesCache& Cache() const noexcept { return *m_host->FileSystems().CacheOf(m_file_system); }
 
-    /// Ends the plug-in; nobody may hold an object of it any more. Throws a `LeakFailure` when objects or the module
-    /// itself stay. The second call does nothing.
+    /// Ends the plug-in; all its objects must have been released. Throws a `LeakFailure` if objects or the module
+    /// itself remain. A second call does nothing.
     void Unload();
 
 private:

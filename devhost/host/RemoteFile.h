@@ -9,12 +9,12 @@
 
 namespace DevHost {
 
-/// An open file of the plug-in, read or written from its beginning to its end. Throws a `Failure`.
+/// An open file of the plug-in, read or written from beginning to end. Throws a `Failure`.
 class RemoteFile {
 public:
     RemoteFile(Qorv::IAFS_FileSys& i_file_system, FilesCache& i_cache, Qorv::IAFS_Name* i_name, ULONG i_flags,
                const Operation& i_operation);
-    /// A file that was not closed is given up: nothing of it is uploaded.
+    /// A file that is destroyed without being closed is abandoned: nothing is uploaded.
     ~RemoteFile();
     RemoteFile(const RemoteFile&) = delete;
     RemoteFile& operator=(const RemoteFile&) = delete;
@@ -22,11 +22,12 @@ public:
     /// 0 at the end.
     ULONG Read(void* o_data, ULONG i_size);
     void Write(const void* i_data, ULONG i_size);
-    /// What is written is a copy of something that may still stand when it cannot be uploaded; it is not kept then.
+    /// Marks the written bytes as a copy of something else. If they cannot be uploaded and the original still exists,
+    /// they are not kept.
     void SetOriginal(std::function<bool()> i_still_stands);
-    /// From now on a file that is not closed keeps its changes.
+    /// From now on the file keeps its changes even if it is not closed.
     void KeepOnFailure() noexcept { m_is_written = false; }
-    /// Uploads what was written.
+    /// Uploads the written bytes.
     void Close();
 
 private:

@@ -45,7 +45,7 @@ BYTE ModifierCode(const std::wstring& i_name) {
 
 HWND TargetIn(HWND i_window) {
     if (GetFocus() == nullptr)
-        SetActiveWindow(i_window); // Another program is in use. The window gives the focus back to where it was.
+        SetActiveWindow(i_window); // Another program is active. The window restores the focus to its control.
     const HWND focus = GetFocus();
     return focus != nullptr && (focus == i_window || IsChild(i_window, focus)) ? focus : i_window;
 }
@@ -62,7 +62,7 @@ bool PressKey(HWND i_window, const std::wstring& i_name) {
         state[ModifierCode(part)] = is_down;
     const BYTE code = KeyCode(part);
     SetKeyboardState(state.data());
-    // The system sends F10, and what is pressed with Alt alone, as other messages, with a bit that tells of Alt.
+    // The system sends F10, and keys pressed with Alt alone, as different messages, with a bit for Alt.
     const bool has_alt = state[VK_MENU] == is_down && state[VK_CONTROL] != is_down;
     const bool is_system_key = has_alt || code == VK_F10;
     constexpr LPARAM once = 1;

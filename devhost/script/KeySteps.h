@@ -4,18 +4,18 @@
 
 #include <string>
 
-// The keyboard of a script. Keys go where the focus is, or to the window when the focus is outside of it.
+// The keyboard of a script. Keys go to the focus, or to the window if the focus is outside it.
 
 namespace DevHost {
 
 /// Presses a key: "Tab", "F5", "Ctrl+A", "Ctrl+Shift+Home". Its modifiers stay down until `ReleaseModifiers`. Throws a
-/// `Failure` for a key that there is not.
+/// `Failure` for an unknown key.
 bool PressKey(HWND i_window, const std::wstring& i_name);
 
-/// Types a text, character by character.
+/// Types text, character by character.
 bool TypeText(HWND i_window, const std::wstring& i_text);
 
-/// To be called when the messages of the last key have been handled: the program sees Shift, Ctrl and Alt up again.
+/// Releases Shift, Ctrl and Alt. Call it when the messages of the last key have been handled.
 void ReleaseModifiers() noexcept;
 
 } // namespace DevHost

@@ -62,7 +62,7 @@ void PostClick(HWND i_control, WPARAM i_keys, const RECT& i_place) {
     PostMouse(i_control, WM_LBUTTONUP, i_keys, i_place);
 }
 
-/// The place of a row's text, which is scrolled into view. Nothing while there is no such row.
+/// Scrolls to a row and returns the rectangle of its text; nothing while there is no such row.
 std::optional<RECT> ShowRow(HWND i_list, const std::wstring& i_text) {
     const std::optional<int> row = i_list != nullptr ? FindRow(i_list, i_text) : std::nullopt;
     if (!row)
@@ -107,7 +107,7 @@ MENUITEMINFOW MenuItem(HMENU i_menu, UINT i_position, std::array<wchar_t, 256>& 
     return item;
 }
 
-/// How many times Down leads from the first command to that of the text; nothing when it cannot be chosen.
+/// How many presses of Down lead from the first command to the one with this text; nothing if it cannot be chosen.
 std::optional<int> StepsDown(HMENU i_menu, const std::wstring& i_text) {
     int steps = 0;
     for (UINT position = 0, count = static_cast<UINT>(GetMenuItemCount(i_menu)); position < count; ++position) {
@@ -151,7 +151,7 @@ bool ClickColumn(HWND i_window, const std::wstring& i_title) {
             continue;
         RECT place{};
         SendMessageW(head, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&place));
-        InflateRect(&place, -(place.right - place.left) / 3, 0); // Its edges change the columns' widths.
+        InflateRect(&place, -(place.right - place.left) / 3, 0); // Its edges resize the columns.
         PostClick(head, 0, place);
         return true;
     }

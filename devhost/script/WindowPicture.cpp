@@ -15,7 +15,7 @@ using Qorv::ComPtr;
 
 constexpr wchar_t what[] = L"Cannot save the picture of a window";
 
-/// What the screen shows there.
+/// Copies what the screen shows there.
 BitmapHandle CopyFromScreen(const RECT& i_place) {
     const auto width = static_cast<int>(i_place.right - i_place.left);
     const auto height = static_cast<int>(i_place.bottom - i_place.top);
@@ -62,7 +62,7 @@ void SaveWindowPicture(HWND i_window, const std::filesystem::path& i_path) {
     RECT place;
     if (!GetWindowRect(i_window, &place) || IsRectEmpty(&place))
         throw Failure(E_INVALIDARG, L"There is no window to take a picture of");
-    // What is not painted yet would be missing, or what is painted but kept back until the thread waits.
+    // Otherwise the picture would lack what is not painted yet, or is held back until the thread waits.
     RedrawWindow(i_window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     constexpr DWORD a_moment_in_ms = 10;
     MsgWaitForMultipleObjects(0, nullptr, FALSE, a_moment_in_ms, 0);

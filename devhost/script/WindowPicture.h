@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// Writes a PNG of a window as it stands on the screen, with its frame. Throws a `Failure`.
+/// Writes a PNG of a window as it looks on the screen, with its frame. Throws a `Failure`.
 void SaveWindowPicture(HWND i_window, const std::filesystem::path& i_path);
 
 } // namespace DevHost

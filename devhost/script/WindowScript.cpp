@@ -22,7 +22,7 @@ constexpr UINT timer_period_in_ms = 20;
 } // namespace
 
 struct WindowScript::Verb {
-    enum class Takes { Nothing, Text, Words }; ///< Words: one after the other, as if each had a line of its own.
+    enum class Takes { Nothing, Text, Words }; ///< Each word is a separate step, as if on its own line.
 
     const wchar_t* name;
     bool (*act)(HWND i_window, const std::wstring& i_argument);
@@ -55,7 +55,7 @@ WindowScript::WindowScript(const std::filesystem::path& i_file, DWORD i_step_tim
     window_class.lpfnWndProc = WindowProcedure;
     window_class.hInstance = GetModuleHandleW(nullptr);
     window_class.lpszClassName = class_name;
-    RegisterClassW(&window_class); // Fails when an earlier script did it, which is as good.
+    RegisterClassW(&window_class); // Fails if an earlier script has registered the class, which is fine.
     m_window = CreateWindowW(class_name, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, window_class.hInstance, nullptr);
     if (m_window == nullptr)
         throw LastErrorFailure(L"Cannot start a window script");
@@ -93,9 +93,9 @@ LRESULT CALLBACK WindowScript::WindowProcedure(HWND i_window, UINT i_message, WP
     return 0;
 }
 
-/// One step at a time; a step that runs a message loop inside is not to be disturbed.
+/// One step at a time: a step that runs a message loop must not be disturbed.
 void WindowScript::OnTimer() {
-    ReleaseModifiers(); // Timers come behind all messages: those of the last step have been handled.
+    ReleaseModifiers(); // Timers come after all messages, so those of the last step have been handled.
     const HWND window = WindowInUse();
     if (m_has_failed && window != nullptr)
         CloseByBox(window, {});

@@ -8,11 +8,11 @@
 
 namespace DevHost {
 
-/// Uses the windows of the main thread as a person would: through their controls, by window messages. Runs while any
-/// message loop of the thread does; each step waits for what it needs. docs/window-scripts.md has the language.
+/// Uses the windows of the main thread as a person would: through their controls, by window messages. Runs within any
+/// message loop of the thread; each step waits for what it needs. docs/window-scripts.md describes the language.
 ///
-/// A step that cannot be done within its time ends the script: the reason goes to standard error, every window of the
-/// thread is closed, and `HasFailed` tells. Main thread only.
+/// A step that cannot be done in time ends the script: the reason goes to standard error, every window of the thread is
+/// closed, and `HasFailed` returns true. Main thread only.
 class WindowScript {
 public:
     /// `i_step_time` is how long a step may wait, in milliseconds. Throws a `Failure` for a file that cannot be read or
@@ -41,8 +41,8 @@ private:
     void OnTimer();
     void Fail(const std::wstring& i_reason);
 
-    HWND m_window = nullptr;  ///< For its timer's messages only.
-    std::deque<Step> m_steps; ///< Those still to be done.
+    HWND m_window = nullptr;  ///< Only for its timer's messages.
+    std::deque<Step> m_steps; ///< The remaining steps.
     DWORD m_step_time;
     ULONGLONG m_step_begin;
     bool m_is_working = false;

@@ -7,10 +7,10 @@
 
 namespace DevHost {
 
-/// The first visible top-level window of this thread, from the foremost back, that is accepted. Null for none.
+/// The foremost visible top-level window of this thread that is accepted; null if there is none.
 HWND FindTopWindow(const std::function<bool(HWND)>& i_accepts);
 
-/// The same among the controls of a window, and theirs.
+/// The same for a window's controls and their children.
 HWND FindChild(HWND i_window, const std::function<bool(HWND)>& i_accepts);
 
 /// Whether a window is of this class, as in `CreateWindow`.

@@ -13,8 +13,8 @@ HRESULT NewString(std::wstring_view i_text, Qorv::IAUX_String** o_string) {
     return *o_string != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
-/// Makes a new string of another one with a key. E_POINTER for a missing or a foreign key too: E_INVALIDARG is about
-/// the text alone.
+/// Makes a new string from another one with a key. E_POINTER also for a missing or foreign key: E_INVALIDARG is only
+/// about the text.
 template <typename Convert>
 HRESULT ConvertString(Qorv::IAUX_CryptKey* i_key, Qorv::IAUX_String* i_string, Qorv::IAUX_String** o_converted,
                       Convert&& i_convert) noexcept {

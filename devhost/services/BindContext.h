@@ -5,7 +5,7 @@
 
 namespace DevHost {
 
-/// What a bind is done for: an account, or none, which then leaves the choice to the sign-in.
+/// What a bind is done for: an account, or none to let the user choose at sign-in.
 class BindContext final : public Qorv::CoClass<BindContext, Qorv::IAFS_BindContext> {
 public:
     /// `i_account` may be null.

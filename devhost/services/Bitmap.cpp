@@ -14,7 +14,7 @@ namespace {
 
 using Qorv::ComPtr;
 
-// An icon is small: a picture beyond this is a damaged or hostile one.
+// Icons are small: a larger picture is damaged or hostile.
 constexpr UINT max_side = 4096;
 
 ComPtr<IWICBitmapSource> DecodeFirstFrame(IWICImagingFactory* i_factory, const std::string& i_bytes) {
@@ -36,7 +36,7 @@ ComPtr<IWICBitmapSource> DecodeFirstFrame(IWICImagingFactory* i_factory, const s
     return converter;
 }
 
-/// How much of each source pixel goes into one of the target's, along one axis.
+/// How much of each source pixel goes into a target pixel, along one axis.
 struct Share {
     ULONG source;
     double part;

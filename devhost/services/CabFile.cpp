@@ -84,7 +84,7 @@ CabNode::Node Parse(const std::string& i_bytes) {
     return Read(document);
 }
 
-/// Moves a file out of the way, to a name that is not taken.
+/// Moves a file out of the way, to an unused name.
 std::filesystem::path SetAside(const std::filesystem::path& i_path) {
     std::filesystem::path aside;
     for (int number = 1; aside.empty() || std::filesystem::exists(aside); ++number) {

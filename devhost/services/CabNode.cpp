@@ -56,7 +56,7 @@ HRESULT STDMETHODCALLTYPE CabNode::get_Item(Qorv::PCStr i_id, Qorv::IAUX_CabNode
 HRESULT STDMETHODCALLTYPE CabNode::get_Type(LONG* o_type) noexcept {
     if (o_type == nullptr)
         return E_POINTER;
-    // In the order of the value's alternatives.
+    // In the order of the variant's alternatives.
     constexpr LONG types[] = {Qorv::AUX_CabType_Dictionary, Qorv::AUX_CabType_Empty,    Qorv::AUX_CabType_Int,
                               Qorv::AUX_CabType_String,     Qorv::AUX_CabType_IUnknown, Qorv::AUX_CabType_Array};
     static_assert(std::size(types) == std::variant_size_v<Value>);
@@ -78,7 +78,7 @@ HRESULT STDMETHODCALLTYPE CabNode::get_v(VARIANT* o_value) noexcept {
         o_value->vt = VT_UNKNOWN;
         object->CopyTo(&o_value->punkVal);
     } else if (!std::holds_alternative<std::monostate>(m_value)) {
-        return E_INVALIDARG; // A dictionary is read by its items.
+        return E_INVALIDARG; // A dictionary is read through its items.
     }
     return S_OK;
 }

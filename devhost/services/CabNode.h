@@ -14,8 +14,8 @@ namespace DevHost {
 
 /// A node of a settings dictionary. A new node is an empty dictionary without a template.
 ///
-/// A template rules what a plug-in can reach and store; values that were there before stay as they are, also where the
-/// template has no place for them: they are kept with the dictionary, out of reach. One thread at a time.
+/// A template limits what a plug-in can reach and store. Existing values stay unchanged: those without a place in the
+/// template are saved with the dictionary, out of the plug-in's reach. One thread at a time.
 class CabNode final : public Qorv::CoClass<CabNode, Qorv::IAUX_CabNode> {
 public:
     using Node = Qorv::ComPtr<CabNode>;
@@ -30,12 +30,12 @@ public:
     HRESULT STDMETHODCALLTYPE put_v(const VARIANT& i_value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_String(BSTR* o_value) noexcept override;
 
-    // The host's own hand, which no template holds back.
+    // For the host itself, which no template restricts.
     const Value& GetValue() const noexcept { return m_value; }
     void SetValue(Value i_value) { m_value = std::move(i_value); }
-    /// An item of a dictionary, made empty when it is missing.
+    /// An item of a dictionary; created empty if missing.
     Node Member(std::wstring_view i_id);
-    /// The text of a dictionary's item, empty when it is missing or holds something else.
+    /// The text of a dictionary's item; empty if it is missing or not a text.
     std::wstring MemberText(std::wstring_view i_id) const;
 
 private:

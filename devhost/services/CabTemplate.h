@@ -25,7 +25,7 @@ public:
     /// The root, which is a dictionary. Throws a `Failure` with E_INVALIDARG when the document's root has another id.
     const Item& Root(const std::wstring& i_id) const;
 
-    /// The items of a set, none for one that the document does not have.
+    /// The items of a set; none if the document lacks the set.
     const Items& ItemSet(const std::wstring& i_id) const;
 
 private:

@@ -11,12 +11,12 @@
 namespace DevHost {
 namespace {
 
-// How much goes to or comes from the service at a time; WinINet is much slower with smaller pieces.
+// Bytes per transfer to or from the service; WinINet is much slower with smaller pieces.
 constexpr ULONG piece_size = 64 * 1024;
 
 constexpr std::uint64_t everything = std::numeric_limits<std::uint64_t>::max();
 
-/// Throws the failure of a call of the plug-in, in its own words where it found any.
+/// Throws the failure of a call of the plug-in, with the plug-in's reason if it gave one.
 void CheckCall(HRESULT i_result, const ErrorDetails& i_said) {
     if (FAILED(i_result))
         throw Failure(i_result, ReasonInWords(i_result, i_said.Text()));
@@ -35,11 +35,11 @@ void CacheEntry::StartWithRemoteFile(std::uint64_t i_size) {
 
 void CacheEntry::StartEmpty() {
     m_is_complete = true;
-    m_is_changed = true; // No note yet: an empty file that a crash left must replace nothing.
+    m_is_changed = true; // No note yet: an empty file left by a crash must replace nothing.
 }
 
 void CacheEntry::StartWithKeptBytes() {
-    m_is_changed = m_has_note = true; // First of all: whatever fails from here on, the bytes stay.
+    m_is_changed = m_has_note = true; // Do this first, so that the bytes stay whatever fails below.
     m_is_complete = true;
     m_size = m_files.Bytes().Size();
 }
@@ -93,7 +93,7 @@ HRESULT STDMETHODCALLTYPE CacheEntry::SetSize(ULONGLONG i_size, Qorv::IQorv_Erro
     return Answer(o_details, [&] {
         RequireOpen();
         if (i_size > 0)
-            FetchUpTo(i_size, i_cancel_flag); // What is cut off need not be fetched.
+            FetchUpTo(i_size, i_cancel_flag); // Bytes that are cut off need not be fetched.
         if (m_is_complete && i_size == m_size)
             return;
         BeginChange();
@@ -116,7 +116,7 @@ HRESULT STDMETHODCALLTYPE CacheEntry::get_TempFileName(BSTR* o_path) noexcept {
     return AnswerText(Path().wstring(), o_path);
 }
 
-/// A fetch that reaches the size that was announced goes on to the real end of the file, which may have changed since.
+/// A fetch that reaches the announced size continues to the real end of the file, which may have changed.
 void CacheEntry::FetchUpTo(std::uint64_t i_end, Qorv::IQorv_CancelFlag* i_cancel_flag) {
     std::vector<BYTE> piece;
     while (!m_is_complete && (m_fetched < i_end || m_fetched >= m_size)) {
@@ -124,7 +124,7 @@ void CacheEntry::FetchUpTo(std::uint64_t i_end, Qorv::IQorv_CancelFlag* i_cancel
         try {
             FetchPiece(piece, i_cancel_flag);
         } catch (...) {
-            m_fetched = 0; // The callback can only read a file from its beginning.
+            m_fetched = 0; // The callback can only read a file from the start.
             throw;
         }
     }
@@ -135,7 +135,7 @@ void CacheEntry::FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag*
     ULONG read = 0;
     const HRESULT result = m_callback->Read(m_fetched, io_piece.data(), piece_size, &read, said, i_cancel_flag);
     if (result == HRESULT_FROM_WIN32(ERROR_HANDLE_EOF) || (SUCCEEDED(result) && read == 0)) {
-        m_files.Bytes().SetSize(m_fetched); // A longer download that broke may have left its tail.
+        m_files.Bytes().SetSize(m_fetched); // A longer, broken download may have left its tail.
         m_is_complete = true;
         m_size = m_fetched;
         return;
@@ -146,7 +146,7 @@ void CacheEntry::FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag*
     m_size = std::max(m_size, m_fetched);
 }
 
-/// The note is on the disk before the first byte differs.
+/// Write the note to the disk before the first byte differs.
 void CacheEntry::BeginChange() {
     if (!m_has_note)
         WriteNote();
@@ -171,7 +171,7 @@ void CacheEntry::Upload(Qorv::IQorv_CancelFlag* i_cancel_flag) {
             ForgetChanges();
             throw;
         }
-        Answer([&] { // Both are on the disk already, unless power fails or the file was renamed meanwhile.
+        Answer([&] { // Both are already on the disk, unless power fails or the file has been renamed.
             m_files.Bytes().Flush();
             WriteNote();
         });

@@ -7,7 +7,7 @@
 
 namespace DevHost {
 
-/// Set when the user gives an operation up. Any thread.
+/// Set when the user cancels an operation. Any thread.
 class CancelFlag final : public Qorv::CoClass<CancelFlag, Qorv::IQorv_CancelFlag> {
 public:
     void Cancel() noexcept { m_is_canceled = true; }

@@ -14,14 +14,14 @@
 namespace DevHost {
 namespace {
 
-// What the cipher text begins with, and how its form is told from later ones.
+// The prefix of the cipher text; later formats would have another.
 constexpr std::wstring_view marker = L"qorv-protected-1:";
 
 struct FreeLocal {
     void operator()(BYTE* i_memory) const { LocalFree(i_memory); }
 };
 
-/// Takes the memory that the system gave for a blob.
+/// Takes over the memory that the system allocated for a blob.
 std::string TakeBytes(const DATA_BLOB& i_blob) {
     const std::unique_ptr<BYTE, FreeLocal> memory(i_blob.pbData);
     return {reinterpret_cast<const char*>(i_blob.pbData), i_blob.cbData};
@@ -44,7 +44,7 @@ std::wstring ToBase64(std::string_view i_bytes) {
     return text;
 }
 
-/// The bytes of a text, none when it is not exactly what `ToBase64` writes.
+/// The bytes of a text; none if it isn't exactly what `ToBase64` writes.
 std::string FromBase64(std::wstring_view i_text) {
     const auto length = static_cast<DWORD>(i_text.size());
     std::string bytes(i_text.size(), '\0');
@@ -110,15 +110,15 @@ std::wstring CryptKey::Decrypt(std::wstring_view i_cipher_text) const {
     return text;
 }
 
-/// The operating system's protection does not notice every changed byte, so the cipher text carries its own proof: an
-/// HMAC with SHA-256 under the key.
+/// The operating system's protection does not detect every changed byte, so the cipher text carries an HMAC-SHA-256
+/// under the key.
 CryptKey::Checksum CryptKey::ChecksumOf(std::string_view i_bytes) const {
     Checksum checksum{};
     BCRYPT_ALG_HANDLE algorithm = nullptr;
     NTSTATUS status =
         BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, BCRYPT_ALG_HANDLE_HMAC_FLAG);
     if (status == 0) {
-        auto* secret = const_cast<BYTE*>(m_secret.data()); // Both only read.
+        auto* secret = const_cast<BYTE*>(m_secret.data()); // Both are only read.
         auto* input = reinterpret_cast<BYTE*>(const_cast<char*>(i_bytes.data()));
         status = BCryptHash(algorithm, secret, ULONG{size}, input, static_cast<ULONG>(i_bytes.size()), checksum.data(),
                             ULONG{checksum.size()});

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr wchar_t note_ending[] = L".note";
 constexpr char location_member[] = "location";
 constexpr wchar_t replaced_folder[] = L"replaced";
-constexpr std::size_t max_title_length = 60; // Whole paths must stay below the system's 260 characters.
+constexpr std::size_t max_title_length = 60; // Full paths must stay below the system's 260 characters.
 
 std::wstring NewId() {
     GUID guid{};
@@ -31,7 +31,7 @@ std::wstring NewId() {
     return text.data();
 }
 
-/// The last part of a location as a file name of this machine; its ending stays, so that the file opens by a click.
+/// The last part of a location as a local file name. It keeps its extension, so that a double-click opens the file.
 std::wstring TitleOf(const std::wstring& i_location) {
     std::wstring title = i_location.substr(i_location.find_last_of(L'/') + 1);
     if (title.size() > max_title_length)
@@ -59,7 +59,7 @@ fs::path BytesOf(fs::path i_note) {
     return i_note.replace_extension();
 }
 
-/// Empty for a damaged note: its bytes are left where they are.
+/// Empty for a damaged note, whose bytes are left alone.
 std::wstring LocationOf(const fs::path& i_note) {
     const std::string bytes = ReadWholeFile(i_note);
     rapidjson::Document document;
@@ -73,12 +73,12 @@ std::wstring LocationOf(const fs::path& i_note) {
     return FromUtf8({location->value.GetString(), location->value.GetStringLength()});
 }
 
-/// The plain files of the folder, none when it cannot be read.
+/// The plain files of the folder; none if it cannot be read.
 std::vector<fs::path> FilesIn(const fs::path& i_folder) {
     std::vector<fs::path> files;
     std::error_code error;
     for (fs::directory_iterator entry(i_folder, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code unreadable; // One such file isn't a reason to miss the others.
+        std::error_code unreadable; // One such file must not hide the others.
         if (entry->is_regular_file(unreadable))
             files.push_back(entry->path());
     }
@@ -93,7 +93,7 @@ std::wstring KeptFile::Id() const {
 }
 
 EntryFiles EntryFiles::Create(const fs::path& i_folder, const std::wstring& i_location) {
-    std::error_code ignored; // Creating the file tells what is wrong.
+    std::error_code ignored; // Creating the file reports what is wrong.
     fs::create_directories(i_folder, ignored);
     return EntryFiles(LocalFile(i_folder / (NewId() + L"-" + TitleOf(i_location)), LocalFile::Mode::CreateNew));
 }
@@ -108,7 +108,7 @@ std::optional<EntryFiles> EntryFiles::FindAbandoned(const fs::path& i_folder, co
             if (!newest || bytes.WriteTime() > newest->Bytes().WriteTime())
                 newest = EntryFiles(std::move(bytes));
         } catch (const Failure&) {
-            // Another process has it, or took it away meanwhile.
+            // Another process has it open, or has removed it.
         }
     }
     return newest;
@@ -123,7 +123,7 @@ std::vector<KeptFile> EntryFiles::ListKept(const fs::path& i_folder) {
             LocalFile bytes(BytesOf(note), LocalFile::Mode::Read);
             kept.push_back({bytes.Path(), LocationOf(note), bytes.Size(), bytes.WriteTime()});
         } catch (const Failure&) {
-            // Another process took it away meanwhile.
+            // Another process has removed it.
         }
     }
     std::ranges::sort(kept, {}, &KeptFile::write_time);
@@ -139,7 +139,7 @@ void EntryFiles::CleanUp(const fs::path& i_folder) {
     for (const fs::path& file : FilesIn(i_folder)) {
         const bool is_abandoned = IsNote(file) ? !fs::exists(BytesOf(file), error) : !fs::exists(NoteOf(file), error);
         if (is_abandoned && !error)
-            DeleteFileW(file.c_str()); // Fails, as it should, for what another process has open.
+            DeleteFileW(file.c_str()); // Fails, as it should, if another process has it open.
     }
 }
 
@@ -155,7 +155,7 @@ void EntryFiles::WriteNote(const std::wstring& i_location) const {
 }
 
 void EntryFiles::RemoveNote() const {
-    DeleteFileW(NotePath().c_str()); // One that stays makes the bytes be sent once more, which does no harm.
+    DeleteFileW(NotePath().c_str()); // If one stays, the bytes are sent again, which does no harm.
 }
 
 void EntryFiles::Remove() {
@@ -166,7 +166,7 @@ void EntryFiles::Remove() {
 
 fs::path EntryFiles::MoveToReplaced() {
     const fs::path place = BytesPath().parent_path() / replaced_folder / BytesPath().filename();
-    std::error_code ignored; // Moving the file tells what is wrong.
+    std::error_code ignored; // Moving the file reports what is wrong.
     fs::create_directories(place.parent_path(), ignored);
     m_bytes.Close();
     MoveLocalFile(BytesPath(), place);

@@ -8,7 +8,7 @@
 
 namespace DevHost {
 
-/// Keeps what an operation says of its failure; the last word counts. Any thread.
+/// Stores what an operation says about its failure; the last report wins. Any thread.
 class ErrorDetails final : public Qorv::CoClass<ErrorDetails, Qorv::IQorv_ErrorDetails> {
 public:
     HRESULT STDMETHODCALLTYPE SetError(HRESULT i_code, Qorv::PCStr i_text) noexcept override;

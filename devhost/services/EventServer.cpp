@@ -32,7 +32,7 @@ HRESULT STDMETHODCALLTYPE EventServer::UnregisterNativeEventHandler(ULONG i_even
 }
 
 void EventServer::Fire(ULONG i_event, IUnknown* i_sender, IUnknown* i_arguments) {
-    const std::vector<Handler> handlers = m_handlers; // A handler may register or unregister meanwhile.
+    const std::vector<Handler> handlers = m_handlers; // Handlers may be registered or unregistered during the calls.
     for (const auto& [event, handler] : handlers)
         if (event == i_event)
             handler->OnEvent(i_event, i_sender, i_arguments);

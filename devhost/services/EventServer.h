@@ -10,10 +10,10 @@
 
 namespace DevHost {
 
-/// The host's events: the numbers of their names, and who wants to hear of them. Main thread only.
+/// The host's events: the numbers of their names, and their handlers. Main thread only.
 class EventServer final : public Qorv::CoClass<EventServer, Qorv::IQorv_EventServer> {
 public:
-    /// The number of an event's name; an unknown name gets one if `i_create` is set, else 0.
+    /// The number of an event name. An unknown name gets a new one if `i_create` is set, else 0.
     ULONG EventId(const std::wstring& i_name, bool i_create);
 
     HRESULT STDMETHODCALLTYPE RegisterNativeEventHandler(ULONG i_event, Qorv::IEventHandler* i_handler,
@@ -22,10 +22,10 @@ public:
     HRESULT STDMETHODCALLTYPE UnregisterNativeEventHandler(ULONG i_event,
                                                            Qorv::IEventHandler* i_handler) noexcept override;
 
-    /// Tells every handler of an event.
+    /// Sends an event to every handler.
     void Fire(ULONG i_event, IUnknown* i_sender, IUnknown* i_arguments);
 
-    /// Lets go of all handlers.
+    /// Releases all handlers.
     void Close() { m_handlers.clear(); }
 
 private:

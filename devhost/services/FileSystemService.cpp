@@ -46,7 +46,7 @@ HRESULT STDMETHODCALLTYPE FileSystemService::CreateDlgDefaultParams(ULONG,
                                                                     Qorv::IAUX_CabNode** o_dialog_parameters) noexcept {
     if (o_dialog_parameters == nullptr)
         return E_POINTER;
-    // The host has no wishes of its own: what is missing there the dialog fills in.
+    // The host sets nothing: the dialog supplies its defaults.
     *o_dialog_parameters = Qorv::Create<CabNode>().Detach();
     return *o_dialog_parameters != nullptr ? S_OK : E_OUTOFMEMORY;
 }

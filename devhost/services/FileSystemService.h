@@ -12,7 +12,7 @@
 
 namespace DevHost {
 
-/// The service "AFS": the registered file systems, each with a files cache. Caches may be looked up on any thread, the
+/// The service "AFS": the registered file systems, each with a files cache. Caches may be looked up on any thread; the
 /// rest is for the main thread only.
 class FileSystemService final : public Qorv::CoClass<FileSystemService, Qorv::IAFS_Inst> {
 public:
@@ -27,9 +27,9 @@ public:
     HRESULT STDMETHODCALLTYPE CreateDlgDefaultParams(ULONG i_dialog_type,
                                                      Qorv::IAUX_CabNode** o_dialog_parameters) noexcept override;
 
-    /// The registered file system of an id, null when there is none.
+    /// The registered file system with this id; null if there is none.
     Qorv::ComPtr<Qorv::IAFS_FileSys> Find(const std::wstring& i_id) const;
-    /// The host's own view of a file system's cache, null when it is not registered.
+    /// The host's own view of a file system's cache; null if the file system is not registered.
     Qorv::ComPtr<FilesCache> CacheOf(Qorv::IAFS_FileSys* i_file_system) const;
 
     /// Unregisters every file system.
@@ -41,7 +41,7 @@ private:
     std::filesystem::path m_cache_folder;
     NoticeSink m_notice;
     mutable std::mutex m_mutex;
-    std::vector<Registration> m_file_systems; ///< Changed and looked up under the mutex.
+    std::vector<Registration> m_file_systems; ///< Guarded by the mutex.
 };
 
 } // namespace DevHost

@@ -15,8 +15,8 @@ Qorv::ComPtr<Qorv::IAFS_Name> NameOf(Qorv::IAFS_File* i_file) {
     return name;
 }
 
-/// Whether there is a file at a name's location already. Only a file system's clear answer counts: a wrong no could
-/// empty a file, a wrong yes would download what is not there.
+/// Whether a file already exists at a name's location. Only a clear answer of the file system counts: a wrong no could
+/// empty a file, a wrong yes would download a missing one.
 bool HoldsFile(Qorv::IAFS_Name* i_name) {
     Qorv::ComPtr<Qorv::IAFS_FileSys> file_system;
     Check(i_name->get_FileSys(&file_system), L"Cannot read a location");
@@ -99,7 +99,7 @@ HRESULT STDMETHODCALLTYPE FilesCache::FlushAllCaches(Qorv::IQorv_ErrorDetails* o
         const std::vector<Entry> entries = m_entries; // An upload may remove others.
         for (const Entry& entry : entries) {
             if (std::ranges::find(m_entries, entry.Get(), &Entry::Get) == m_entries.end())
-                continue; // The upload of another one replaced it.
+                continue; // Replaced by the upload of another entry.
             const auto said = Qorv::Create<ErrorDetails>();
             const HRESULT result = entry->IsChanged() ? entry->Flush(said, i_cancel_flag) : S_OK;
             if (FAILED(result)) {
@@ -137,10 +137,10 @@ HRESULT STDMETHODCALLTYPE FilesCache::CloseCache(Qorv::IAFS_File* i_file, Qorv::
             Remove(entry);
             return;
         }
-        // Older kept bytes must not compete with these, which aren't kept ones until the file lets go of them.
+        // Older kept bytes must not compete with these, which become kept ones only when the file releases them.
         Answer([&] { ReplaceKept(entry->Location()); });
         entry->OpenFiles().erase(i_file);
-        if (o_details == nullptr) // A file that went without being closed: somebody must hear of it.
+        if (o_details == nullptr) // The file was never closed, so report it here.
             m_notice(entry->Location() + L": " + said->Text());
         throw Failure(result, said->Text());
     });
@@ -179,7 +179,7 @@ void FilesCache::OnUploaded(const CacheEntry& i_entry) {
 
 void FilesCache::Close() {
     for (const Entry& entry : std::exchange(m_entries, {})) {
-        if (entry->IsKeptByClose() && !entry->OpenFiles().empty()) // Of the others their files' closing told.
+        if (entry->IsKeptByClose() && !entry->OpenFiles().empty()) // The others were reported at their close.
             Answer([&] {
                 m_notice(entry->Location() + L": not saved; the changed file is kept as " + entry->Path().wstring());
             });
@@ -218,7 +218,7 @@ FilesCache::Entry FilesCache::TakeKept(const std::wstring& i_location) {
     return kept;
 }
 
-/// The kept bytes that an open with write access goes on with, if there are any.
+/// The kept bytes that an open with write access continues with, if there are any.
 FilesCache::Entry FilesCache::TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags) {
     if ((i_flags & Qorv::AFS_OpenFile_Write) == 0)
         return nullptr;
@@ -240,7 +240,7 @@ void FilesCache::ReplaceKept(const std::wstring& i_location) {
 }
 
 void FilesCache::Remove(Entry i_entry) {
-    const Entry entry = std::move(i_entry); // The caller's may be one of those that go.
+    const Entry entry = std::move(i_entry); // The caller's entry may be among those removed.
     std::erase(m_entries, entry);
     entry->Remove();
 }

@@ -11,15 +11,15 @@
 
 namespace DevHost {
 
-/// Tells the user something that isn't a failure.
+/// Shows the user a notice that isn't a failure.
 using NoticeSink = std::function<void(const std::wstring&)>;
 
-/// The files cache of one file system: one entry for a location, shared by all files that have it open. The entry goes
-/// with its last file, after its changes were uploaded.
+/// The files cache of one file system: one entry per location, shared by all files that have it open. The entry is
+/// removed with its last file, after its changes have been uploaded.
 ///
-/// Changes that cannot be uploaded are kept and sent again with every flush of the cache. They are never shown to who
-/// only reads; who opens their location for writing goes on with them, in a later run of the host too, or replaces
-/// them, and then a copy is kept.
+/// Changes that cannot be uploaded are kept and sent again with every flush of the cache. Files opened only for reading
+/// never show them. A file opened for writing at their location continues with them, even in a later run of the host,
+/// or replaces them; then a copy is kept.
 ///
 /// One thread at a time.
 class FilesCache final : public Qorv::CoClass<FilesCache, Qorv::IAFS_FilesCache> {
@@ -40,22 +40,22 @@ public:
                                          Qorv::IQorv_ErrorDetails* o_details,
                                          Qorv::IQorv_CancelFlag* i_cancel_flag) noexcept override;
 
-    /// Gives up what was changed through an open file: its close uploads nothing. For a document that could not be
+    /// Discards changes made through an open file, whose close then uploads nothing; for a document that could not be
     /// written completely.
     void Discard(Qorv::IAFS_File* i_file);
 
-    /// What is written through an open file is a copy (see `CacheEntry::SetOriginal`).
+    /// Marks the bytes written through an open file as a copy (see `CacheEntry::SetOriginal`).
     void SetOriginal(Qorv::IAFS_File* i_file, std::function<bool()> i_still_stands);
 
-    /// What could not be sent, of this run and earlier ones, and is in no open file.
+    /// The changes of this run and earlier ones that could not be sent and are in no open file.
     std::vector<KeptFile> Kept() const;
-    /// Removes kept bytes for good. Throws a `Failure` when another process has them.
+    /// Removes kept bytes for good. Throws a `Failure` if another process has them.
     void DropKept(const KeptFile& i_kept);
 
-    /// An entry's changes have reached the service: older ones of the same location, which were kept, must not follow.
+    /// Call when an entry's changes have reached the service: older kept ones of the same location must not follow.
     void OnUploaded(const CacheEntry& i_entry);
 
-    /// Ends every entry and lets go of the plug-in's objects; changed bytes stay on the disk.
+    /// Ends every entry and releases the plug-in's objects; changed bytes stay on the disk.
     void Close();
 
 private:
@@ -63,11 +63,11 @@ private:
 
     Entry FindOpen(const std::wstring& i_location) const;
     Entry FindOpenedBy(Qorv::IAFS_File* i_file) const;
-    /// The newest changed bytes of the location that no file has open, of this run or an earlier one; null if there are
+    /// The location's newest changed bytes that no file has open, from this run or an earlier one; null if there are
     /// none.
     Entry TakeKept(const std::wstring& i_location);
     Entry TakeKeptForWriting(const std::wstring& i_location, ULONG i_flags);
-    /// Makes plain copies of all kept bytes of a location: they are never sent.
+    /// Turns all kept bytes of a location into plain copies, which are never sent.
     void ReplaceKept(const std::wstring& i_location);
     void Remove(Entry i_entry);
 

@@ -10,7 +10,7 @@ namespace DevHost {
 /// The host's own images, which are resources of the program. Main thread only.
 class HostImages {
 public:
-    /// One image for a name, however often it is asked for. Throws a `Failure` with E_INVALIDARG for an unknown name.
+    /// One image per name, however often it is requested. Throws a `Failure` with E_INVALIDARG for an unknown name.
     Qorv::ComPtr<Image> Get(const std::wstring& i_name);
 
 private:

@@ -19,8 +19,8 @@ private:
     std::vector<Qorv::ComPtr<Qorv::IUIX_Bitmap>> m_bitmaps;
 };
 
-/// An image as a square of so many pixels: of its bitmaps the smallest that is not smaller, or else the largest,
-/// brought to that size. Null for an image without bitmaps of the host's.
+/// An image as a square of this many pixels: scaled from its smallest bitmap that is large enough, or else its largest.
+/// Null for an image without bitmaps made by the host.
 Qorv::ComPtr<Bitmap> SquareOf(Qorv::IUIX_Image* i_image, ULONG i_side);
 
 } // namespace DevHost

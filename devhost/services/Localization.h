@@ -11,11 +11,11 @@ namespace DevHost {
 class Localization {
 public:
     /// Adds a table (`<localization language="en" namespace="db">` with `<string id="...">` elements); the full id of a
-    /// text is the namespace, a dot and the id. A text that already exists is replaced. Throws a `Failure` with
-    /// E_INVALIDARG for a document that isn't a table; nothing of it is taken then.
+    /// text is the namespace, a dot and the id. Replaces existing texts. Throws a `Failure` with E_INVALIDARG, and adds
+    /// nothing, if the document isn't a table.
     void Merge(const std::string& i_document);
 
-    /// The text of a full id, none for an unknown one.
+    /// The text with this full id; none for an unknown one.
     std::optional<std::wstring> Find(const std::wstring& i_id) const;
 
 private:

@@ -20,7 +20,7 @@ void PumpMessages() {
 
 } // namespace
 
-/// One call, shared by its caller and the queue: either may be done with it first.
+/// One call, shared by its caller and the queue; either may finish with it first.
 struct MainThreadQueue::Call {
     explicit Call(Qorv::IQorv_ThreadSafeCallback* i_callback)
         : callback(i_callback), done(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
@@ -38,7 +38,7 @@ MainThreadQueue::MainThreadQueue() {
     window_class.lpfnWndProc = WindowProcedure;
     window_class.hInstance = GetModuleHandleW(nullptr);
     window_class.lpszClassName = class_name;
-    RegisterClassW(&window_class); // Fails when an earlier queue did it, which is as good.
+    RegisterClassW(&window_class); // Fails if an earlier queue has registered the class, which is fine.
     m_window = CreateWindowW(class_name, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, window_class.hInstance, nullptr);
     if (m_window == nullptr)
         throw LastErrorFailure(L"Cannot make the main thread's queue");
@@ -100,7 +100,7 @@ void MainThreadQueue::Close() {
     m_pending.clear();
 }
 
-/// One call at a time, without the lock: a call may pump messages and so run the next one inside.
+/// One call at a time, without the lock: a call may pump messages and so run the next one.
 void MainThreadQueue::RunPending() {
     for (;;) {
         SharedCall call;

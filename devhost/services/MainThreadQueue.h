@@ -8,8 +8,8 @@
 
 namespace DevHost {
 
-/// Runs what other threads ask for on the thread that made the queue. The calls come in as window messages, so every
-/// message loop of that thread runs them, a dialog's too.
+/// Runs other threads' calls on the thread that created the queue. They arrive as window messages, so every message
+/// loop of that thread runs them, including a dialog's.
 class MainThreadQueue {
 public:
     MainThreadQueue();
@@ -18,17 +18,17 @@ public:
     MainThreadQueue& operator=(const MainThreadQueue&) = delete;
 
     /// Runs the callback on the queue's thread and waits for its result, at most `i_wait` milliseconds (INFINITE:
-    /// without limit); from that thread itself at once. A call that was not begun in time is taken back:
+    /// without limit); on that thread itself it runs at once. A call that has not begun in time is withdrawn:
     /// HRESULT_FROM_WIN32(WAIT_TIMEOUT). E_ABORT once the queue is closed.
     HRESULT Execute(Qorv::IQorv_ThreadSafeCallback* i_callback, DWORD i_wait);
 
-    /// Waits for an object of the system on the queue's thread, and runs calls and window messages meanwhile. False
-    /// when the time (milliseconds) is over first.
+    /// Waits on the queue's thread for a system object, running calls and window messages meanwhile. False if the time
+    /// (milliseconds) runs out first.
     bool WaitAndPump(HANDLE i_object, DWORD i_wait);
 
     bool HasPendingCalls();
 
-    /// Ends the waiting calls, and all later ones, with E_ABORT.
+    /// Ends all waiting and later calls with E_ABORT.
     void Close();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// A name as its file system writes it: the whole location. Throws a `Failure` when it cannot be had.
+/// A name as its file system writes it: the full location. Throws a `Failure` if the file system refuses.
 std::wstring LocationOf(Qorv::IAFS_Name* i_name);
 
 /// The path in the account, for people; "/" for the root.

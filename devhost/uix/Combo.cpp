@@ -8,10 +8,10 @@
 namespace DevHost {
 namespace {
 
-constexpr int list_height = 200; // Layout units. The control makes its list no higher than its items.
-constexpr int list_padding = 12; // Beside the longest text.
+constexpr int list_height = 200; // Layout units. The control shrinks its list to its items.
+constexpr int list_padding = 12; // Added to the width of the longest text.
 
-/// Of the height that the control is made with, all but its closed height is its list's.
+/// The height at creation, less the closed height, is that of the list.
 ItemPlace WithRoomForList(ItemPlace i_place) {
     i_place.rect.bottom += Scale::OfScreen().Pixels(list_height);
     return i_place;
@@ -27,7 +27,7 @@ void Combo::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     FitClosedHeight(static_cast<int>(i_place.rect.bottom - i_place.rect.top));
 }
 
-/// The control gives itself the height that it likes for its font; the layout has another.
+/// The control chooses a height for its font; the layout's differs.
 void Combo::FitClosedHeight(int i_height) {
     RECT closed;
     GetWindowRect(Window(), &closed);
@@ -44,7 +44,7 @@ void Combo::WidenListFor(Qorv::PCStr i_text) {
     Send(CB_SETDROPPEDWIDTH, static_cast<WPARAM>(m_list_width));
 }
 
-/// While the list is open the user only looks for an item: what counts is where it closes.
+/// While the list is open the user is only browsing: the item at its closing counts.
 void Combo::OnCommand(WORD i_notification) {
     if (i_notification != CBN_SELCHANGE && i_notification != CBN_CLOSEUP)
         return;
@@ -56,7 +56,7 @@ void Combo::OnCommand(WORD i_notification) {
     Post(Qorv::UIX_ItemEvent_Changed);
 }
 
-/// The hint of the selected item is the control's: the items of an open list cannot show theirs.
+/// The control shows the selected item's hint: the items of an open list cannot show theirs.
 void Combo::Remember() {
     m_selected = Selected();
     m_tool_tips.SetText(Window(), m_selected >= 0 ? m_hints[static_cast<std::size_t>(m_selected)] : std::wstring());

@@ -7,7 +7,7 @@
 
 namespace DevHost {
 
-/// A closed list that drops down.
+/// A drop-down list.
 class Combo final : public Qorv::CoClass<Combo, DialogItem, Qorv::IUIX_Combo> {
 public:
     void OnCommand(WORD i_notification) override;
@@ -30,7 +30,7 @@ private:
     bool Holds(LONG i_index) const { return i_index >= 0 && i_index < Count(); }
     void Remember();
 
-    LONG m_selected = -1; ///< The selection that the plug-in knows of.
+    LONG m_selected = -1; ///< The selection that the plug-in knows about.
     LONG m_list_width = 0;
     std::vector<std::wstring> m_hints; ///< Of the items.
     ToolTips m_tool_tips;

@@ -39,7 +39,7 @@ CommandBar::CommandBar(std::span<const Qorv::UIX_Command> i_commands) {
     }
 }
 
-/// The buttons are there still when not all could be made.
+/// The buttons still exist if not all could be created.
 CommandBar::~CommandBar() {
     if (Window() != nullptr)
         for (const Command& command : m_commands)
@@ -95,7 +95,7 @@ LRESULT CommandBar::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_l
     return DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
 }
 
-/// Nothing here tells the dialog's sink at once, which alone could let go of the bar.
+/// Nothing here calls the dialog's sink directly, and only the sink could release the bar.
 LRESULT CALLBACK CommandBar::ButtonProcedure(HWND i_button, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
                                              UINT_PTR /*i_subclass_id*/, DWORD_PTR i_bar) {
     auto* const bar = reinterpret_cast<CommandBar*>(i_bar);
@@ -156,7 +156,7 @@ bool CommandBar::OnKey(HWND i_button, WPARAM i_key) {
     }
 }
 
-/// To the next button that can be pressed, round the ends.
+/// Moves to the next enabled button, wrapping around.
 void CommandBar::GoFrom(HWND i_button, int i_step) const {
     const auto count = static_cast<std::ptrdiff_t>(m_commands.size());
     auto index = CommandOf(i_button) - m_commands.data();
@@ -170,8 +170,7 @@ void CommandBar::GoFrom(HWND i_button, int i_step) const {
     }
 }
 
-/// One button stands for the row in the order of the Tab key: the one that had the focus last, as long as it can be
-/// pressed.
+/// Tab stops at one button of the row: the one that had the focus last, as long as it is enabled.
 void CommandBar::KeepTabStop(HWND i_wanted) const {
     HWND tab_stop = i_wanted;
     for (const Command& command : m_commands)
@@ -212,7 +211,7 @@ HRESULT STDMETHODCALLTYPE CommandBar::put_IsCommandEnabled(LONG i_command_id, VA
         const auto found = std::ranges::find(m_commands, i_command_id, &Command::id);
         if (i_command_id == 0 || found == m_commands.end())
             return E_INVALIDARG;
-        // The keyboard must not stay at a button that no longer listens.
+        // The focus must not stay on a disabled button.
         if (i_is_enabled == VARIANT_FALSE && GetFocus() == found->button)
             SendMessageW(GetParent(Window()), WM_NEXTDLGCTL, FALSE, FALSE);
         EnableWindow(found->button, i_is_enabled != VARIANT_FALSE);

@@ -8,7 +8,8 @@
 
 namespace DevHost {
 
-/// A row of small flat buttons with pictures. Tab goes to the row, the arrows go along it, Enter and Space press.
+/// A row of small flat buttons with pictures. Tab moves to the row, the arrow keys along it, Enter and Space press a
+/// button.
 class CommandBar final : public Qorv::CoClass<CommandBar, DialogItem, Qorv::IUIX_CommandBar> {
 public:
     /// Throws a `Failure` with E_INVALIDARG for a command without a picture or with a wrong id.
@@ -16,7 +17,7 @@ public:
 
     ~CommandBar();
 
-    /// Pixels that the row takes.
+    /// The row's width in pixels.
     SIZE Size() const noexcept;
 
     void Make(const LayoutItem& i_description, const ItemPlace& i_place) override;
@@ -46,7 +47,7 @@ private:
 
     std::vector<Command> m_commands;
     ToolTips m_tool_tips;
-    HWND m_hot_button = nullptr; ///< That the mouse is over.
+    HWND m_hot_button = nullptr; ///< The button under the mouse.
 };
 
 } // namespace DevHost

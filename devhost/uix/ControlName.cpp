@@ -3,7 +3,7 @@
 namespace DevHost {
 namespace {
 
-// Holds the name's atom. Names come from a few layouts and pages, so atoms are never given back.
+// Holds the name's atom. Names come from a few layouts and pages, so atoms are never freed.
 constexpr wchar_t property[] = L"QorvHostControlName";
 
 struct Search {

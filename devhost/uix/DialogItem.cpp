@@ -59,13 +59,13 @@ void DialogItem::CreateControl(const LayoutItem& i_description, const ItemPlace&
     SetControlName(m_window, m_id);
 }
 
-/// A control outlives its item only when the dialog could not be made.
+/// A control outlives its item only if the dialog could not be created.
 DialogItem::~DialogItem() {
     if (m_window != nullptr)
         EndListening();
 }
 
-/// Not by SetWindowSubclass, which looks a property of the window up for every message: a list gets many.
+/// Not SetWindowSubclass, which looks up a window property for every message: a list gets many.
 void DialogItem::BeginListening() {
     SetWindowLongPtrW(m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     m_procedure = reinterpret_cast<WNDPROC>(
@@ -130,7 +130,7 @@ HRESULT STDMETHODCALLTYPE DialogItem::put_Text(Qorv::PCStr i_text) noexcept {
 
 HRESULT STDMETHODCALLTYPE DialogItem::put_IsEnabled(VARIANT_BOOL i_is_enabled) noexcept {
     return WithControl([&] {
-        // The keyboard must not stay at a control that no longer listens.
+        // The focus must not stay on a disabled control.
         if (i_is_enabled == VARIANT_FALSE && GetFocus() == m_window)
             SendMessageW(GetParent(m_window), WM_NEXTDLGCTL, FALSE, FALSE);
         EnableWindow(m_window, i_is_enabled != VARIANT_FALSE);
@@ -148,7 +148,7 @@ HRESULT STDMETHODCALLTYPE DialogItem::get_HasFocus(VARIANT_BOOL* o_has_focus) no
     return WithControl([&] { *o_has_focus = GetFocus() == m_window ? VARIANT_TRUE : VARIANT_FALSE; });
 }
 
-/// By the dialog, which also moves the mark of the default button.
+/// Through the dialog, which also moves the default button's mark.
 HRESULT STDMETHODCALLTYPE DialogItem::SetFocus() noexcept {
     return WithControl(
         [&] { SendMessageW(GetParent(m_window), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(m_window), TRUE); });

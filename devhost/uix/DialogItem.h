@@ -10,22 +10,22 @@ namespace DevHost {
 
 class DialogItem;
 
-/// Whom the items of a dialog tell what the user does.
+/// Receives what the user does to the items of a dialog.
 class ItemEvents {
 public:
-    /// The dialog's sink hears of it when the current message is over, in the order in which it happened: it may then
-    /// destroy what it likes. An event that is waiting already is not told twice.
+    /// The dialog's sink gets events in order, after the current message, when it may destroy anything. An event that
+    /// is already waiting is not added again.
     virtual void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) = 0;
-    /// Forgets the item's events that the sink has not heard of yet.
+    /// Forgets the item's events that the sink has not received yet.
     virtual void Forget(const DialogItem& i_item) = 0;
-    /// The keyboard has come to a control, which is the item's or in it.
+    /// A control of the item, or inside it, has received the focus.
     virtual void OnFocus(HWND i_control) = 0;
 
 protected:
     ~ItemEvents() = default;
 };
 
-/// Where an item's control goes, and what it needs there.
+/// Where an item's control goes, and what it needs.
 struct ItemPlace {
     HWND parent = nullptr;
     RECT rect{}; ///< Pixels of the parent's client area.
@@ -35,13 +35,13 @@ struct ItemPlace {
     HostImages* images = nullptr; ///< For pictures.
 };
 
-/// One item of a dialog: a control of the system, whose window goes with its parent's. The object may live longer; its
-/// methods answer E_UNEXPECTED then. Main thread only.
+/// One item of a dialog: a system control, whose window is destroyed with its parent's. The object may live longer; its
+/// methods then return E_UNEXPECTED. Main thread only.
 ///
-/// A kind of item is a co-class of this class and the kind's interface.
+/// Each kind of item is a co-class of this class and the kind's interface.
 class DialogItem : public Qorv::IUIX_Item {
 public:
-    /// Makes an item of the kind that the layout says. Throws a `Failure` with E_INVALIDARG for an unknown kind or
+    /// Creates an item of the kind given in the layout. Throws a `Failure` with E_INVALIDARG for an unknown kind or
     /// image.
     static Qorv::ComPtr<DialogItem> Create(const LayoutItem& i_description, const ItemPlace& i_place);
 
@@ -49,14 +49,14 @@ public:
     DialogItem& operator=(const DialogItem&) = delete;
 
     const std::wstring& ItemId() const noexcept { return m_id; }
-    /// Null when it is gone.
+    /// Null once it is destroyed.
     HWND Window() const noexcept { return m_window; }
 
     /// The control's notification by WM_COMMAND.
     virtual void OnCommand(WORD /*i_notification*/) {}
-    /// The control's notification by WM_NOTIFY, and the answer to it.
+    /// The control's notification by WM_NOTIFY; returns the answer.
     virtual LRESULT OnNotify(NMHDR& /*io_notification*/) { return 0; }
-    /// Paints a control that leaves its painting to its owner.
+    /// Paints an owner-drawn control.
     virtual void Draw(const DRAWITEMSTRUCT& /*i_request*/) const {}
 
     HRESULT STDMETHODCALLTYPE get_Text(BSTR* o_text) noexcept override;
@@ -77,20 +77,20 @@ protected:
     DialogItem() = default;
     ~DialogItem();
 
-    /// Makes the control. Not in the constructor: its messages keep the object alive, and there is nobody who does so
-    /// yet. Throws a `Failure`.
+    /// Creates the control. Not in the constructor: its messages add references, and nobody holds one yet. Throws a
+    /// `Failure`.
     virtual void Make(const LayoutItem& i_description, const ItemPlace& i_place) = 0;
 
     /// Throws a `Failure`.
     void CreateControl(const LayoutItem& i_description, const ItemPlace& i_place, const ControlStyle& i_style);
 
-    /// A message of the control itself. What is not the item's business goes to this one.
+    /// Handles a message of the control itself. Overrides pass on what they don't handle.
     virtual LRESULT OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam);
 
-    /// The control is gone: what it was using is to be let go.
+    /// The control is destroyed: release what it was using.
     virtual void OnGone() {}
 
-    /// Reports an event; nothing while `ChangeControl` runs.
+    /// Reports an event; does nothing while `ChangeControl` runs.
     void Post(Qorv::UIX_ItemEventKind i_kind, LONG i_detail = 0);
     void ForgetEvents();
     void TellFocus(HWND i_control) const;
@@ -101,7 +101,7 @@ protected:
         return m_window != nullptr ? Answer(std::forward<Body>(i_body)) : E_UNEXPECTED;
     }
 
-    /// Runs the body of a method by which the plug-in changes what the user would otherwise: that isn't an event.
+    /// Runs the body of a method with which the plug-in changes what the user could: that isn't an event.
     template <typename Body>
     HRESULT ChangeControl(Body&& i_body) noexcept {
         const bool was_own_change = std::exchange(m_is_own_change, true);
@@ -124,7 +124,7 @@ private:
 
     std::wstring m_id;
     HWND m_window = nullptr;
-    WNDPROC m_procedure = nullptr; ///< The control's own.
+    WNDPROC m_procedure = nullptr; ///< The control's original one.
     ItemEvents* m_events = nullptr;
     bool m_is_own_change = false;
 };

@@ -6,7 +6,7 @@
 namespace DevHost {
 namespace {
 
-/// What the system makes an empty dialog of: no menu, its own class, no title, no items.
+/// The template of an empty dialog: no menu, the system's class, no title, no items.
 struct EmptyTemplate {
     DLGTEMPLATE header{};
     WORD menu = 0;
@@ -20,14 +20,14 @@ SIZE WindowSize(SIZE i_client_size, DWORD i_style, DWORD i_extended_style) {
     return {rect.right - rect.left, rect.bottom - rect.top};
 }
 
-/// The window that has a caption: an owner may be given as any of its children.
+/// The top-level window: callers may pass any of its children as the owner.
 HWND TopLevel(HWND i_window) {
     return i_window != nullptr ? GetAncestor(i_window, GA_ROOT) : nullptr;
 }
 
 } // namespace
 
-/// Keeps the owner from being used; it comes back before the dialog goes, so that it is activated then and not another
+/// Disables the owner. Enables it again before the dialog is destroyed, so that the system activates it and not another
 /// program's window.
 class DialogWindow::DisabledOwner {
 public:
@@ -41,7 +41,7 @@ public:
     DisabledOwner& operator=(const DisabledOwner&) = delete;
 
 private:
-    HWND m_owner; ///< Null when there is none, or when it was disabled already: then it is not ours to enable.
+    HWND m_owner; ///< Null if there is none, or if it was already disabled: then we must not enable it.
 };
 
 DialogWindow::DialogWindow(HWND i_owner, DWORD i_style, DWORD i_extended_style, const std::wstring& i_title,
@@ -64,7 +64,7 @@ DialogWindow::DialogWindow(HWND i_owner, DWORD i_style, DWORD i_extended_style, 
 DialogWindow::~DialogWindow() {
     if (m_window == nullptr)
         return;
-    SetWindowLongPtrW(m_window, DWLP_USER, 0); // The object is half gone: it must hear nothing any more.
+    SetWindowLongPtrW(m_window, DWLP_USER, 0); // The object is half destroyed: it must get no more messages.
     DestroyWindow(m_window);
 }
 
@@ -118,7 +118,7 @@ void DialogWindow::PumpUntilEnded(LoopMonitors& io_monitors) {
 void DialogWindow::EndModal(LONG i_result) noexcept {
     m_result = i_result;
     m_is_ended = true;
-    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); // Wakes the loop, should it wait already.
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); // Wakes the loop if it is already waiting.
 }
 
 std::optional<LRESULT> DialogWindow::OnMessage(UINT /*i_message*/, WPARAM /*i_wparam*/, LPARAM /*i_lparam*/) {
@@ -129,13 +129,13 @@ INT_PTR CALLBACK DialogWindow::DialogProcedure(HWND i_window, UINT i_message, WP
     if (i_message == WM_INITDIALOG) {
         reinterpret_cast<DialogWindow*>(i_lparam)->m_window = i_window;
         SetWindowLongPtrW(i_window, DWLP_USER, i_lparam);
-        return FALSE; // The focus is set when the controls are there.
+        return FALSE; // The focus is set once the controls exist.
     }
     auto* const dialog = reinterpret_cast<DialogWindow*>(GetWindowLongPtrW(i_window, DWLP_USER));
     return dialog != nullptr ? dialog->Process(i_message, i_wparam, i_lparam) : FALSE;
 }
 
-/// Nothing here touches the object after it has told its heirs: they may have let go of it.
+/// Don't touch the object after calling an override, which may have released it.
 INT_PTR DialogWindow::Process(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
     switch (i_message) {
     case WM_COMMAND:

@@ -4,7 +4,7 @@ namespace DevHost {
 
 void Edit::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     CreateControl(i_description, i_place, {L"EDIT", WS_TABSTOP | ES_LEFT | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE});
-    Send(EM_SETLIMITTEXT); // As much as the control can hold: many names may stand in it.
+    Send(EM_SETLIMITTEXT); // As much as the control can hold: it may contain many names.
 }
 
 void Edit::OnCommand(WORD i_notification) {

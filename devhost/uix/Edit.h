@@ -4,7 +4,7 @@
 
 namespace DevHost {
 
-/// An edit box of one line.
+/// A single-line edit box.
 class Edit final : public Qorv::CoClass<Edit, DialogItem, Qorv::IUIX_Edit> {
 public:
     void OnCommand(WORD i_notification) override;

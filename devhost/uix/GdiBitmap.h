@@ -7,10 +7,10 @@ namespace DevHost {
 
 using BitmapHandle = std::unique_ptr<HBITMAP__, DeleteGdiObject>;
 
-/// A picture as the system's own object, for image lists and menus. Throws a `Failure`.
+/// A picture as a GDI bitmap, for image lists and menus. Throws a `Failure`.
 BitmapHandle MakeGdiBitmap(const Bitmap& i_bitmap);
 
-/// Draws a picture, as opaque as it is itself, or fainter: 255 for as it is.
+/// Draws a picture; 255 keeps its opacity, less makes it fainter.
 void DrawBitmap(HDC i_device, const Bitmap& i_bitmap, POINT i_place, BYTE i_opacity = 255);
 
 } // namespace DevHost

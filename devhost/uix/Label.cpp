@@ -5,7 +5,7 @@
 namespace DevHost {
 namespace {
 
-/// Of the layout's flags those that say how the text looks; the others would change what the call itself does.
+/// Only those of the layout's flags that say how the text looks; the others would change what the call does.
 UINT LookOf(DWORD i_flags) {
     constexpr UINT looks = DT_CENTER | DT_RIGHT | DT_VCENTER | DT_BOTTOM | DT_WORDBREAK | DT_SINGLELINE |
                            DT_EXTERNALLEADING | DT_NOPREFIX | DT_PATH_ELLIPSIS | DT_END_ELLIPSIS;

@@ -4,7 +4,7 @@
 
 namespace DevHost {
 
-/// A text, drawn as the layout's flags say. One line that has no room ends in an ellipsis.
+/// A text, drawn as the layout's flags say. A single line that doesn't fit ends in an ellipsis.
 class Label final : public Qorv::CoClass<Label, DialogItem> {
 public:
     void Draw(const DRAWITEMSTRUCT& i_request) const override;

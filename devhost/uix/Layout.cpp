@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::wstring_view localized_prefix = L"$$$.";
 
-// Far beyond every screen: what is larger is a mistake, and would overflow when scaled.
+// Far beyond any screen: larger values are mistakes, and would overflow when scaled.
 constexpr long max_length = 16384;
 constexpr double max_font_points = 200;
 constexpr wchar_t default_font[] = L"Tahoma";
@@ -31,7 +31,7 @@ public:
         return id;
     }
 
-    /// 0 when it is not written.
+    /// 0 if it is missing.
     int Length(const wchar_t* i_name) const {
         const std::wstring text = Text(i_name);
         wchar_t* end = nullptr;

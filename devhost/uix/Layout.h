@@ -21,13 +21,13 @@ struct LayoutItem {
     std::wstring image;
 };
 
-/// How a dialog looks, as its XML description says. Lengths are in layout units.
+/// A dialog's layout, read from its XML description. Lengths are in layout units.
 struct Layout {
     /// Reads one dialog of a document with root element "dialogs". Throws a `Failure` with E_INVALIDARG for a document
-    /// that cannot be read, says impossible things, or has no such dialog.
+    /// that cannot be read, contains impossible values, or has no such dialog.
     static Layout Read(const void* i_data, std::size_t i_size, const std::wstring& i_id);
 
-    /// Replaces texts that are ids of localized strings ("$$$." and the id). An unknown id stays, to be seen.
+    /// Replaces texts that are ids of localized strings ("$$$." and the id). An unknown id stays visible.
     void Localize(const Localization& i_texts);
 
     std::wstring title;

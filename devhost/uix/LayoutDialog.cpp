@@ -12,8 +12,8 @@ namespace {
 
 using Qorv::ComPtr;
 
-constexpr WORD first_control_id = 100;               // Beyond IDOK, IDCANCEL and the system's other ones.
-constexpr UINT item_event_message = WM_USER + 0x100; // Beyond the system's own to dialogs.
+constexpr WORD first_control_id = 100;               // Above IDOK, IDCANCEL and the system's other ids.
+constexpr UINT item_event_message = WM_USER + 0x100; // Above the system's own dialog messages.
 constexpr UINT last_message_for_sink = 0xBFFF;       // From WM_APP on.
 constexpr int item_gap = 6;                          // Layout units.
 
@@ -21,7 +21,7 @@ SIZE ContentSize(const Layout& i_layout, const Scale& i_scale) {
     return {i_scale.Pixels(i_layout.width), i_scale.Pixels(i_layout.height)};
 }
 
-/// A dialog without items belongs to its sink alone, which follows its size: the user may change it.
+/// The sink alone fills a dialog without items and follows its size, so the user may resize it.
 DWORD StyleOf(const Layout& i_layout, DWORD i_style) {
     constexpr DWORD usual_style = WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_CAPTION | WS_SYSMENU;
     if (i_style != 0)
@@ -54,7 +54,7 @@ LayoutDialog::~LayoutDialog() {
     DialogWindow::Destroy();
 }
 
-/// A vertical scroll bar takes some of the width that the items need: the window gets so much wider.
+/// A vertical scroll bar takes some of the width that the items need, so the window gets that much wider.
 void LayoutDialog::MakeScrollable(HWND i_owner) {
     m_scroller.SetContent(m_content);
     RECT client;
@@ -108,9 +108,9 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::DoModal(ULONG i_mode, LONG* io_result) n
         return E_POINTER;
     if (i_mode != Qorv::UIX_ObjModal_AppModal)
         return E_INVALIDARG;
-    const ComPtr<LayoutDialog> self(this); // An event may let go of the last reference.
+    const ComPtr<LayoutDialog> self(this); // An event handler may release the last reference.
     const HRESULT result = Answer([&] { return RunModal(*m_monitors, *io_result); });
-    m_events.clear(); // What has happened since the end is nobody's any more.
+    m_events.clear(); // Events after the end are dropped.
     return result;
 }
 
@@ -181,8 +181,8 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr i_item_id, Qor
     });
 }
 
-/// Makes an item so much narrower that something of the given size has room beside it, and answers with the place: at
-/// the item's right end, in the middle of its height.
+/// Makes an item narrower so that something of the given size fits beside it, and returns the place: at the item's
+/// right end, vertically centred.
 RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
     RECT place;
     GetWindowRect(i_item.Window(), &place);
@@ -195,9 +195,9 @@ RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
     return end;
 }
 
-/// The first item takes the keyboard, unless the sink has chosen another one.
+/// The first item gets the focus, unless the sink has chosen another.
 HRESULT LayoutDialog::OnInit() {
-    if (m_is_foreground) // Before an item takes the focus: the title bar is told only when that is the first change.
+    if (m_is_foreground) // Before an item takes the focus: the title bar is only notified if this is the first change.
         SetForegroundWindow(Window());
     const HRESULT result = m_sink != nullptr ? m_sink->OnInit() : E_UNEXPECTED;
     if (FAILED(result) || Window() == nullptr)
@@ -220,7 +220,7 @@ void LayoutDialog::Forget(const DialogItem& i_item) {
     std::erase_if(m_events, [&](const ItemEvent& i_event) { return i_event.item == &i_item; });
 }
 
-/// What the mouse has clicked can be seen, and must not move away from under it. Items of a hidden window cannot be
+/// What the mouse has clicked is visible, and must not move away from under it. Items of a hidden window cannot be
 /// scrolled.
 void LayoutDialog::OnFocus(HWND i_control) {
     if (GetKeyState(VK_LBUTTON) >= 0 && IsWindowVisible(Window()))

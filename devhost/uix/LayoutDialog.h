@@ -15,7 +15,7 @@ namespace DevHost {
 
 /// A plug-in's dialog, built from its layout. Main thread only.
 ///
-/// It and its sink refer to each other until `Destroy`; one that nobody refers to destroys itself.
+/// It and its sink refer to each other until `Destroy`; an unreferenced one destroys itself.
 class LayoutDialog final : public Qorv::CoClass<LayoutDialog, Qorv::IUIX_Obj>,
                            private DialogWindow,
                            private ItemEvents {
@@ -30,7 +30,7 @@ public:
                  HostImages& io_images);
     ~LayoutDialog();
 
-    /// Tells the sink of the dialog, which is to call it from now on.
+    /// Attaches the sink to the dialog.
     HRESULT Attach(Qorv::IUIX_ObjSink* i_sink);
 
     HRESULT STDMETHODCALLTYPE DoModal(ULONG i_mode, LONG* io_result) noexcept override;
@@ -72,14 +72,14 @@ private:
     std::optional<LRESULT> OnMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) override;
 
     Scale m_scale;
-    SIZE m_content; ///< Pixels that the layout takes.
+    SIZE m_content; ///< The layout's size in pixels.
     bool m_is_foreground;
     Font m_font;
     Scroller m_scroller;
-    std::vector<Qorv::ComPtr<DialogItem>> m_items; ///< Their control ids follow from their order.
-    std::deque<ItemEvent> m_events;                ///< That the sink is to hear of.
+    std::vector<Qorv::ComPtr<DialogItem>> m_items; ///< Their control ids follow their order.
+    std::deque<ItemEvent> m_events;                ///< Still to be reported to the sink.
     std::shared_ptr<LoopMonitors> m_monitors;
-    Qorv::ComPtr<Qorv::IUIX_ObjSink> m_sink; ///< Null before `Attach` and when the window is gone.
+    Qorv::ComPtr<Qorv::IUIX_ObjSink> m_sink; ///< Null before `Attach` and once the window is destroyed.
 };
 
 } // namespace DevHost

@@ -11,9 +11,9 @@ constexpr DWORD multi_select_style = 0x400; // Of a layout.
 
 // Layout units.
 constexpr int empty_text_margin = 24;
-constexpr int cell_padding = 16; // What the control leaves free beside a cell's text.
+constexpr int cell_padding = 16; // The control's margin beside a cell's text.
 
-/// Beyond all that the control has.
+/// Above all of the control's own.
 UINT PaintMessage() {
     static const UINT message = RegisterWindowMessageW(L"QorvHostListPaint");
     return message;
@@ -27,7 +27,7 @@ bool ChangesSelection(UINT i_old_state, UINT i_new_state) {
 
 void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     m_images.emplace(Scale::OfScreen());
-    // Editing is always possible for the control, and refused while nobody has asked for it.
+    // The control always allows editing; we refuse it unless it was requested.
     DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_EDITLABELS | LVS_SHAREIMAGELISTS;
     if ((i_description.style & multi_select_style) == 0)
         style |= LVS_SINGLESEL;
@@ -43,7 +43,7 @@ void List::OnGone() {
     m_images.reset();
 }
 
-// What the control asks and tells.
+// The control's requests and notifications.
 
 LRESULT List::OnNotify(NMHDR& io_notification) {
     switch (io_notification.code) {
@@ -75,7 +75,7 @@ LRESULT List::OnNotify(NMHDR& io_notification) {
         return m_row_editor->IsWanted() ? FALSE : TRUE; // True refuses.
     case LVN_ENDLABELEDITW:
         OnEdited(reinterpret_cast<const NMLVDISPINFOW&>(io_notification).item);
-        return FALSE; // The row is the source's to change.
+        return FALSE; // Only the source may change the row.
     default:
         return 0;
     }
@@ -89,7 +89,7 @@ std::wstring List::CellText(int i_row, int i_column) const {
 
 void List::FillCell(LVITEMW& io_cell) {
     if ((io_cell.mask & LVIF_TEXT) != 0) {
-        // Into the control's own buffer: it may ask for another cell while it still shows this one.
+        // Copy into the control's buffer: it may ask for another cell while it still shows this one.
         const std::wstring text = CellText(io_cell.iItem, io_cell.iSubItem);
         lstrcpynW(io_cell.pszText, text.c_str(), io_cell.cchTextMax); // Cut where it is full.
     }
@@ -122,7 +122,7 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
     }
     switch (i_message) {
     case WM_GETDLGCODE: {
-        // Enter is the list's when it has a row to activate, else the default button's.
+        // Enter goes to the list if it has a row to activate, else to the default button.
         const auto* const message = reinterpret_cast<const MSG*>(i_lparam);
         const LRESULT code = DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
         const bool is_enter = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_RETURN;
@@ -156,7 +156,7 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
     return DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
 }
 
-/// To the rows that are shown: the control would ask for the texts of all.
+/// Fits only the visible rows: the control would ask for all texts.
 void List::FitColumn(int i_column) const {
     const auto first_row = static_cast<int>(Send(LVM_GETTOPINDEX));
     const int end_row = std::min(first_row + static_cast<int>(Send(LVM_GETCOUNTPERPAGE)) + 1, int{RowCount()});
@@ -172,7 +172,7 @@ void List::FitColumn(int i_column) const {
 
 void List::AskForMenu(HWND i_for, LPARAM i_place) {
     constexpr LPARAM by_keyboard = -1;
-    if (i_for != Window()) // The head has none.
+    if (i_for != Window()) // The header has none.
         return;
     if (i_place == by_keyboard) {
         POINT place = PlaceForMenu();
@@ -182,7 +182,7 @@ void List::AskForMenu(HWND i_for, LPARAM i_place) {
     Post(Qorv::UIX_ItemEvent_ContextMenu, static_cast<LONG>(i_place));
 }
 
-/// Below the title of the row that the keyboard is at, as far as that can be seen.
+/// Below the title of the focused row, as far as that is visible.
 POINT List::PlaceForMenu() const {
     RECT head;
     GetWindowRect(Header(), &head);
@@ -198,7 +198,7 @@ POINT List::PlaceForMenu() const {
     return {std::clamp(place.x, visible.left, visible.right), std::clamp(place.y, visible.top, visible.bottom)};
 }
 
-/// Over what the control has painted. The background comes first: drawn twice, smooth letters grow fat.
+/// Painted over the control's own drawing. Fill the background first: smooth letters drawn twice look bold.
 void List::PaintEmptyText() const {
     const LONG margin = Scale::OfScreen().Pixels(empty_text_margin);
     RECT head;
@@ -218,7 +218,7 @@ void List::PaintEmptyText() const {
     ReleaseDC(Window(), device);
 }
 
-/// For those who ask the window for its text, such as screen readers.
+/// For programs that ask the window for its text, such as screen readers.
 void List::PutEmptyTextAsText() const {
     SetWindowTextW(Window(), RowCount() == 0 ? m_empty_text.c_str() : L"");
 }
@@ -260,8 +260,8 @@ HRESULT STDMETHODCALLTYPE List::put_SortMark(LONG i_column, VARIANT_BOOL i_is_de
     });
 }
 
-/// Until the current message is over: each row of which the state changes costs a calculation of its place otherwise,
-/// and ten thousand may be selected in a row.
+/// No redrawing until the current message is over: otherwise each change of a row's state computes its place, and ten
+/// thousand rows may be selected at once.
 void List::HoldPainting() {
     if (m_is_painting_held || !PostMessageW(Window(), PaintMessage(), 0, 0))
         return;
@@ -291,7 +291,7 @@ HRESULT STDMETHODCALLTYPE List::get_RowCount(LONG* o_count) noexcept {
     return WithControl([&] { *o_count = RowCount(); });
 }
 
-/// What the user did to the old rows is not told any more: the new ones may be others.
+/// Events about the old rows are dropped: the new rows may be different.
 HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
     if (i_count < 0)
         return E_INVALIDARG;
@@ -301,7 +301,7 @@ HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
         HoldPainting();
         if (const LONG focused = FocusedRow(); focused != -1)
             SetRowState(focused, 0, LVIS_FOCUSED);
-        Send(LVM_SETITEMCOUNT); // Rows that are not there are not selected.
+        Send(LVM_SETITEMCOUNT); // Missing rows are not selected.
         if (Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(i_count), LPARAM{0}) == FALSE)
             return E_OUTOFMEMORY;
         PutEmptyTextAsText();
@@ -387,7 +387,7 @@ HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
     return WithControl([&] {
         if (!HasRow(i_row))
             return E_INVALIDARG;
-        m_row_editor->GiveUp(); // Of another row: that is an event.
+        m_row_editor->GiveUp(); // Ending another row's editing is an event.
         return BeginEdit(i_row);
     });
 }

@@ -8,7 +8,7 @@
 
 namespace DevHost {
 
-/// A list of rows in columns that takes what it shows from a source: the system's list view with owner data.
+/// A list of rows in columns that takes its content from a source: the system's list view with owner data.
 class List final : public Qorv::CoClass<List, DialogItem, Qorv::IUIX_List> {
 public:
     LRESULT OnNotify(NMHDR& io_notification) override;

@@ -13,12 +13,12 @@ using Qorv::ComPtr;
 // Layout units.
 constexpr int side = 16;
 constexpr int cell_width = 21; // A gap before the text.
-constexpr int row_height = 19; // Some air between the rows.
+constexpr int row_height = 19; // Space between the rows.
 
 constexpr int first_capacity = 4;
 constexpr int growth = 4;
 
-/// A picture at the left of a clear cell, in the middle of its height.
+/// A picture at the left of a transparent cell, vertically centred.
 ComPtr<Bitmap> Framed(const Bitmap& i_picture, SIZE i_cell) {
     const auto width = static_cast<ULONG>(i_cell.cx);
     const auto height = static_cast<ULONG>(i_cell.cy);

@@ -10,17 +10,17 @@
 
 namespace DevHost {
 
-/// The images of a list's rows, as the control wants them: in one size, by index. An image is taken in when it is first
-/// asked for.
+/// The images of a list's rows, as the control wants them: in one size, by index. An image is added when first
+/// requested.
 class ListImages {
 public:
     /// Throws a `Failure`.
     explicit ListImages(const Scale& i_scale);
 
-    /// `I_IMAGENONE` for null, and for an image that has no picture. Throws a `Failure`.
+    /// `I_IMAGENONE` for null and for an image without pictures. Throws a `Failure`.
     int IndexOf(Qorv::IUIX_Image* i_image);
 
-    /// Pixels that each takes in a row, with the gap behind it.
+    /// The width of each in a row, in pixels, including the gap after it.
     int Width() const noexcept { return static_cast<int>(m_cell.cx); }
 
     HIMAGELIST Handle() const noexcept { return m_list.get(); }
@@ -37,7 +37,7 @@ private:
     int Add(Qorv::IUIX_Image* i_image);
 
     ULONG m_side;
-    SIZE m_cell; ///< Pixels. Its height is a row's.
+    SIZE m_cell; ///< Pixels. Its height is the row height.
     std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, DestroyList> m_list;
     std::vector<Entry> m_entries; ///< A few.
 };

@@ -6,15 +6,15 @@
 
 namespace DevHost {
 
-/// Those who see the messages of the modal loops before these are dispatched. Main thread only.
+/// The monitors that see the messages of modal loops before they are dispatched. Main thread only.
 class LoopMonitors {
 public:
     void Add(Qorv::IUIX_EventLoopMonitor* i_monitor) { m_monitors.emplace_back(i_monitor); }
 
-    /// False when the monitor was not there.
+    /// False if the monitor had not been added.
     bool Remove(Qorv::IUIX_EventLoopMonitor* i_monitor);
 
-    /// Shows the message to the monitors, the last one first, until one has handled it.
+    /// Shows the message to the monitors, last one first, until one handles it.
     bool Handle(const MSG& i_message);
 
 private:

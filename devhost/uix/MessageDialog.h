@@ -5,8 +5,8 @@
 
 namespace DevHost {
 
-/// A message box with buttons of the caller's choosing: an icon and a wrapped text above a row of buttons, of which the
-/// first is the default. Esc and the close box answer like the last one. Main thread only.
+/// A message box with the caller's buttons: an icon and wrapped text above a row of buttons. The first button is the
+/// default; Esc and the close box answer like the last one. Main thread only.
 class MessageDialog final : private DialogWindow {
 public:
     static constexpr UINT text_flags = DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS;
@@ -15,7 +15,7 @@ public:
     MessageDialog(HWND i_owner, const MessageContent& i_content);
     ~MessageDialog() { Destroy(); }
 
-    /// Shows the box and answers with the index of the button.
+    /// Shows the box and returns the index of the button.
     ULONG Ask(LoopMonitors& io_monitors);
 
 private:

@@ -13,9 +13,9 @@ namespace {
 constexpr int margin = 16;
 constexpr int icon_size = 32;
 constexpr int text_width = 380;
-constexpr int wide_text_width = 640;  // For texts that would be too high otherwise.
+constexpr int wide_text_width = 640;  // For texts that would otherwise be too high.
 constexpr int high_text_height = 240; // Beyond this a text is too high.
-constexpr int max_text_height = 480;  // What is still longer is cut.
+constexpr int max_text_height = 480;  // Longer text is cut off.
 constexpr int min_client_width = 280;
 constexpr int button_height = 26;
 constexpr int min_button_width = 88;
@@ -65,7 +65,7 @@ MessageLayout::MessageLayout(const MessageContent& i_content, const Scale& i_sca
         {text_left + text_size.cx + edge, buttons_width + 2 * button_edge, LONG{i_scale.Pixels(min_client_width)}});
     client.cy = button_area_top + i_scale.Pixels(button_height) + 2 * button_edge;
     icon = {edge, edge, edge + icon_side, edge + icon_side};
-    // One line stands in the middle of the icon.
+    // A single line is centred on the icon.
     const LONG text_top = edge + (content_height - text_size.cy) / 2;
     text = {text_left, text_top, text_left + text_size.cx, text_top + text_size.cy};
     LONG left = client.cx - button_edge - buttons_width;

@@ -7,7 +7,7 @@
 
 namespace DevHost {
 
-/// What a message box shows.
+/// The content of a message box.
 struct MessageContent {
     std::wstring title;
     std::wstring text;

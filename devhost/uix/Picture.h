@@ -4,7 +4,7 @@
 
 namespace DevHost {
 
-/// One of the host's images, in the middle of its place.
+/// One of the host's images, centred in its place.
 class Picture final : public Qorv::CoClass<Picture, DialogItem> {
 public:
     void Draw(const DRAWITEMSTRUCT& i_request) const override;

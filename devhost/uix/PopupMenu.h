@@ -6,7 +6,7 @@
 
 namespace DevHost {
 
-/// Shows a menu at a place of the screen until the user has chosen: the command's id, 0 for none. Throws a `Failure`.
+/// Shows a menu at a screen position and waits. Returns the chosen command's id, 0 for none. Throws a `Failure`.
 LONG ChooseFromMenu(HWND i_owner, POINT i_place, std::span<const Qorv::UIX_Command> i_commands);
 
 } // namespace DevHost

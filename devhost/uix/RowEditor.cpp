@@ -29,7 +29,7 @@ void RowEditor::OnEnd(const wchar_t* i_typed_text, const std::wstring& i_old_tex
         m_text = i_typed_text != nullptr ? i_typed_text : i_old_text;
 }
 
-/// The edit goes before the list, and that before this object.
+/// The edit box is destroyed before the list, and the list before this object.
 LRESULT CALLBACK RowEditor::EditProcedure(HWND i_edit, UINT i_message, WPARAM i_wparam, LPARAM i_lparam,
                                           UINT_PTR i_subclass_id, DWORD_PTR i_editor) {
     if (i_message == WM_KEYDOWN && i_wparam == VK_ESCAPE)

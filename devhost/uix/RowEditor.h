@@ -7,7 +7,7 @@
 
 namespace DevHost {
 
-/// Lets the user type another text for a row of a list view, in place. It lives as long as the control.
+/// Lets the user edit the text of a list view's row in place. It lives as long as the control.
 class RowEditor {
 public:
     explicit RowEditor(HWND i_list) noexcept : m_list(i_list) {}
@@ -16,13 +16,13 @@ public:
     bool Begin(int i_row);
     void GiveUp();
 
-    /// Whether the control may begin what it asks for (LVN_BEGINLABELEDIT): a second click on a row asks too.
+    /// Whether the control may begin editing (LVN_BEGINLABELEDIT): a second click on a row asks too.
     bool IsWanted() const noexcept { return m_is_wanted; }
 
-    /// The control is done (LVN_ENDLABELEDIT). Its text is null when the user gave up, or left it as it was.
+    /// The control is done (LVN_ENDLABELEDIT). The text is null if the user cancelled or left it unchanged.
     void OnEnd(const wchar_t* i_typed_text, const std::wstring& i_old_text);
 
-    /// The last editing's. Nothing when the user gave up.
+    /// The result of the last edit; nothing if the user cancelled.
     const std::optional<std::wstring>& Text() const noexcept { return m_text; }
 
 private:

@@ -20,15 +20,15 @@ public:
 
     explicit Scale(int i_dots_per_inch) noexcept : m_dots_per_inch(i_dots_per_inch) {}
 
-    /// That of the screen, as the system gives it to this process.
+    /// The screen's scale, as the system reports it to this process.
     static Scale OfScreen() noexcept;
 
     int Pixels(int i_units) const noexcept { return MulDiv(i_units, m_dots_per_inch, units_per_inch); }
 
-    /// Each edge by itself, so that what is aligned in units is aligned in pixels.
+    /// Scales each edge separately, so that what is aligned in units is aligned in pixels.
     RECT Pixels(const RECT& i_units) const noexcept;
 
-    /// `i_weight` is one of FW_. Throws a `Failure` when the system has no font left.
+    /// `i_weight` is one of FW_. Throws a `Failure` if the system cannot create the font.
     Font MakeFont(const std::wstring& i_name, double i_points, int i_weight = FW_NORMAL) const;
 
 private:

@@ -34,7 +34,7 @@ void Scroller::Reveal(HWND i_child) noexcept {
     Reveal(m_horizontal, static_cast<int>(rect.left), static_cast<int>(rect.right));
 }
 
-/// Of what is longer than the page its begin is shown.
+/// Shows the start of what is longer than the page.
 void Scroller::Reveal(Axis& io_axis, int i_begin, int i_end) noexcept {
     if (i_begin < 0 || i_end - i_begin > io_axis.page)
         ScrollTo(io_axis, io_axis.offset + i_begin - Line());
@@ -64,7 +64,8 @@ bool Scroller::Handle(UINT i_message, WPARAM i_wparam) noexcept {
     }
 }
 
-/// A bar that comes or goes changes the client area, which comes back here as WM_SIZE: hence the flag, and two rounds.
+/// A bar that appears or disappears changes the client area, which sends WM_SIZE here again: hence the flag, and two
+/// rounds.
 void Scroller::Update() noexcept {
     if (m_is_updating)
         return;

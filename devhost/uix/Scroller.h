@@ -4,22 +4,22 @@
 
 namespace DevHost {
 
-/// Lets a window show content that is larger than its client area: scroll bars come when they are needed, and the child
+/// Lets a window show content that is larger than its client area: scroll bars appear when needed, and the child
 /// windows move along.
 class Scroller {
 public:
     explicit Scroller(HWND i_window) noexcept : m_window(i_window) {}
 
-    /// The content's size in pixels, from now on; it stays where it was scrolled to as far as that is still possible.
+    /// Sets the content's size in pixels; keeps the scroll position as far as possible.
     void SetContent(SIZE i_size) noexcept;
 
     /// Scrolls back to the top left corner.
     void Reset() noexcept;
 
-    /// Scrolls so that a child window can be seen.
+    /// Scrolls a child window into view.
     void Reveal(HWND i_child) noexcept;
 
-    /// To be given the window's messages. True for one that is done with thereby (not for WM_SIZE, which it follows).
+    /// Pass it the window's messages. True if it has handled one (never for WM_SIZE, which it only follows).
     bool Handle(UINT i_message, WPARAM i_wparam) noexcept;
 
     /// How far the content is scrolled.

@@ -17,7 +17,7 @@ ToolTips::ToolTips(HWND i_dialog)
 void ToolTips::SetText(HWND i_control, const std::wstring& i_text) const {
     std::wstring text = i_text;
     TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V2_SIZE; // The control without visual styles takes no larger one.
+    tool.cbSize = TTTOOLINFOW_V2_SIZE; // Without visual styles the control accepts no larger one.
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = GetParent(i_control);
     tool.uId = reinterpret_cast<UINT_PTR>(i_control);

@@ -6,11 +6,11 @@
 
 namespace DevHost {
 
-/// The texts that come up where the mouse rests over the controls of a window. They go with the window.
+/// The tool tips of a window's controls. They are destroyed with the window.
 class ToolTips {
 public:
     ToolTips() = default;
-    /// Of a control in this dialog, or in one of its items. Throws a `Failure`.
+    /// Sets the tip of a control in this dialog, or in one of its items. Throws a `Failure`.
     explicit ToolTips(HWND i_dialog);
 
     /// An empty text for none.

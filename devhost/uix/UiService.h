@@ -23,7 +23,7 @@ public:
                                         Qorv::IUIX_Obj** o_object) noexcept override;
     HRESULT STDMETHODCALLTYPE GetImage(Qorv::PCStr i_name, Qorv::IUIX_Image** o_image) noexcept override;
     HRESULT STDMETHODCALLTYPE AddEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
-    /// E_INVALIDARG for a monitor that was not added.
+    /// E_INVALIDARG for an unknown monitor.
     HRESULT STDMETHODCALLTYPE RemoveEventLoopMonitor(Qorv::IUIX_EventLoopMonitor* i_monitor) noexcept override;
     HRESULT STDMETHODCALLTYPE ShowMsgBox(const Qorv::UIX_MsgBoxParameters* i_parameters,
                                          ULONG* o_answer) noexcept override;
@@ -33,7 +33,7 @@ public:
 private:
     const Localization& m_texts;
     HostImages m_images;
-    std::shared_ptr<LoopMonitors> m_monitors; ///< The dialogs' too, which may outlive the service.
+    std::shared_ptr<LoopMonitors> m_monitors; ///< Shared with the dialogs, which may outlive the service.
 };
 
 } // namespace DevHost

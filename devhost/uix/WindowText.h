@@ -6,13 +6,13 @@
 
 namespace DevHost {
 
-/// The title of a window, or the text of a control, however long.
+/// The title of a window, or the text of a control, of any length.
 std::wstring WindowText(HWND i_window);
 
-/// A caption as a person reads it: "&" only marks a letter, and what stands behind a tab is a key.
+/// A caption as a person reads it: without the "&" that marks a letter, and without the key name after a tab.
 std::wstring ReadableCaption(const std::wstring& i_caption);
 
-/// How large a text is when it is drawn with this font and wrapped to this many pixels; `i_flags` are DT_.
+/// The size of a text drawn with this font and wrapped to this many pixels; `i_flags` are DT_.
 SIZE TextSize(const std::wstring& i_text, HFONT i_font, int i_width, UINT i_flags);
 
 } // namespace DevHost

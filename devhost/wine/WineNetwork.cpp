@@ -40,9 +40,9 @@ void WriteSlot(ULONG_PTR& io_slot, ULONG_PTR i_value) {
     VirtualProtect(&io_slot, sizeof(io_slot), protection, &protection);
 }
 
-/// Lets i_module call i_replacement where it calls the function i_name of i_library, and returns that function. The
-/// import is found by the address that the loader has put into its slot, be it imported by name or by number.
-/// What need not be there is left alone.
+/// Makes i_module call i_replacement instead of the function i_name of i_library, and returns that function. Finds the
+/// import by the address that the loader has put into its slot, whether imported by name or by number.
+/// An import that is not required may be missing.
 template <typename Function>
 Function* ReplaceImport(HMODULE i_module, const wchar_t* i_library, const char* i_name, Function* i_replacement,
                         bool i_is_required = true) {
@@ -88,7 +88,7 @@ INT WSAAPI GetStandInAddrInfo(PCWSTR i_node, PCWSTR i_service, const ADDRINFOW* 
     return GetAddrInfoW(i_node, i_service, i_hints, o_result);
 }
 
-/// Waits until the socket can be read (or written, with i_write), whether or not it is a blocking one.
+/// Waits until the socket can be read (or written, with i_write), blocking or not.
 bool WaitForSocket(SOCKET i_socket, bool i_write) {
     fd_set wanted;
     FD_ZERO(&wanted);
@@ -117,7 +117,7 @@ bool SendAll(SOCKET i_socket, std::string_view i_text) {
     return true;
 }
 
-/// Reads one reply's head and not a byte more: what follows is WinINet's own.
+/// Reads one reply's head and not a byte more: the rest is for WinINet.
 bool ReceiveTunnelReply(SOCKET i_socket) {
     constexpr std::size_t longest_head = 4096;
     std::string head;
@@ -178,7 +178,7 @@ sockaddr_in ResolveServiceAddress(const std::string& i_address) {
     return address;
 }
 
-/// Wine takes the machine's proxy from the variable http_proxy; it must not come between us and the service.
+/// Wine takes the machine's proxy from the variable http_proxy; it must not get between us and the service.
 void BypassProxy() {
     std::wstring hosts;
     for (const std::string_view host : service_hosts)
@@ -284,7 +284,7 @@ int WSAAPI SendForCall(SOCKET i_socket, const char* i_data, int i_size, int i_fl
 
 // ---- Streamed uploads ---------------------------------------------------------------------------------------------
 
-/// The requests that HttpSendRequestExW has begun and that were neither ended nor closed yet.
+/// The requests that HttpSendRequestExW has begun and that have been neither ended nor closed.
 class OpenUploads {
 public:
     void Add(HINTERNET i_request) {
@@ -292,7 +292,7 @@ public:
         m_requests.insert(i_request);
     }
 
-    /// Answers whether it was there.
+    /// Returns whether it was there.
     bool Remove(HINTERNET i_request) {
         const std::scoped_lock lock(m_mutex);
         return m_requests.erase(i_request) == 1;
