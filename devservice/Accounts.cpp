@@ -18,7 +18,7 @@ std::string AccountId(std::string_view i_name) {
            Base64Url({reinterpret_cast<const unsigned char*>(digest.data()), digest.size()}).substr(0, digit_count);
 }
 
-/// "Dana Sample" -> "dana.sample@example.com"; anything but an ASCII letter or digit separates.
+/// "Dana Sample" -> "dana.sample@example.com"; all other characters separate words.
 std::string EmailOf(std::string_view i_name) {
     std::string local;
     for (const char character : ToLower(i_name)) {

@@ -16,7 +16,7 @@
 
 namespace DevService {
 
-/// One account: a person and the folder that plays their storage.
+/// One account: a person and the folder that acts as their storage.
 struct Account {
     /// @param i_root an existing folder
     Account(std::string i_name, std::string i_password, const std::filesystem::path& i_root);

@@ -72,7 +72,7 @@ const Route* FindRoute(std::string_view i_target, Host i_host) {
     return route != routes.end() && route->host == i_host ? &*route : nullptr;
 }
 
-/// The token of the request. @throws BadArguments, AccessRefused
+/// The request's token. @throws BadArguments, AccessRefused
 std::string ReadToken(const HttpExchange& i_exchange) {
     constexpr std::string_view scheme = "Bearer ";
     const auto value = i_exchange.HeaderValue("Authorization");
@@ -88,7 +88,7 @@ std::string ReadToken(const HttpExchange& i_exchange) {
     return std::string(token);
 }
 
-/// Refuses a request whose body is not declared as one of the types that the style takes.
+/// Refuses a request whose body isn't declared as one of the style's types.
 void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
     using Types = std::vector<std::string_view>;
     constexpr std::string_view cors_type = "text/plain; charset=dropbox-cors-hack";
@@ -113,7 +113,7 @@ void CheckContentType(const HttpExchange& i_exchange, Style i_style) {
     throw BadArguments(text + ".");
 }
 
-/// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else isn't JSON.
+/// The JSON in the header. Clients should escape all but ASCII; UTF-8 is taken as well, anything else is refused.
 std::string_view ReadArgumentHeader(const HttpExchange& i_exchange) {
     const auto value = i_exchange.HeaderValue(argument_header);
     if (!value)
@@ -170,7 +170,7 @@ Reply Api::Answer(HttpExchange& io_exchange, Host i_host) {
                            : Reply::Html("<!DOCTYPE html>\n<title>Error (404)</title>\n<h1>Error (404)</h1>\n"
                                          "<p>We can't find the page you're looking for.</p>\n",
                                          404);
-    // The public service sends the same call's reply with a length at one time and in chunks at another.
+    // The public service sends the same call's reply sometimes with a length and sometimes in chunks.
     reply.is_chunked = !reply.file && m_service.json_reply_count++ % 2 == 1;
     const auto time = std::chrono::steady_clock::now() - start;
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();

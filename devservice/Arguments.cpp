@@ -28,7 +28,7 @@ std::string_view TypeName(const rapidjson::Value& i_value) {
     return "value";
 }
 
-/// What the service prints when a path has not the form.
+/// What the service prints if a path doesn't have the form.
 std::string_view Pattern(PathForm i_form) {
     switch (i_form) {
     case PathForm::Read:
@@ -87,7 +87,7 @@ std::string Arguments::Text(std::string_view i_name) {
     const rapidjson::Value& value = RequiredMember(i_name);
     if (!value.IsString())
         RefuseType(i_name, "string", value);
-    if (!IsUtf8(TextOf(value))) // half of a surrogate pair, which the parser lets pass
+    if (!IsUtf8(TextOf(value))) // a lone surrogate, which the parser accepts
         Refuse("could not decode input as JSON");
     return std::string(TextOf(value));
 }

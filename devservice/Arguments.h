@@ -11,7 +11,7 @@
 
 namespace DevService {
 
-/// The form that the service wants a path argument to have.
+/// The form that the service requires of a path argument.
 enum class PathForm {
     Read,      ///< a path, an id or a revision
     List,      ///< a path that may be empty, or an id
@@ -20,17 +20,17 @@ enum class PathForm {
 };
 
 /// The arguments of one call. The service is strict: every getter refuses a value of another type, and `Finish` refuses
-/// fields that nobody asked for. All throw BadArguments.
+/// fields that were never read. All throw BadArguments.
 class Arguments {
 public:
     /// @param i_text JSON in UTF-8
-    /// @param i_where how messages name the place: "request body" or the header
+    /// @param i_where how messages name the source: "request body" or the header
     Arguments(std::string_view i_text, std::string_view i_where);
 
     std::string Text(std::string_view i_name);
     std::optional<std::string> OptionalText(std::string_view i_name);
 
-    /// The text of a path argument, after a check of its form; see ServicePath for what it may hold.
+    /// The text of a path argument, after checking its form; see ServicePath for its content.
     std::string Path(std::string_view i_name, PathForm i_form);
 
     bool Flag(std::string_view i_name, bool i_default);
@@ -43,7 +43,7 @@ public:
     };
     Choice OneOf(std::string_view i_name, std::string_view i_default, std::initializer_list<std::string_view> i_tags);
 
-    /// The member as it stands; null when it is missing or null.
+    /// The member unchanged; null if it is missing or null.
     const rapidjson::Value* Member(std::string_view i_name);
 
     /// The arguments in a nested object.

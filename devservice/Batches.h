@@ -9,13 +9,13 @@
 
 namespace DevService {
 
-/// What became of the entries of a call that does one thing to many items. One that is refused leaves the others alone.
+/// The outcomes of a call that does one thing to many items. A refused entry does not affect the others.
 class BatchResult {
 public:
-    /// Most entries of one call.
+    /// The largest number of entries in one call.
     static constexpr std::size_t max_size = 1000;
 
-    /// Does one entry. @param i_step returns the members of its success as JSON, or throws RouteError
+    /// Executes one entry. @param i_step returns the members of its success as JSON, or throws RouteError
     template <class Step>
     void Add(Step i_step) {
         m_json += m_count++ == 0 ? R"("entries": [)" : ", ";
@@ -28,7 +28,7 @@ public:
 
     std::size_t Count() const { return m_count; }
 
-    /// The member of the reply that holds an entry for each Add.
+    /// The member of the reply that has an entry for each Add.
     std::string Entries() const { return m_count == 0 ? R"("entries": [])" : m_json + "]"; }
 
 private:
@@ -36,14 +36,14 @@ private:
     std::size_t m_count = 0;
 };
 
-/// The batches of one account whose outcome clients have to ask for. They are done when they are launched; only the
-/// answer waits. Thread-safe.
+/// The batches of one account whose outcome clients must poll for. They are executed when launched; only the answer
+/// waits. Thread-safe.
 class AsyncJobs {
 public:
     /// The reply to a call: the outcome of a single entry at once, the id of a job for any other number.
     std::string Launch(const BatchResult& i_result);
 
-    /// The reply to the question for a job: that it is in progress the first time, the outcome from then on.
+    /// The reply to a poll: "in progress" the first time, then the outcome.
     /// @throws RouteError invalid_async_job_id
     std::string Check(const std::string& i_id);
 
@@ -51,7 +51,7 @@ private:
     struct Job {
         std::string id;
         std::string outcome;
-        bool is_told = false; ///< that it is in progress
+        bool is_told = false; ///< whether "in progress" has been answered
     };
 
     std::mutex m_mutex;

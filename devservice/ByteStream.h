@@ -7,8 +7,8 @@
 
 namespace DevService {
 
-/// A connection's bytes, in the clear or through TLS. The methods in small letters are the ones that Asio and Beast ask
-/// of a blocking stream, so one is what their reading and writing functions take.
+/// A connection's bytes, in the clear or through TLS. The lower-case methods are what Asio and Beast require of a
+/// blocking stream, so their reading and writing functions accept one.
 class ByteStream {
 public:
     using ErrorCode = boost::system::error_code;
@@ -49,7 +49,7 @@ private:
     }
 };
 
-/// The bytes of any of Asio's streams, which the caller keeps.
+/// The bytes of any Asio stream, which the caller owns.
 template <class Stream>
 class ByteStreamOf final : public ByteStream {
 public:

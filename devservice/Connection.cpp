@@ -16,7 +16,7 @@ using tcp = asio::ip::tcp;
 
 namespace {
 
-/// Longest head of a request, and the most that is read ahead.
+/// The longest head of a request, and the limit for reading ahead.
 constexpr std::size_t buffer_size = std::size_t{128} << 10;
 
 Reply AnswerClear(HttpExchange& io_exchange, Service& io_service) {
@@ -61,7 +61,7 @@ void Connection::Run() {
         m_socket.set_option(tcp::no_delay(true), ignored);
         ServeClear();
     } catch (const std::exception&) {
-        is_reset = true; // the client broke off or sent no HTTP; there is nobody to tell
+        is_reset = true; // the client disconnected or sent no HTTP; there is nobody to answer
     }
     Close(is_reset);
     m_is_done = true;
@@ -74,7 +74,7 @@ void Connection::ServeClear() {
         if (!exchange.ReadHead())
             return;
         if (exchange.Method() == "CONNECT") {
-            // Whatever headers came with it, tokens among them, are forgotten here.
+            // Its headers, tokens among them, are forgotten here.
             if (const auto host = AnswerConnect(stream, exchange.Target()))
                 ServeHost(*host);
             return;
@@ -91,7 +91,7 @@ void Connection::ServeHost(Host i_host) {
     tls.handshake(asio::ssl::stream_base::server, m_buffer.data(), error); // with what was read ahead
     m_buffer.clear();
     if (error)
-        return; // the client does not trust us, or went
+        return; // the client does not trust us, or has disconnected
     TlsStream stream(tls);
     while (true) {
         HttpExchange exchange(stream, m_buffer);

@@ -15,8 +15,8 @@
 
 namespace DevService {
 
-/// One client's connection, served by a thread of its own: requests in the clear to the control interface, or a
-/// CONNECT to one of the hosts and the requests to that host through TLS.
+/// One client's connection, served by its own thread: plain requests to the control interface, or a CONNECT to one of
+/// the hosts and the requests to that host through TLS.
 class Connection {
 public:
     Connection(boost::asio::ip::tcp::socket i_socket, Service& io_service);
@@ -36,10 +36,10 @@ private:
     void ServeClear();
     void ServeHost(Host i_host);
 
-    /// Answers "CONNECT host:443". @returns the host when it is one of ours
+    /// Answers "CONNECT host:443". @returns the host if it is one of ours
     std::optional<Host> AnswerConnect(ByteStream& io_stream, std::string_view i_target);
 
-    /// Closes the connection; a lost one with a reset, so that the client cannot take it for a proper end.
+    /// Closes the connection; a lost one with a reset, so that the client cannot mistake it for a proper end.
     void Close(bool i_is_reset);
 
     boost::asio::ip::tcp::socket m_socket;

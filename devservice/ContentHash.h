@@ -19,7 +19,7 @@ public:
 
     void Add(std::string_view i_data);
 
-    /// The 32 bytes of the digest; the object then begins anew.
+    /// The 32 bytes of the digest; the object then starts again.
     std::string Finish();
 
 private:

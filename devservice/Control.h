@@ -7,8 +7,8 @@
 
 namespace DevService {
 
-/// The interface for tests: what was requested, what shall go wrong, how listings are cut, which tokens hold. Reached
-/// in the clear on the service's own port; see docs/devservice.md.
+/// The interface for tests: recorded requests, faults, the page size of listings, tokens. Plain HTTP on the service's
+/// own port; see docs/devservice.md.
 class Control {
 public:
     static constexpr std::string_view prefix = "/control/";

@@ -23,8 +23,8 @@ std::optional<std::uint64_t> ReadNumber(std::string_view i_digits) {
     return number;
 }
 
-/// The bytes that a "Range: bytes=first-last" wants, an empty range when the file has none of them. Several ranges and
-/// what cannot be read count as no range, as the standard allows.
+/// The bytes that a "Range: bytes=first-last" wants, an empty range when the file has none of them. Several ranges, or
+/// an invalid one, count as none, as the standard allows.
 std::optional<ByteRange> ReadRange(std::optional<std::string_view> i_header, std::uint64_t i_size) {
     constexpr std::string_view unit = "bytes=";
     if (!i_header || !i_header->starts_with(unit))
@@ -60,7 +60,7 @@ Reply Download(Call& io_call) {
     if (sent.begin >= sent.end && range)
         return Reply::PlainText("", 416);
     FileBody body{std::ifstream(), sent.end - sent.begin};
-    body.stream.rdbuf()->pubsetbuf(nullptr, 0); // it is read in big pieces
+    body.stream.rdbuf()->pubsetbuf(nullptr, 0); // it is read in large pieces
     body.stream.open(place.real, std::ios::binary);
     body.stream.seekg(static_cast<std::streamoff>(sent.begin));
     if (!body.stream)

@@ -10,13 +10,13 @@ namespace DevService {
 /// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates).
 bool IsUtf8(std::string_view i_text);
 
-/// UTF-8 in which each byte of the input is the character U+0000..U+00FF of its value.
+/// UTF-8 with each byte of the input as the character U+0000..U+00FF of that value.
 std::string FromBytes(std::string_view i_bytes);
 
-/// Lower-case form of UTF-8 text, character by character, as the service compares names.
+/// UTF-8 text in lower case, character by character, as the service compares names.
 std::string ToLower(std::string_view i_text);
 
-/// The text in Unicode's composed form (NFC), the only one that the service keeps.
+/// The text in Unicode's composed form (NFC), the only one that the service stores.
 /// @param i_text well-formed UTF-8
 std::string Composed(std::string_view i_text);
 

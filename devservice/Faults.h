@@ -14,14 +14,14 @@
 
 namespace DevService {
 
-/// What goes wrong with one request. The parts combine freely.
+/// What goes wrong with one request. All parts can be combined.
 struct Fault {
     // The reply:
     std::optional<unsigned> status;
     std::string reason;
     std::vector<Header> headers;
     std::optional<std::string> body;
-    bool is_real = false; ///< the call is carried out; what is given above replaces those parts of its reply
+    bool is_real = false; ///< the call is executed; the members above replace those parts of its reply
 
     // Its transfer:
     std::chrono::milliseconds delay{0};       ///< before the reply
@@ -33,31 +33,31 @@ struct Fault {
     // The request:
     std::optional<std::uint64_t> drop_after; ///< bytes of the request's body before the connection is reset
 
-    /// Whether the call is not carried out, because the reply is made up.
+    /// Whether the reply is made up, so that the call is not executed.
     bool IsMade() const { return !is_real && (status || body); }
 
     void ApplyTo(Reply& io_reply) const;
 };
 
-/// The rules by which requests meet with faults; set by tests. Safe to use from several threads.
+/// The rules for faults; set by tests. Thread-safe.
 class Faults {
 public:
-    /// Adds a rule. @throws BadArguments when it cannot be read
+    /// Adds a rule. @throws BadArguments for an invalid one
     void Add(std::string_view i_json);
     void Clear();
 
     /// The fault for a request to `i_target`, counting it against the first rule that applies.
     std::optional<Fault> Match(std::string_view i_target);
 
-    /// Waits; ends at once when the service stops.
+    /// Waits; returns at once when the service stops.
     void Pause(std::chrono::milliseconds i_time);
     void Stop();
 
 private:
     struct Rule {
-        std::string path; ///< a target without its leading slash begins with it
+        std::string path; ///< the beginning of the target, without its leading slash
         std::uint64_t skip = 0;
-        std::uint64_t times = 1; ///< 0: for ever
+        std::uint64_t times = 1; ///< 0: forever
         Fault fault;
     };
 

@@ -62,7 +62,7 @@ Reply GetMetadata(Call& io_call) {
     if (path.empty() || path == "/")
         arguments.Refuse("path", "The root folder is unsupported.");
     arguments.Path("path", PathForm::Read);
-    // include_media_info is historic, and still sent.
+    // include_media_info is obsolete, but clients still send it.
     arguments.Ignore(
         {"include_media_info", "include_deleted", "include_has_explicit_shared_members", "include_property_groups"});
     arguments.Finish();

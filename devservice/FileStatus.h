@@ -6,8 +6,8 @@
 
 namespace DevService {
 
-/// What the file system tells of one name. The only file with calls outside the standard library's file system,
-/// because that knows no file numbers and asks the system again for each single fact.
+/// What the file system says about one name. The only file that goes beyond std::filesystem, which has no file numbers
+/// and asks the system again for every fact.
 struct FileStatus {
     enum class Kind {
         Missing,
@@ -24,12 +24,12 @@ struct FileStatus {
 
     bool Exists() const { return kind != Kind::Missing; }
 
-    /// Opaque revision of a file: another for every new content.
+    /// Opaque revision of a file: different for every new content.
     std::string Revision() const;
 
     bool operator==(const FileStatus&) const = default;
 
-    /// @throws std::filesystem::filesystem_error when the system refuses to tell
+    /// @throws std::filesystem::filesystem_error when the system refuses
     static FileStatus Of(const std::filesystem::path& i_path);
 };
 

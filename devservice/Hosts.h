@@ -12,7 +12,7 @@ inline constexpr std::string_view api_host = DROPBOX_API_HOST;
 inline constexpr std::string_view content_host = DROPBOX_CONTENT_HOST;
 inline constexpr std::string_view web_host = DROPBOX_WEB_HOST;
 
-/// The host of that name, whatever its case; empty for every name that is not ours.
+/// The host with that name, ignoring case; empty for names that are not ours.
 std::optional<Host> FindHost(std::string_view i_name);
 
 /// The name of the host as configured.

@@ -18,10 +18,10 @@ namespace http = boost::beast::http;
 
 namespace {
 
-/// Big pieces: the cost of a transfer is mostly its number of system calls.
+/// Large pieces: a transfer's cost is mostly the number of system calls.
 constexpr std::size_t piece_size = std::size_t{256} << 10;
 
-/// What is cheaper to copy than to send with a system call of its own.
+/// Up to this size, copying is cheaper than a separate system call.
 constexpr std::size_t small_piece_size = std::size_t{16} << 10;
 
 /// Far above any argument of the service, far below what would hurt.
@@ -78,7 +78,7 @@ bool HttpExchange::ReadHead() {
     const std::size_t size = BufferHead();
     if (size == 0)
         return false;
-    // Kept as it came: parsing loses blanks and the order of bytes that tests want to see.
+    // Kept as received: parsing loses spaces and bytes that tests want to see.
     m_record.head.assign(static_cast<const char*>(m_buffer.data().data()), size);
     m_record.line = m_record.head.substr(0, m_record.head.find("\r\n"));
     boost::beast::error_code parse_error;
@@ -164,7 +164,7 @@ void HttpExchange::SkipBody() {
 }
 
 void HttpExchange::DropRequest() {
-    // Some clients repeat a request for ever when the connection goes without a byte of a reply.
+    // Some clients repeat a request forever if the connection closes without a byte of reply.
     Write("HTTP/1.1 500 Request dropped\r\n");
     throw ConnectionLost("dropped as the fault says");
 }
@@ -185,7 +185,7 @@ void HttpExchange::RecordLoss() {
 
 void HttpExchange::Send(Reply i_reply) {
     SkipBody();
-    constexpr unsigned http11 = 11; // older clients know no chunks
+    constexpr unsigned http11 = 11; // older clients don't support chunks
     i_reply.is_chunked &= m_parser.get().version() >= http11;
     if (m_fault)
         m_fault->ApplyTo(i_reply);
@@ -220,7 +220,7 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
     const std::size_t usual_size = io_reply.is_chunked ? small_piece_size : piece_size;
     const std::size_t piece_size = fault.piece_size > 0 ? fault.piece_size : usual_size;
     std::vector<char> buffer;
-    std::string out = std::move(i_head); // what waits to go out together with the next bytes
+    std::string out = std::move(i_head); // sent together with the next bytes
     for (std::uint64_t offset = 0; offset < end;) {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(piece_size, end - offset));
         const std::string_view piece = NextPiece(io_reply, offset, wanted, buffer);

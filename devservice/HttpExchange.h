@@ -19,7 +19,7 @@
 
 namespace DevService {
 
-/// The connection can carry no more requests: the client went, or broke off within a request.
+/// The connection is unusable: the client has disconnected, perhaps in the middle of a request.
 class ConnectionLost : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -31,27 +31,27 @@ public:
     /// @param io_buffer bytes read ahead; lives as long as the connection
     HttpExchange(ByteStream& io_stream, boost::beast::flat_buffer& io_buffer);
 
-    /// Records the request under that host's name, and lets it meet with its fault.
+    /// Records the request under that host's name, and applies its fault.
     void Observe(std::string_view i_host, RequestLog& io_log, Faults& io_faults);
 
-    /// Reads as far as the body. @returns false when the client closed the connection instead
+    /// Reads up to the body. @returns false when the client has closed the connection instead
     /// @throws ConnectionLost for what isn't HTTP
     bool ReadHead();
 
     std::string_view Method() const;
     std::string_view Target() const;
 
-    /// The value of the first header of that name, ignoring case, byte by byte as it came.
+    /// The value of the first header with that name, ignoring case; its bytes as received.
     std::optional<std::string_view> HeaderValue(std::string_view i_name) const;
 
     /// The announced size of the body; empty when it comes in chunks.
     std::optional<std::uint64_t> BodySize() const;
 
     /// Fills the piece as far as there is body. @returns 0 at its end
-    /// @throws ConnectionLost when the client breaks off
+    /// @throws ConnectionLost when the client disconnects
     std::size_t ReadBody(std::span<char> o_piece);
 
-    /// The rest of the body in memory. @throws std::length_error when it is bigger than an argument can be
+    /// The rest of the body in memory. @throws std::length_error when it is larger than any argument can be
     std::string ReadWholeBody();
 
     /// What goes wrong with this request, if anything.
@@ -60,8 +60,8 @@ public:
     /// Reads what is left of the request, records it, and answers.
     void Send(Reply i_reply);
 
-    /// Records a request whose connection was lost before its end. To be called when all that it had begun is undone,
-    /// so that whoever sees the record sees nothing else of it.
+    /// Records a request whose connection was lost before its end. Call it when everything the request had begun is
+    /// undone, so that whoever sees the record sees no other trace.
     void RecordLoss();
 
     /// Whether the connection serves another request after the reply.

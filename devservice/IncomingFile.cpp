@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 IncomingFile::IncomingFile(const fs::path& i_folder) {
     constexpr std::size_t name_bytes = 12;
     m_path = i_folder / (std::string(hidden_prefix) + RandomText(name_bytes));
-    m_stream.rdbuf()->pubsetbuf(nullptr, 0); // what comes is in big pieces already
+    m_stream.rdbuf()->pubsetbuf(nullptr, 0); // the data already comes in large pieces
     m_stream.open(m_path, std::ios::binary);
     if (!m_stream)
         throw RouteError({"path", "no_write_permission"});

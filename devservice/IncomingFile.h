@@ -10,8 +10,8 @@
 
 namespace DevService {
 
-/// A file that is being uploaded, under a hidden name in the file system of its target. Unless it is moved onto the
-/// target it disappears with this object, so a dropped upload leaves nothing behind.
+/// A file being uploaded, under a hidden name in the file system of its target. Unless moved onto the target, it is
+/// removed with this object, so a dropped upload leaves nothing behind.
 class IncomingFile {
 public:
     /// @param i_folder an existing folder
@@ -20,10 +20,10 @@ public:
     IncomingFile(const IncomingFile&) = delete;
     IncomingFile& operator=(const IncomingFile&) = delete;
 
-    /// @throws RouteError path/insufficient_space when the disk takes no more
+    /// @throws RouteError path/insufficient_space when the disk is full
     void Write(std::string_view i_data);
 
-    /// Ends the writing, when it has not ended yet. @returns the content hash of all that was written
+    /// Ends the writing, if it has not ended yet. @returns the content hash of everything written
     const std::string& Close();
 
     /// Moves the closed file onto `i_target`, replacing a file there in one step.

@@ -10,11 +10,11 @@
 
 namespace DevService {
 
-/// What the service knows of items beyond the file system, kept in memory as long as it runs: ids, the times that
-/// clients gave, and content hashes that were computed once. Safe to use from several threads.
+/// What the service knows about items beyond the file system, kept in memory while it runs: ids, the times that clients
+/// gave, and content hashes once computed. Thread-safe.
 class ItemNotes {
 public:
-    /// Facts about one state of a file; they lapse when anybody changes it.
+    /// Facts about one state of a file; they lapse when it changes.
     struct Content {
         std::optional<std::int64_t> client_modified; ///< seconds since 1970, as the client gave it
         std::string hash;                            ///< empty: not known
@@ -26,7 +26,7 @@ public:
     Content ContentOf(const FileStatus& i_status);
     void SetContent(const FileStatus& i_status, Content i_content);
 
-    /// Makes a file the successor of the one that it replaced: it takes over the id.
+    /// Makes a file the successor of the one it replaced: it takes over the id.
     void Replace(const FileStatus& i_old, const FileStatus& i_new);
 
     void Forget(const FileStatus& i_status);
@@ -46,7 +46,7 @@ private:
         std::size_t operator()(const Key& i_key) const { return i_key.number * 1'000'003u + i_key.device; }
     };
 
-    /// The item's note, begun when there is none. The mutex is held.
+    /// The item's note, created if there is none. The mutex is held.
     Note& NoteOf(const FileStatus& i_status);
 
     std::mutex m_mutex;

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// A wrong access to a value is a fault of ours: it must end as one failed call, never as a dead service.
+// A wrong access to a value is our bug: it must fail one call, never end the service.
 #ifndef RAPIDJSON_ASSERT
 #define RAPIDJSON_ASSERT(x)                                                                                            \
     do {                                                                                                               \
@@ -18,7 +18,7 @@
 
 namespace DevService {
 
-/// Writes JSON in ASCII, everything else as \uXXXX: the service's form, and the only one that fits into a header.
+/// Writes JSON in ASCII, everything else as \uXXXX: the service's form, and the only one that fits in a header.
 using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::ASCII<>>;
 
 /// Parses UTF-8 text of any depth; false when it is not JSON.
@@ -31,10 +31,10 @@ void WriteKey(JsonWriter& io_json, std::string_view i_name);
 void WriteText(JsonWriter& io_json, std::string_view i_text);
 void WriteMember(JsonWriter& io_json, std::string_view i_name, std::string_view i_text);
 
-/// An object whose one member ".tag" is `i_tag`: the service's form of a union member without value.
+/// An object whose only member ".tag" is `i_tag`: the service's form of a union member without a value.
 void WriteTag(JsonWriter& io_json, std::string_view i_name, std::string_view i_tag);
 
-/// What was written, as text.
+/// The written text.
 std::string_view TextOf(const rapidjson::StringBuffer& i_buffer);
 
 } // namespace DevService

@@ -15,14 +15,14 @@ struct Listed {
 Listed ReadListed(Arguments& io_arguments) {
     Listed listed;
     listed.path = io_arguments.Path("path", PathForm::List);
-    // Clients that join paths send a doubled leading slash. The other calls refuse it.
+    // Clients that join paths send a double leading slash. The other calls refuse it.
     if (listed.path.starts_with("//"))
         listed.path.erase(0, 1);
     if (listed.path == "/")
         io_arguments.Refuse("path", "Specify the root folder as an empty string rather than as \"/\".");
     listed.is_recursive = io_arguments.Flag("recursive", false);
     listed.limit = static_cast<std::size_t>(io_arguments.OptionalNumber("limit", 1, max_limit).value_or(0));
-    // include_media_info is historic, and still sent.
+    // include_media_info is obsolete, but clients still send it.
     io_arguments.Ignore({"include_media_info", "include_deleted", "include_has_explicit_shared_members",
                          "include_mounted_folders", "include_non_downloadable_files", "include_property_groups"});
     io_arguments.Finish();

@@ -17,7 +17,7 @@ constexpr std::size_t key_bytes = 33;
 constexpr std::size_t key_size = 44; ///< of that many bytes in Base64
 constexpr std::size_t number_size = 8;
 
-/// Older snapshots are dropped when all of them together hold more entries than this (some 150 bytes each).
+/// Older snapshots are dropped when all together have more entries than this (about 150 bytes each).
 constexpr std::size_t max_kept_entries = 1'000'000;
 
 std::optional<std::size_t> ParseNumber(std::string_view i_digits) {
@@ -28,7 +28,7 @@ std::optional<std::size_t> ParseNumber(std::string_view i_digits) {
     return number;
 }
 
-/// What differs between two sorted states: new and changed entries as they are, vanished ones as missing.
+/// The differences between two sorted states: new and changed entries as they are, removed ones as missing.
 std::vector<Storage::Entry> Changes(const std::vector<Storage::Entry>& i_before,
                                     const std::vector<Storage::Entry>& i_now) {
     std::vector<Storage::Entry> changes;
@@ -136,7 +136,7 @@ std::string Listings::Page(const Snapshot& i_snapshot, Position i_position, cons
     for (std::size_t i = i_position.entry; i < end; ++i) {
         const Storage::Entry& entry = told[i];
         ServicePath path = i_snapshot.folder;
-        path.names.push_back(entry.path); // the names below the folder as one: only the text is wanted
+        path.names.push_back(entry.path); // the names below the folder as one: only the text is needed
         ItemMetadata metadata = m_storage.Describe(path, entry.status);
         metadata.name = entry.path.substr(entry.path.rfind('/') + 1);
         if (!entry.status.Exists())

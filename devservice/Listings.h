@@ -18,8 +18,8 @@ struct Paging {
     bool has_empty_pages = false; ///< every second page (the 2nd, the 4th...) is empty with has_more true
 };
 
-/// The listings of one account. A cursor points into a snapshot that was taken when the listing began, so pages cost
-/// no further look at the disk; after the last page the same cursor tells what has changed since. Thread-safe.
+/// The listings of one account. A cursor points into a snapshot taken when the listing began, so pages need no further
+/// look at the disk; after the last page the same cursor reports later changes. Thread-safe.
 class Listings {
 public:
     explicit Listings(Storage& io_storage) : m_storage(io_storage) {}
@@ -28,7 +28,7 @@ public:
     /// @param i_limit entries a page; 0: as the paging says
     std::string First(std::string_view i_path, bool i_is_recursive, std::size_t i_limit, const Paging& i_paging);
 
-    /// A cursor from which on only later changes are told.
+    /// A cursor that reports only later changes.
     std::string LatestCursor(std::string_view i_path, bool i_is_recursive);
 
     /// The next page. @throws BadArguments for what isn't a cursor, RouteError reset for one that was dropped

@@ -20,10 +20,10 @@ struct Options {
         std::filesystem::path root;
     };
 
-    /// What the public service takes in one request: 150 MiB.
+    /// What the public service accepts in one request: 150 MiB.
     static constexpr std::uint64_t default_max_upload = std::uint64_t{150} << 20;
 
-    /// Tells the parser what to fill in. The object has to outlive the parsing.
+    /// Tells the parser what to fill in. The object must outlive the parsing.
     void AddTo(CLI::App& io_program);
 
     std::vector<User> users;

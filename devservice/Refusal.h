@@ -17,7 +17,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// An access token that is missing or does not hold: status 401.
+/// A missing or invalid access token: status 401.
 class AccessRefused : public std::runtime_error {
 public:
     /// @param i_tag the reason, as in "expired_access_token"
@@ -33,7 +33,7 @@ public:
     /// A member beside the innermost tag that holds a JSON value.
     RouteError& With(std::string i_name, std::string i_json);
 
-    /// The form of an upload's refused path: the inner tags stand under "reason", beside an upload session's id.
+    /// The form for an upload's refused path: the inner tags are under "reason", beside an upload session's id.
     RouteError& AsUploadFailure();
 
     const char* what() const noexcept override { return "refused by the route"; }
@@ -43,7 +43,7 @@ public:
 
     std::string Json() const;
 
-    /// The tree of tags alone, as an entry of a batch tells it.
+    /// The tree of tags alone, as in an entry of a batch.
     std::string ErrorJson() const;
 
 private:

@@ -13,7 +13,7 @@ namespace DevService {
 
 using Header = std::pair<std::string, std::string>;
 
-/// A part of an open file that is sent as a reply's body.
+/// A part of an open file, sent as a reply's body.
 struct FileBody {
     std::ifstream stream; ///< Positioned at the first byte to send.
     std::uint64_t size = 0;
@@ -25,7 +25,7 @@ struct Reply {
     std::string reason; ///< Empty: the status's usual phrase, if it has one.
     std::vector<Header> headers;
     std::string body;
-    std::optional<FileBody> file; ///< When set, sent in place of `body`.
+    std::optional<FileBody> file; ///< If set, sent in place of `body`.
     bool is_chunked = false;      ///< Sent in chunks, without a Content-Length.
 
     std::uint64_t BodySize() const { return file ? file->size : body.size(); }

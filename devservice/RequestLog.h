@@ -7,7 +7,7 @@
 
 namespace DevService {
 
-/// One request as it came over the wire, and the status that answered it.
+/// One request as it came over the wire, and the reply's status.
 struct RequestRecord {
     std::string host;
     std::string line; ///< the request line, without its line break
@@ -19,13 +19,13 @@ struct RequestRecord {
     bool is_complete = true; ///< whether the whole announced body came
 };
 
-/// The requests since the last clearing, in the order of their answers. Safe to use from several threads.
+/// The requests since the last clearing, in the order of their answers. Thread-safe.
 class RequestLog {
 public:
     /// Bytes of a body that are kept; the hash covers all of it.
     static constexpr std::size_t max_body_size = std::size_t{1} << 20;
 
-    /// The oldest records go when all together hold more bytes than this.
+    /// The oldest records are dropped when all together have more bytes than this.
     static constexpr std::size_t max_total_size = std::size_t{256} << 20;
 
     void Add(RequestRecord i_record);

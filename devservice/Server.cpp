@@ -40,7 +40,7 @@ void Server::Serve(tcp::socket i_socket) {
     try {
         m_connections.emplace_back(std::move(i_socket), m_service);
     } catch (const std::system_error&) {
-        // No thread is to be had: this client is turned away, the others are served on.
+        // No thread is available: turn this client away, and go on serving the others.
     }
 }
 

@@ -20,7 +20,7 @@ public:
 
     std::uint16_t Port() const;
 
-    /// Where waiting for other events, such as signals, can be added to the accepting.
+    /// For waiting for other events, such as signals, on the accepting thread.
     boost::asio::io_context& Events() { return m_events; }
 
     /// Serves until `Stop`; then ends all connections and their threads.

@@ -11,7 +11,7 @@
 
 namespace DevService {
 
-/// All that the connections share.
+/// What the connections share.
 struct Service {
     Accounts accounts;
     RequestLog requests;

@@ -30,14 +30,14 @@ struct ServicePath {
 /// Whether the service refuses to store an item of that name: other programs' bookkeeping, locks and temporary files.
 bool IsDisallowedName(std::string_view i_name);
 
-/// Whether a file of that name has content to download. Documents that are edited online, which these endings stand for
-/// here, can only be exported.
+/// Whether a file of that name has content to download. Documents edited online, which have these endings here, can
+/// only be exported.
 bool IsDownloadable(std::string_view i_name);
 
-/// Start of the names that the service itself uses in a served folder; such files are never shown.
+/// Prefix of the names that the service itself uses in a served folder; such files are never shown.
 inline constexpr std::string_view hidden_prefix = ".devservice-";
 
-/// "photo.jpg" -> "photo (1).jpg"; a folder's name has no ending.
+/// "photo.jpg" -> "photo (1).jpg"; a folder's name has no extension.
 std::string NumberedName(std::string_view i_name, unsigned i_number, bool i_is_folder);
 
 } // namespace DevService

@@ -43,7 +43,7 @@ std::string UrlOf(std::string_view i_path) {
     return "https://" + std::string(web_host) + std::string(i_path);
 }
 
-/// A cookie for this host alone: one for the whole domain would go along with the calls of the API.
+/// A cookie for this host alone: one for the entire domain would also be sent with API calls.
 Header CookieHeader(std::string_view i_value, std::string_view i_attributes) {
     std::string cookie(cookie_name);
     cookie.append("=").append(i_value).append("; Path=/; Secure; HttpOnly").append(i_attributes);

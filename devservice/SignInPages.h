@@ -19,7 +19,7 @@ public:
     Reply Answer(HttpExchange& io_exchange);
 
 private:
-    /// What an application asks for, as it stands in the address.
+    /// What an application asks for, from the address.
     struct Request {
         std::string query;
         FormFields fields;
@@ -34,10 +34,10 @@ private:
     Reply LogInPage(const Request& i_request, std::string_view i_message, const std::string& i_email) const;
     static Reply ConsentPage(const Request& i_request, const SignInSessions::Session& i_session);
 
-    /// The sentence that tells why the request is refused; empty for a good one.
+    /// The sentence that says why the request is refused; empty for a valid one.
     static std::string Check(const Request& i_request);
 
-    /// Back to the application. @param i_values the fragment without "#"
+    /// Redirects to the application. @param i_values the fragment without "#"
     static Reply RedirectBack(const Request& i_request, std::string i_values);
 
     Account* FindAccount(const std::string& i_email_or_name);

@@ -9,12 +9,12 @@ namespace DevService {
 
 struct Account;
 
-/// Who is signed in, in which browser. Safe to use from several threads.
+/// Who is signed in, in which browser. Thread-safe.
 class SignInSessions {
 public:
     struct Session {
         Account* account;
-        std::string form_key; ///< in every form of the session, so that no other site can submit one
+        std::string form_key; ///< included in every form of the session, so that no other site can submit one
     };
 
     /// @returns the value of the session's cookie

@@ -6,11 +6,11 @@
 
 namespace DevService {
 
-/// The folder in which the service tells other programs how to reach it. Each file appears whole or not at all, and
-/// only its owner may read it, since tokens are in there.
+/// The folder that tells other programs how to reach the service. Each file appears complete or not at all, and only
+/// its owner may read it, since it may be a token.
 class StateFolder {
 public:
-    /// Makes the folder when it is missing. @throws std::filesystem::filesystem_error
+    /// Creates the folder if it is missing. @throws std::filesystem::filesystem_error
     explicit StateFolder(std::filesystem::path i_folder);
 
     const std::filesystem::path& Path() const { return m_folder; }

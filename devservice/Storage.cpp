@@ -153,7 +153,7 @@ std::optional<ServicePath> Storage::Search(Predicate i_is_wanted) const {
 
 void Storage::ScanInto(std::vector<Entry>& io_entries, const fs::path& i_folder, const std::string& i_prefix,
                        bool i_is_recursive) const {
-    // A folder that vanishes or cannot be read while we look is told as empty: others write in it as they like.
+    // A folder that vanishes or becomes unreadable meanwhile is reported as empty: others may change it at any time.
     std::error_code error;
     for (fs::directory_iterator position(i_folder, error), end; !error && position != end; position.increment(error)) {
         std::string name = position->path().filename().string();

@@ -13,16 +13,16 @@
 
 namespace DevService {
 
-/// The folder of this machine that one account shows, for reading. Nothing of it is cached: every call looks at the
-/// real file system. Names are found ignoring case, an exact match first, and shown in the composed form (NFC) however
-/// they are stored. Safe to use from several threads.
+/// The folder of this machine that one account shows, for reading. Nothing is cached: every call looks at the real file
+/// system. Names are found ignoring case, an exact match first, and shown in the composed form (NFC) however they are
+/// stored. Thread-safe.
 class Storage {
 public:
-    /// Where a path leads on this machine.
+    /// The local place that a path leads to.
     struct Place {
-        ServicePath path;           ///< in the shown spelling as far as it exists
+        ServicePath path;           ///< in the stored spelling as far as it exists
         std::filesystem::path real; ///< in the file system
-        FileStatus status;          ///< of the whole path; missing when any part is
+        FileStatus status;          ///< of the full path; missing when any part is
         bool has_file_ancestor = false;
 
         bool IsFile() const { return status.kind == FileStatus::Kind::File; }
@@ -48,16 +48,16 @@ public:
     /// @throws RouteError i_member/malformed_path, i_member/not_found
     Place Require(std::string_view i_argument, std::string_view i_member) const;
 
-    /// The path of a path argument that may name something that does not exist yet.
+    /// The path in a path argument that may name something that doesn't exist yet.
     ServicePath Resolve(std::string_view i_argument, std::string_view i_member) const;
 
-    /// All that a folder holds, in the order of the relative paths' bytes.
+    /// Everything in a folder, in the order of the relative paths' bytes.
     std::vector<Entry> Scan(const std::filesystem::path& i_folder, bool i_is_recursive) const;
 
     /// How much of the content hash an answer needs.
     enum class HashWanted {
-        WhenKnown, ///< listings: hashing every file would take for ever
-        WhenQuick  ///< answers about one file: computed unless the file is big
+        WhenKnown, ///< listings: hashing every file would take forever
+        WhenQuick  ///< answers about one file: computed unless the file is large
     };
 
     ItemMetadata Describe(const ServicePath& i_path, const FileStatus& i_status) const;

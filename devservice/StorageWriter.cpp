@@ -19,7 +19,7 @@ std::string_view KindTag(const Storage::Place& i_place) {
     return i_place.IsFolder() ? "folder" : "file";
 }
 
-/// Turns a refusal of the file system into the one of the service while it lives in `i_member`.
+/// Turns a file system error into the service's refusal in `i_member`.
 template <class Step>
 auto InFileSystem(std::string_view i_member, Step i_step) {
     try {
@@ -60,7 +60,7 @@ ItemMetadata StorageWriter::Relocate(Relocation i_what, std::string_view i_from,
         throw RouteError({"to", "malformed_path"});
     if (to.IsWithin(from.path)) {
         const bool is_same_item = to.names.size() == from.path.names.size();
-        // The service has no renaming that changes only the case: it reports success and changes nothing.
+        // The service cannot rename only the case: it reports success and changes nothing.
         if (is_same_item && i_what == Relocation::Move && to.names != from.path.names)
             return m_storage.Describe(from, Storage::HashWanted::WhenQuick);
         if (!is_same_item && from.IsFolder() && i_what == Relocation::Move)
@@ -98,7 +98,7 @@ ItemMetadata StorageWriter::Store(IncomingFile& io_file, const Commit& i_commit)
     const std::lock_guard lock(m_mutex);
     const ServicePath wanted = m_storage.Resolve(i_commit.path, "path");
     if (!i_commit.is_strict_conflict) {
-        // Nothing is written when the very same bytes are already there.
+        // Nothing is written if the same bytes are already there.
         const Storage::Place present = m_storage.Find(wanted);
         if (present.IsFile() && present.status.size == io_file.Size()) {
             ItemMetadata metadata = m_storage.Describe(present, Storage::HashWanted::WhenQuick);
@@ -171,7 +171,7 @@ void StorageWriter::MakeParents(const Storage::Place& i_place) {
     fs::create_directories(i_place.real.parent_path());
 }
 
-/// Copies under a hidden name first, so that the copy appears whole or not at all.
+/// Copies to a hidden name first, so that the copy appears complete or not at all.
 void StorageWriter::CopyTree(const fs::path& i_from, const fs::path& i_to) {
     constexpr std::size_t name_bytes = 12;
     const fs::path hidden = i_to.parent_path() / (std::string(hidden_prefix) + RandomText(name_bytes));

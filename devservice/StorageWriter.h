@@ -10,8 +10,8 @@
 
 namespace DevService {
 
-/// Changes to the folder that one account shows. Changes of one account happen one after the other, so that a check
-/// and the step after it belong together. All operations throw RouteError.
+/// Changes to the folder that one account shows. Changes to one account are serialised, so that a check and the step
+/// after it are atomic. All operations throw RouteError.
 class StorageWriter {
 public:
     explicit StorageWriter(Storage& io_storage) : m_storage(io_storage) {}
@@ -25,22 +25,22 @@ public:
         bool has_autorename = false;
         bool is_strict_conflict = false;
         std::optional<std::int64_t> client_modified; ///< seconds since 1970
-        std::optional<std::string> content_hash;     ///< what the bytes must have, when the client says so
+        std::optional<std::string> content_hash;     ///< what the bytes must have, if the client says so
     };
 
-    /// Makes the folder and the missing ones above it.
+    /// Creates the folder and missing parents.
     ItemMetadata CreateFolder(std::string_view i_argument, bool i_has_autorename);
 
-    /// Deletes the item with all below it. @returns what it was
+    /// Deletes the item and everything below it. @returns what it was
     ItemMetadata Delete(std::string_view i_argument, const std::optional<std::string>& i_parent_revision);
 
     ItemMetadata Relocate(Relocation i_what, std::string_view i_from, std::string_view i_to, bool i_has_autorename);
 
-    /// The folder in which an upload to that path should collect its bytes: one that exists and from where the file
-    /// can be moved to its place in one step.
+    /// The folder in which an upload to that path should collect its bytes: an existing one, from which the file can be
+    /// moved into place in one step.
     std::filesystem::path FolderForUpload(std::string_view i_argument);
 
-    /// Puts a completely received file in its place.
+    /// Moves a completely received file into place.
     ItemMetadata Store(IncomingFile& io_file, const Commit& i_commit);
 
 private:

@@ -44,7 +44,7 @@ void SetName(X509_NAME* o_name, std::string_view i_common_name) {
                                        static_cast<int>(i_common_name.size()), -1, 0) == 1);
 }
 
-/// A serial number that no earlier run has used: the browsers and systems that know one refuse a second.
+/// A serial number that no earlier run has used: browsers and systems refuse a second certificate with the same one.
 void SetSerial(X509& io_certificate) {
     unsigned char bytes[16];
     Require(RAND_bytes(bytes, sizeof bytes) == 1);
@@ -74,7 +74,7 @@ bool HasFullSignature(const X509& i_certificate) {
 }
 
 /// Wine reads the two numbers of a signature without their leading zeros, and takes one of 31 bytes for a wrong one:
-/// that would be one certificate in 128. Each signature is another one, so it is made until both numbers are long.
+/// that would be one certificate in 128. Each signature is different, so sign again until both numbers are long.
 void Sign(X509& io_certificate, EVP_PKEY& i_key) {
     do
         Require(X509_sign(&io_certificate, &i_key, EVP_sha256()) > 0);
@@ -115,7 +115,8 @@ Certificate NewHostCertificate(EVP_PKEY& i_key, X509& i_authority, EVP_PKEY& i_a
     AddExtension(*certificate, i_authority, NID_key_usage, "critical,digitalSignature");
     AddExtension(*certificate, i_authority, NID_ext_key_usage, "serverAuth");
     AddExtension(*certificate, i_authority, NID_subject_key_identifier, "hash");
-    // All authorities have the same name: the identifier tells a client that still knows an earlier one which it is.
+    // All authorities have the same name: the identifier distinguishes them for a client that still knows an earlier
+    // one.
     AddExtension(*certificate, i_authority, NID_authority_key_identifier, "keyid:always");
     Sign(*certificate, i_authority_key);
     return certificate;
@@ -140,8 +141,8 @@ TlsAuthority::TlsAuthority() : m_context(boost::asio::ssl::context::tls_server) 
     Require(SSL_CTX_use_certificate(context, certificate.get()) == 1);
     Require(SSL_CTX_use_PrivateKey(context, key.get()) == 1);
     Require(SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION) == 1);
-    // Without tickets nothing but replies goes to a client: one that breaks off has read all there is, so its last
-    // bytes arrive here instead of being thrown away with the connection.
+    // Without tickets a client receives only replies: one that disconnects has read everything, so its last bytes
+    // arrive here instead of being lost with the connection.
     SSL_CTX_set_options(context, SSL_OP_NO_TICKET);
     Require(SSL_CTX_set_num_tickets(context, 0) == 1);
     m_pem = PemOf(*authority);

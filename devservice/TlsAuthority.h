@@ -6,14 +6,14 @@
 
 namespace DevService {
 
-/// A certificate authority that exists only while the service runs, and the certificate it gave to the three hosts.
-/// Whoever wants to talk to the service trusts this authority, for that time and for nothing else.
+/// A certificate authority that exists only while the service runs, and its certificate for the three hosts. Clients of
+/// the service trust this authority, for that time and nothing else.
 class TlsAuthority {
 public:
     /// @throws std::runtime_error when the library refuses
     TlsAuthority();
 
-    /// The context for the server's end of connections.
+    /// The TLS context for the server side of connections.
     boost::asio::ssl::context& ServerContext() { return m_context; }
 
     /// The authority's certificate.

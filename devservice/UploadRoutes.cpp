@@ -44,7 +44,7 @@ StorageWriter::Commit ReadCommit(Arguments& io_arguments) {
     return commit;
 }
 
-/// The cursor of a session's call: which session, and how much the client believes is there.
+/// The cursor of a session's call: the session, and how many bytes the client believes are there.
 struct SessionCursor {
     std::string session_id;
     std::uint64_t offset;
@@ -118,7 +118,7 @@ Reply StartSession(Call& io_call) {
     try {
         Receive(io_call, session.File());
     } catch (...) {
-        io_call.account.sessions.Forget(id); // nobody will ever know it
+        io_call.account.sessions.Forget(id); // no client will ever know its id
         throw;
     }
     session.Close(is_closed);

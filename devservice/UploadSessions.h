@@ -13,7 +13,7 @@
 namespace DevService {
 
 /// The uploads of one account that come in several requests. Each lives until it is finished or the service ends; the
-/// bytes of a request that breaks off stay, and the client learns by the offset how many they are. Thread-safe.
+/// bytes of an interrupted request are kept, and the client learns their number from the offset. Thread-safe.
 class UploadSessions {
     struct Session {
         explicit Session(const std::filesystem::path& i_folder) : file(i_folder) {}
@@ -24,7 +24,7 @@ class UploadSessions {
     };
 
 public:
-    /// A session that no other request can use as long as this exists.
+    /// A session locked for one request while this exists.
     class Locked {
     public:
         explicit Locked(std::shared_ptr<Session> i_session)

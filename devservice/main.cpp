@@ -22,7 +22,7 @@ std::filesystem::path NewTemporaryFolder() {
     return std::filesystem::temp_directory_path() / ("devservice-" + RandomText(name_bytes));
 }
 
-/// Writes what a client needs; the address last, because it is what others wait for.
+/// Writes what a client needs; the address last, because others wait for it.
 void Publish(const StateFolder& i_state, Service& io_service, const std::string& i_address) {
     i_state.Remove("address"); // of a run that was killed
     i_state.Write("ca.pem", io_service.authority.Pem());
