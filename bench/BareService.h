@@ -9,12 +9,12 @@
 
 namespace Bench {
 
-/// The plain reference: the service's calls over WinINet with nothing around them. Throws std::runtime_error.
+/// The plain reference: the service's calls over WinINet and nothing else. Throws std::runtime_error.
 class BareService {
 public:
     BareService();
 
-    /// Reads a file of the account to its end and returns its size.
+    /// Reads one of the account's files to its end and returns its size.
     std::uint64_t Download(const std::wstring& i_path, std::vector<char>& io_buffer) const;
 
     /// Sends `i_size` bytes, the buffer over and over.

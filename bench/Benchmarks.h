@@ -10,25 +10,25 @@ namespace Bench {
 /// How thoroughly to measure.
 struct Effort {
     int rounds = 5;
-    bool is_quick = false; ///< Leaves out what takes longest.
+    bool is_quick = false; ///< Skips the slowest measurements.
 };
 
-// Each measures one topic and adds its figures. Throws what does not work.
+// Each measures one topic and adds its figures. Throws if anything fails.
 
 /// A file of 256 MiB down and up: through the module's cache callback, and through the host's files cache as well.
 void MeasureTransfers(Report& io_report, const Effort& i_effort);
 /// Folders of 10 to 100,000 entries.
 void MeasureListings(Report& io_report, const Effort& i_effort);
-/// Peak memory of a listing, in a process of its own.
+/// Peak memory of a listing, in a separate process.
 void MeasureListingMemory(Report& io_report, const Effort& i_effort);
 /// From the arrival of a folder of 10 to 100,000 entries to the list that shows it, in the module's own dialog.
 void MeasureDialog(Report& io_report, const Effort& i_effort);
-/// From loading the module to the end of `Init`, in processes of their own.
+/// From loading the module to the end of `Init`, in separate processes.
 void MeasureLoading(Report& io_report, const Effort& i_effort);
 /// Calls of a traced function, with the log off and on.
 void MeasureTracing(Report& io_report, const Effort& i_effort);
 
-// What runs in a process of its own (see ChildProcess.h): numbers for the one that started it.
+// The jobs of child processes (see ChildProcess.h): they return numbers to the parent.
 
 std::vector<double> ListInChild(const std::wstring& i_folder);
 std::vector<double> LoadInChild();

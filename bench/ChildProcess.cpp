@@ -64,7 +64,7 @@ std::vector<double> RunChild(const std::wstring& i_job, const std::wstring& i_ar
     const Handle process = Start(L"\"" + std::wstring(program.data()) + L"\" " + DevHost::FromUtf8(child_option) +
                                      L" " + i_job + L" \"" + i_argument + L"\"",
                                  pipe.write_end);
-    pipe.write_end.reset(); // Else the pipe would never end.
+    pipe.write_end.reset(); // Otherwise the pipe would never end.
     std::istringstream text(ReadToEnd(pipe.read_end));
     DWORD exit_code = 1;
     WaitForSingleObject(process.get(), INFINITE);

@@ -9,8 +9,8 @@ namespace Bench {
 /// The argument that makes this program a child: "--child JOB [ARGUMENT]".
 inline constexpr std::string_view child_option = "--child";
 
-/// Runs a job in a fresh process of this program and returns the numbers that it printed. Throws std::runtime_error
-/// when it fails.
+/// Runs a job in a fresh process of this program and returns the numbers that it printed. Throws std::runtime_error if
+/// it fails.
 std::vector<double> RunChild(const std::wstring& i_job, const std::wstring& i_argument = {});
 
 /// The child's side: prints the numbers.

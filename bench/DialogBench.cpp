@@ -81,7 +81,7 @@ public:
 private:
     void OnArrival() { m_arrived = Now(); }
 
-    /// What the dialog has posted to itself by now comes before this.
+    /// Comes after what the dialog has already posted to itself.
     void AskForFilled() { PostMessageW(m_window, filled_message, 0, 0); }
 
     void OnFilled() {

@@ -22,7 +22,7 @@ inline std::wstring FolderOf(std::size_t i_entries) {
     return L"/" + std::to_wstring(i_entries);
 }
 
-/// As a person writes the number.
+/// The number as people write it.
 inline std::string SizeText(std::size_t i_entries) {
     return i_entries < 1000 ? std::to_string(i_entries) : std::to_string(i_entries / 1000) + ",000";
 }

@@ -17,7 +17,7 @@ using DevHost::Check;
 constexpr Figure::Aim time_aim{false, 1.25};
 constexpr Figure::Aim memory_aim{false, 400};
 
-/// A folder's name, bound already: listing it then takes the very requests that the bare reference sends.
+/// A folder's name, already bound: listing it then takes exactly the requests that the bare reference sends.
 Qorv::ComPtr<Qorv::IAFS_Name> BoundFolder(const LoadedModule& i_module, std::size_t i_entries) {
     auto name = i_module.NameOf(FolderOf(i_entries));
     Qorv::ComPtr<Qorv::IAFS_FileInfo> information;
@@ -41,7 +41,7 @@ std::size_t CountBare(const BareService& i_bare, const std::string& i_path, std:
     return count;
 }
 
-/// Lists the folder and walks through all names, as a host does.
+/// Lists the folder and goes through all names, as a host does.
 void List(const LoadedModule& i_module, Qorv::IAFS_Name* i_folder, std::size_t i_entries) {
     Qorv::ComPtr<Qorv::IAFS_EnumFolder> children;
     Check(i_module.FileSystem().EnumFolder(i_folder, nullptr, nullptr, &children), L"EnumFolder");
@@ -77,7 +77,7 @@ void MeasureListings(Report& io_report, const Effort& i_effort) {
     for (const std::size_t entries : FolderSizes(i_effort)) {
         const auto folder = BoundFolder(module, entries);
         const std::string path = "/" + std::to_string(entries);
-        RequireEntries(CountBare(bare, path, buffer), entries); // The service's first look at a folder is a slow one.
+        RequireEntries(CountBare(bare, path, buffer), entries); // The service's first look at a folder is slow.
         const int repetitions = Repetitions(entries);
         const auto repeat = [&](const std::function<void()>& i_work) {
             return [=] {
@@ -115,7 +115,7 @@ std::vector<double> ListInChild(const std::wstring& i_folder) {
     const auto entries = static_cast<std::size_t>(std::stoull(i_folder));
     LoadedModule module;
     module.BindAccount();
-    List(module, BoundFolder(module, 10), 10); // The connection and its TLS belong to the idle module.
+    List(module, BoundFolder(module, 10), 10); // The connection and its TLS count as the idle module's.
     const auto folder = BoundFolder(module, entries);
     const auto idle = MemoryOfThis();
     List(module, folder, entries);

@@ -6,7 +6,7 @@
 namespace Bench {
 namespace {
 
-constexpr int rounds_per_round = 3; // One takes no time at all.
+constexpr int rounds_per_round = 3; // A single one is too fast to measure.
 constexpr Figure::Aim load_aim{false, 3};
 
 } // namespace

@@ -12,16 +12,16 @@ namespace Bench {
 class LoadedModule {
 public:
     LoadedModule();
-    /// Takes it through its end; that nothing of it is left is for the tests to say.
+    /// Ends and unloads it; leaks are for the tests to find.
     ~LoadedModule();
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
 
-    /// What it took from loading the module to the end of `Init`, in milliseconds.
+    /// The time from loading the module to the end of `Init`, in milliseconds.
     double LoadTime() const noexcept { return m_load_time; }
-    /// The part of it that the operating system took to load the module's file.
+    /// The part of it spent by the operating system loading the module's file.
     double LibraryTime() const noexcept { return m_library_time; }
-    /// The part of it that the host took to decode the plug-in's icon.
+    /// The part of it spent by the host decoding the plug-in's icon.
     double DecodingTime() const noexcept;
 
     /// Binds the service's account.
@@ -32,7 +32,7 @@ public:
 
     MeasuredHost& Host() const noexcept { return *m_host; }
     Qorv::IAFS_FileSys& FileSystem() const noexcept { return *m_file_system; }
-    /// The callback that the plug-in gave for the file that was opened last.
+    /// The callback that the plug-in passed for the last opened file.
     Qorv::ComPtr<Qorv::IAFS_FileCacheCallbacks> TakeCallback() const noexcept {
         return m_host->FileSystems().Tap()->TakeCallback();
     }

@@ -1,4 +1,4 @@
-// dropbox_bench: measures the module that ships and prints a table. To be run by ./bench.sh, which sets up the service
+// dropbox_bench: measures the module that ships and prints a table. Run it with ./bench.sh, which sets up the service
 // and its folders.
 
 #include "Benchmarks.h"
@@ -37,7 +37,7 @@ struct Options {
     std::vector<std::string> names; ///< None: all.
 };
 
-/// Throws a CLI::ParseError, which may be a call for help.
+/// Throws a CLI::ParseError, also for a request for help.
 Options ParseOptions(CLI::App& io_program, std::vector<std::string> i_arguments) {
     Options options;
     bool is_quick = false;
@@ -48,7 +48,7 @@ Options ParseOptions(CLI::App& io_program, std::vector<std::string> i_arguments)
     io_program.add_flag("--quick", is_quick, "fewer rounds, and fewer bytes");
     io_program.add_option("--json", json, "write the figures to this file too")->type_name("FILE");
     io_program.add_option("NAME", options.names, "topics; by default all of them")->check(CLI::IsMember(known));
-    std::ranges::reverse(i_arguments); // The parser takes them from the end.
+    std::ranges::reverse(i_arguments); // The parser takes them in reverse order.
     io_program.parse(std::move(i_arguments));
     if (is_quick)
         options.effort = {quick_rounds, true};

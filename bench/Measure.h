@@ -11,19 +11,19 @@ namespace Bench {
 inline constexpr double milliseconds = 1e3;
 inline constexpr double microseconds = 1e6;
 
-/// Bytes that are moved at a time.
+/// Bytes moved at a time.
 inline constexpr std::size_t buffer_size = std::size_t{64} * 1024;
 
-/// What a piece of work took.
+/// The cost of a piece of work.
 struct Cost {
     double wall = 0; ///< Seconds.
-    double cpu = 0;  ///< Seconds of this process, user and kernel, all threads; comes in steps of 10 ms.
+    double cpu = 0;  ///< Seconds of this process, user and kernel, all threads; measured in steps of 10 ms.
 };
 
 /// Runs the work once.
 Cost Measure(const std::function<void()>& i_work);
 
-/// Not for an empty list.
+/// The list must not be empty.
 double Median(std::vector<double> i_values);
 
 /// The medians of `i_rounds` runs of each kind of work. The kinds take turns, in one order and then in the other, so
@@ -34,7 +34,7 @@ public:
 
     double Wall(std::size_t i_kind) const;
     double Cpu(std::size_t i_kind) const;
-    /// The median of the rounds' own ratios: what both took in the same round.
+    /// The median of the ratios within each round.
     double WallRatio(std::size_t i_kind, std::size_t i_reference) const;
     double CpuRatio(std::size_t i_kind, std::size_t i_reference) const;
 

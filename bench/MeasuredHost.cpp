@@ -51,7 +51,7 @@ HRESULT STDMETHODCALLTYPE MeasuredHost::GetExtension(Qorv::PCStr i_name, IUnknow
     if (name != L"AFS" && name != L"UIX")
         return m_host->GetExtension(i_name, o_service);
     Qorv::ComPtr<IUnknown> service;
-    // The service's own interface, which a caller may cast its pointer to.
+    // The service's own interface: a caller may cast its pointer to it.
     if (name == L"AFS")
         service = static_cast<Qorv::IAFS_Inst*>(m_file_systems);
     else

@@ -82,7 +82,7 @@ public:
 
     using Notice = std::function<void(bool i_is_done)>;
 
-    /// Is called on the main thread before and after it does what a worker of the plug-in asked for. Empty for nothing.
+    /// Called on the main thread before and after each call for a worker of the plug-in; may be empty.
     void OnWorkersCall(Notice i_notice) { m_notice = std::move(i_notice); }
 
     HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override;

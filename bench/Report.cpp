@@ -21,7 +21,7 @@ std::string Digits(double i_number, int i_decimals) {
     return text;
 }
 
-/// Three digits that count, more only before the point.
+/// Three significant digits; more only before the decimal point.
 std::string Quantity(double i_number) {
     const double size = std::fabs(i_number);
     return Digits(i_number, size >= 100 ? 0 : size >= 10 ? 1 : 2);

@@ -25,15 +25,15 @@ HRESULT Traced() {
 
 using Function = HRESULT (*)();
 
-/// Calls by a pointer that the compiler cannot see through: it would leave out the calls.
+/// Calls through a pointer that the compiler cannot see through, or it would omit the calls.
 void Call(Function i_function, int i_count) {
     Function volatile function = i_function;
     for (int i = 0; i < i_count; ++i)
         function();
 }
 
-/// What a traced call writes, without any tracing: its two lines, one write each, at a place of its own as in a log
-/// that several threads share.
+/// Writes what a traced call writes, without tracing: its two lines, one write each, each at its own position, as in a
+/// log that several threads share.
 class TwoLines {
 public:
     explicit TwoLines(const std::filesystem::path& i_path)

@@ -13,7 +13,7 @@ namespace {
 
 using DevHost::Check;
 
-// The same for all: as large as what the host's files cache moves at a time.
+// Used by all: as large as the pieces of the host's files cache.
 constexpr double mebibyte = 1024.0 * 1024.0;
 constexpr double quick_share = 8;
 constexpr Figure::Aim transfer_aim{true, 0.97};
@@ -30,7 +30,7 @@ void RequireSize(std::uint64_t i_actual, std::uint64_t i_expected) {
                                  std::to_string(i_expected));
 }
 
-/// The module's own part: its callback, which the file's open has made, driven as a cache drives it, but without one.
+/// The module's own part: the callback from opening the file, driven as a cache does, but without a cache.
 void DownloadByCallback(const LoadedModule& i_module, std::uint64_t i_size, std::vector<char>& io_buffer) {
     const auto file = i_module.Open(download_path, read_flags);
     const auto callback = i_module.TakeCallback();
@@ -63,7 +63,7 @@ void UploadByCallback(const LoadedModule& i_module, std::uint64_t i_size, const 
     Check(file->Close(nullptr, nullptr), L"Close");
 }
 
-/// All the way that a document goes: the host's cache writes the bytes to its entry's file and reads them back.
+/// A document's full path: the host's cache writes the bytes to its entry's file and reads them back.
 void DownloadByCache(const LoadedModule& i_module, std::uint64_t i_size, std::vector<char>& io_buffer) {
     const auto file = i_module.Open(download_path, read_flags);
     std::uint64_t total = 0;
@@ -87,7 +87,7 @@ void UploadByCache(const LoadedModule& i_module, std::uint64_t i_size, const std
     Check(file->Close(nullptr, nullptr), L"Close");
 }
 
-/// Adds how fast each of three kinds was, and how it compares with the first one.
+/// Adds the speed of each of three kinds, and how it compares with the first.
 void AddSpeeds(Report& io_report, const std::string& i_name, std::uint64_t i_size, const Contest& i_contest) {
     const double size = static_cast<double>(i_size) / mebibyte;
     const auto add = [&](const char* i_way, std::size_t i_kind, std::optional<Figure::Aim> i_aim) {
@@ -113,7 +113,7 @@ void MeasureTransfers(Report& io_report, const Effort& i_effort) {
         size = static_cast<std::uint64_t>(static_cast<double>(size) / quick_share);
         std::filesystem::resize_file(Tests::Service::LocalPath(download_path), size);
     }
-    bare.Upload(upload_path, 1, buffer); // The first connection of a process costs more than others.
+    bare.Upload(upload_path, 1, buffer); // A process's first connection costs more than later ones.
     const Contest downloads(i_effort.rounds, {
                                                  [&] { RequireSize(bare.Download(download_path, buffer), size); },
                                                  [&] { DownloadByCallback(module, size, buffer); },

@@ -75,7 +75,7 @@ void Remove(HCERTSTORE i_store, const CERT_CONTEXT* i_certificate) {
         throw std::runtime_error("the authority cannot be removed");
 }
 
-/// Throws a CLI::ParseError for arguments that cannot be understood.
+/// Throws a CLI::ParseError for invalid arguments.
 void Run(CLI::App& io_program, const std::vector<std::string>& i_arguments) {
     io_program.allow_windows_style_options(false); // The file may begin with a "/".
     std::string file;

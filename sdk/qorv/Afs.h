@@ -2,9 +2,9 @@
 
 #include "qorv/Base.h"
 
-// The host's abstract file system service ("AFS"): what a file system is to the host, and the host's files cache.
+// The host's abstract file system service ("AFS"): file systems, and the host's files cache.
 //
-// Operations that may reach a server take an error-details object and a cancel flag, both may be null; positions and
+// Operations that may reach a server take an error-details object and a cancel flag; both may be null. Positions and
 // sizes are in bytes, times are file times (100 ns since 1601, UTC).
 
 namespace Qorv {
@@ -32,7 +32,7 @@ enum AFS_Origin : ULONG { AFS_Origin_Begin = 0, AFS_Origin_Current = 1, AFS_Orig
 /// Flags of `IAFS_FileSys::StringToName`.
 enum AFS_String2NameFlags : ULONG { AFS_String2Name_ValidateOnly = 0x2 };
 
-/// Flags of `IAFS_FileSys::NameToString`: without the account part.
+/// Flag of `IAFS_FileSys::NameToString`: without the account part.
 enum AFS_Name2StringFlags : ULONG { AFS_Name2String_PathOnly = 0x2, AFS_Name2String_ForDisplay = 0x8 };
 
 /// Bits of `IAFS_FileInfo::get_Attributes`.
@@ -51,12 +51,12 @@ enum AFS_VerifyURLResult : LONG {
     AFS_VerifyURL_ThisAccount = 2,
 };
 
-/// What a bind is done for. Answers `QueryInterface` for `IAFS_AccountData` when the host binds for a known account.
+/// What a bind is done for. `QueryInterface` gives `IAFS_AccountData` if the host binds for a known account.
 struct IAFS_BindContext : IUnknown {
     static constexpr IID Id = {0x2147f77b, 0x4416, 0x47a8, {0xbb, 0x5f, 0x77, 0x6f, 0x71, 0xe5, 0xa0, 0x82}};
 };
 
-/// A location in a file system. Everything but its file system is asked of the file system.
+/// A location in a file system. It knows only its file system, which answers everything else.
 struct IAFS_Name : IUnknown {
     static constexpr IID Id = {0x60bf19d9, 0x8e48, 0x4680, {0xa3, 0x6c, 0xde, 0x77, 0xe4, 0xbf, 0xbb, 0xa3}};
     virtual HRESULT STDMETHODCALLTYPE get_FileSys(IAFS_FileSys** out_file_system) = 0;
@@ -83,12 +83,12 @@ struct IAFS_EnumFolderItem : IUnknown {
 struct IAFS_EnumFolder : IUnknown {
     static constexpr IID Id = {0xe0b20d57, 0x9bae, 0x487e, {0x8a, 0x91, 0x77, 0xa9, 0x0b, 0x3b, 0x80, 0x05}};
     virtual HRESULT STDMETHODCALLTYPE get_Name(IAFS_Name** out_name) = 0;
-    /// One child a call; S_FALSE and null at the end.
+    /// One child per call; S_FALSE and null at the end.
     virtual HRESULT STDMETHODCALLTYPE Next(IAFS_EnumFolderItem** out_enum_item) = 0;
     virtual HRESULT STDMETHODCALLTYPE Reset(IQorv_ErrorDetails* o_details, IQorv_CancelFlag* i_cancel_flag) = 0;
 };
 
-/// What is known of a file or folder.
+/// What is known about a file or folder.
 struct IAFS_FileInfo : IUnknown {
     static constexpr IID Id = {0xf558f9e9, 0xd82b, 0x4624, {0x89, 0x11, 0xd6, 0xec, 0x6f, 0xbd, 0x5f, 0xb8}};
     virtual HRESULT STDMETHODCALLTYPE get_Title(BSTR* out_title) = 0;
@@ -107,7 +107,7 @@ struct IAFS_File : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_OpenFlags(ULONG* out_flags) = 0;
     /// The two access bits of the open flags.
     virtual HRESULT STDMETHODCALLTYPE get_IoMode(ULONG* out_mode) = 0;
-    /// A further file on the same entry, at the same position.
+    /// Another file on the same entry, at the same position.
     virtual HRESULT STDMETHODCALLTYPE Clone(IAFS_File** out_file) = 0;
     virtual HRESULT STDMETHODCALLTYPE IsCloneOf(IAFS_File* i_file, VARIANT_BOOL* out_is_clone) = 0;
     virtual HRESULT STDMETHODCALLTYPE Read(void* data, ULONG size, ULONG* out_read,
@@ -128,7 +128,8 @@ struct IAFS_File : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_Prop(PCStr i_name, VARIANT* out_value) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Prop(PCStr i_name, const VARIANT& i_value) = 0;
     virtual HRESULT STDMETHODCALLTYPE Exec(PCStr i_command, VARIANT* io_argument) = 0;
-    /// Lets go of the cache entry. The cache uploads a changed entry with its last file and reports a failure here.
+    /// Releases the cache entry. The cache uploads a changed entry when its last file closes, and reports a failure
+    /// here.
     virtual HRESULT STDMETHODCALLTYPE Close(IQorv_ErrorDetails* out_error_details, IQorv_CancelFlag* cancel_flag) = 0;
 };
 
@@ -147,7 +148,7 @@ struct IAFS_FileCacheCallbacks : IUnknown {
                                               IQorv_CancelFlag* cancel_flag) = 0;
     virtual HRESULT STDMETHODCALLTYPE BeginWrite(IQorv_ErrorDetails* out_error_details,
                                                  IQorv_CancelFlag* cancel_flag) = 0;
-    /// The upload counts only when this succeeds.
+    /// The upload counts only if this succeeds.
     virtual HRESULT STDMETHODCALLTYPE EndWrite(IQorv_ErrorDetails* out_error_details,
                                                IQorv_CancelFlag* cancel_flag) = 0;
 };
@@ -163,7 +164,7 @@ struct IAFS_FileCache : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_Size(ULONGLONG* o_size) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetSize(ULONGLONG i_size, IQorv_ErrorDetails* o_details,
                                               IQorv_CancelFlag* i_cancel_flag) = 0;
-    /// Uploads the entry when it was changed. Failed: the bytes are kept, still changed.
+    /// Uploads the entry if it was changed. On failure the bytes are kept, still marked as changed.
     virtual HRESULT STDMETHODCALLTYPE Flush(IQorv_ErrorDetails* o_details, IQorv_CancelFlag* i_cancel_flag) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_TempFileName(BSTR* o_path) = 0;
 };
@@ -171,13 +172,13 @@ struct IAFS_FileCache : IUnknown {
 /// The host's files cache for one file system. The cache asks a file only for its name and open flags, and it does not
 /// keep a reference to it.
 ///
-/// An entry keeps the callback of the file that it was made for. So when it is shared by files of several name objects,
-/// it follows a move or rename of that first file's name object only: changes made after a rename of another one are
+/// An entry keeps the callback of the file that it was created for. So an entry shared by files of several name objects
+/// follows only a move or rename of that first file's name object: changes made after a rename of another one are
 /// uploaded to the old location.
 struct IAFS_FilesCache : IUnknown {
     static constexpr IID Id = {0x4bd4941c, 0x0c7f, 0x419c, {0xa5, 0xdc, 0xda, 0xb6, 0x4c, 0x5c, 0xc9, 0x8a}};
-    /// The entry that open files share for this file's location: S_FALSE and null when there is none. The file counts
-    /// as open on it from then on.
+    /// The entry that open files share for this file's location: S_FALSE and null if there is none. From then on the
+    /// file counts as open on it.
     virtual HRESULT STDMETHODCALLTYPE QueryCache(IAFS_File* i_file, ULONG i_flags, IAFS_FileCache** o_cache) = 0;
     /// A new entry of the given size, downloaded by the callback on first need (an entry opened with create-always, or
     /// whose location holds no file, starts changed). `i_flags` are the open flags. The last reserved arguments are 0.
@@ -185,15 +186,15 @@ struct IAFS_FilesCache : IUnknown {
                                                      ULONG i_flags, ULONGLONG i_size, VARIANT_BOOL i_is_temporary,
                                                      ULONG i_reserved1, ULONG i_reserved2,
                                                      IAFS_FileCache** o_cache) = 0;
-    /// Uploads every changed entry by its own callback; the first failure is returned, the others are tried all the
-    /// same. `i_close` also drops the entries that no file has open.
+    /// Uploads every changed entry through its callback; tries all of them, and returns the first failure. `i_close`
+    /// also drops the entries that no file has open.
     virtual HRESULT STDMETHODCALLTYPE FlushAllCaches(IQorv_ErrorDetails* o_details, IQorv_CancelFlag* i_cancel_flag,
                                                      VARIANT_BOOL i_close) = 0;
-    /// Whether an open file may go on with other flags.
+    /// Whether an open file may continue with other flags.
     virtual HRESULT STDMETHODCALLTYPE CheckForReopenFile(IAFS_File* i_file, ULONG i_new_flags) = 0;
-    /// An open file lets go of its entry; with its last file a changed entry is uploaded, unless the flag is set. Failed,
-    /// or not uploaded: the entry's bytes are kept for the next flush and the message says where; the file is closed all
-    /// the same.
+    /// An open file releases its entry; a changed entry is uploaded with its last file, unless the flag is set. If it
+    /// fails or is not uploaded, the entry's bytes are kept for the next flush and the message says where; the file is
+    /// closed anyway.
     virtual HRESULT STDMETHODCALLTYPE CloseCache(IAFS_File* i_file, IAFS_FileCache* i_cache,
                                                  IQorv_ErrorDetails* o_details, IQorv_CancelFlag* i_cancel_flag) = 0;
 };
@@ -201,7 +202,7 @@ struct IAFS_FilesCache : IUnknown {
 /// Enumerates the names of a collection in order.
 struct IAFS_EnumNames : IUnknown {
     static constexpr IID Id = {0x017e1334, 0xff85, 0x405b, {0x8a, 0x61, 0x17, 0x82, 0x7b, 0xd9, 0x54, 0xf4}};
-    /// S_FALSE when fewer than asked for were left; `o_fetched` may be null when `i_count` is 1.
+    /// S_FALSE if fewer than requested were left; `o_fetched` may be null when `i_count` is 1.
     virtual HRESULT STDMETHODCALLTYPE Next(ULONG i_count, IAFS_Name** o_names, ULONG* o_fetched) = 0;
     virtual HRESULT STDMETHODCALLTYPE Skip(ULONG i_count) = 0;
     virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
@@ -214,7 +215,7 @@ struct IAFS_NamesCollection : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE get_Count(ULONG* o_count) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Item(ULONG i_index, IAFS_Name** o_name) = 0;
     virtual HRESULT STDMETHODCALLTYPE Add(IAFS_Name* i_name) = 0;
-    /// Takes the first entry out that is this very object; E_INVALIDARG when there is none.
+    /// Removes the first entry that is this object; E_INVALIDARG if there is none.
     virtual HRESULT STDMETHODCALLTYPE Remove(IAFS_Name* i_name) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Enum(IAFS_EnumNames** o_enum) = 0;
 };
@@ -230,7 +231,7 @@ struct IAFS_FileSys : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE get_Prop(IAFS_Name* i_name, PCStr i_prop_name, VARIANT* o_prop_value) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Prop(IAFS_Name* i_name, PCStr i_prop_name, const VARIANT& i_prop_value) = 0;
     virtual HRESULT STDMETHODCALLTYPE Exec(IAFS_Name* i_name, PCStr i_command, VARIANT* io_argument) = 0;
-    /// Both binds open a connection and give the root of the account's locations.
+    /// Both binds open a connection and return the root of the account's locations.
     virtual HRESULT STDMETHODCALLTYPE BindToPath(PCStr i_path, IAFS_BindContext* i_context, ULONG i_flags,
                                                  IQorv_ErrorDetails* o_error_details, IQorv_CancelFlag* i_cancel_flag,
                                                  IAFS_Name** o_name) = 0;
@@ -256,7 +257,7 @@ struct IAFS_FileSys : IDispatch {
                                                IQorv_CancelFlag* cancel_flag, IAFS_File** out_file) = 0;
     virtual HRESULT STDMETHODCALLTYPE CreateFolder(IAFS_Name* name, IQorv_ErrorDetails* out_error_details,
                                                    IQorv_CancelFlag* cancel_flag) = 0;
-    /// After a move or a rename `name` stands for the new location.
+    /// After a move or a rename, `name` refers to the new location.
     virtual HRESULT STDMETHODCALLTYPE Move(IAFS_Name* name, IAFS_Name* new_name, IQorv_ErrorDetails* out_error_details,
                                            IQorv_CancelFlag* cancel_flag) = 0;
     virtual HRESULT STDMETHODCALLTYPE Copy(IAFS_Name* name, IAFS_Name* new_name, IQorv_ErrorDetails* out_error_details,
@@ -269,7 +270,7 @@ struct IAFS_FileSys : IDispatch {
                                                   IQorv_CancelFlag* cancel_flag, IAFS_FileInfo** out_info) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetVolumeSpace(IAFS_Name* name, ULONGLONG* out_total, ULONGLONG* out_free) = 0;
     virtual HRESULT STDMETHODCALLTYPE CreateDlgParams(ULONG i_dialog_type, IAUX_CabNode** o_dialog_parameters) = 0;
-    /// `i_initial_folder` may be null: then the parameters' "InitialPathName" is where the dialog starts.
+    /// If `i_initial_folder` is null, the dialog starts in the parameters' "InitialPathName".
     virtual HRESULT STDMETHODCALLTYPE ShowDlg(ULONG i_dialog_type, IAUX_CabNode* io_dialog_parameters,
                                               IAFS_Name* i_initial_folder, HWND i_parent_window,
                                               IAFS_NamesCollection** o_names, LONG* o_user_choise) = 0;
@@ -288,13 +289,12 @@ struct IAFS_FileSys : IDispatch {
     }
 };
 
-/// The service itself.
-/// Main thread, but for the look-up of a cache.
+/// The service itself. Main thread, except for looking up a cache.
 struct IAFS_Inst : IUnknown {
     static constexpr IID Id = {0x296130af, 0xb7de, 0x43ea, {0xa1, 0xa9, 0x3a, 0x12, 0xcb, 0x85, 0xc2, 0xcb}};
     virtual HRESULT STDMETHODCALLTYPE RegisterFileSys(IAFS_FileSys* i_file_system) = 0;
     virtual HRESULT STDMETHODCALLTYPE UnregisterFileSys(IAFS_FileSys* i_file_system) = 0;
-    /// The files cache of a registered file system; always the same one. S_OK and null when the host keeps none. Any
+    /// The files cache of a registered file system; always the same one. S_OK and null if the host has none. Any
     /// thread.
     virtual HRESULT STDMETHODCALLTYPE GetFilesCache(IAFS_FileSys* i_file_system, IAFS_FilesCache** o_cache) = 0;
     /// The host's default parameters of a dialog (`AFS_DlgType`), a dictionary without a template.

@@ -6,7 +6,7 @@
 
 namespace Qorv {
 
-/// A string object that is only read.
+/// A read-only string object.
 struct IAUX_ReadOnlyString : IUnknown {
     static constexpr IID Id = {0x51b088af, 0x12d4, 0x4e54, {0x93, 0xbf, 0x98, 0xb4, 0x93, 0x0e, 0x2a, 0xc3}};
     virtual HRESULT STDMETHODCALLTYPE get_Value(BSTR* o_value) = 0;
@@ -38,12 +38,13 @@ enum AUX_CabType : LONG {
     AUX_CabType_IUnknown = 8,
 };
 
-/// One node of a settings dictionary ("cab"): the dictionary, or a value in it. The host keeps it; a dictionary takes
-/// only the items that its template declares. Values are read and written on the thread that owns the dictionary.
+/// One node of a settings dictionary ("cab"): the dictionary, or a value in it. The host stores it; a dictionary
+/// accepts only the items that its template declares. Values are read and written on the thread that owns the
+/// dictionary.
 struct IAUX_CabNode : IUnknown {
     static constexpr IID Id = {0x8a559bb4, 0x118c, 0x4ca6, {0xa9, 0x9b, 0x25, 0xf3, 0xa7, 0x98, 0xb8, 0xda}};
     /// Gives a dictionary its template (a `CabTemplate` document in UTF-8) by the id of the document's root; adds the
-    /// items that are missing, empty. E_INVALIDARG for a document or an id that does not serve.
+    /// items that are missing, empty. E_INVALIDARG for an unusable document or id.
     virtual HRESULT STDMETHODCALLTYPE SetTemplate2(const void* i_data, LONG i_size, PCStr i_root_id) = 0;
     /// An item of a dictionary: E_INVALIDARG for one that the template does not declare.
     virtual HRESULT STDMETHODCALLTYPE get_Item(PCStr i_id, IAUX_CabNode** o_item) = 0;
@@ -52,7 +53,7 @@ struct IAUX_CabNode : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_v(VARIANT* o_value) = 0;
     /// E_INVALIDARG for a value of a type that the template does not allow.
     virtual HRESULT STDMETHODCALLTYPE put_v(const VARIANT& i_value) = 0;
-    /// The value as text; an empty value is the empty text. E_INVALIDARG for a value that is none.
+    /// The value as text; an empty value is the empty text. E_INVALIDARG for a value of another type.
     virtual HRESULT STDMETHODCALLTYPE get_String(BSTR* o_value) = 0;
 };
 
@@ -63,7 +64,7 @@ struct IAUX_Inst : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE CreateString(PCStr i_text, IAUX_String** o_string) = 0;
     virtual HRESULT STDMETHODCALLTYPE EncryptString(IAUX_CryptKey* i_key, IAUX_String* i_string,
                                                     IAUX_String** o_encrypted) = 0;
-    /// E_INVALIDARG for a text that is not the service's own cipher text.
+    /// E_INVALIDARG for text that isn't the service's own cipher text.
     virtual HRESULT STDMETHODCALLTYPE DecryptString(IAUX_CryptKey* i_key, IAUX_String* i_string,
                                                     IAUX_String** o_decrypted) = 0;
 };

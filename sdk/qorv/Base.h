@@ -1,7 +1,7 @@
 #pragma once
 
-// The ground that the host's interfaces and its plug-ins share: the platform headers (through this one proxy), the
-// smart pointer, and the codes of the host's own.
+// What the host's interfaces and its plug-ins share: the platform headers (through this one proxy), the smart pointer,
+// and the host's own codes.
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -27,11 +27,11 @@ namespace Qorv {
 /// The host's code for an operation that the user or the host's cancel flag ended.
 inline constexpr HRESULT ErrorCanceled = static_cast<HRESULT>(0x821704C7);
 
-/// Text that an interface takes: NUL-terminated UTF-16, only valid during the call.
+/// Text passed to an interface: NUL-terminated UTF-16, only valid during the call.
 using PCStr = const wchar_t*;
 
-/// Counted reference to a COM object. Converts to the plain pointer, so that it can stand in calls and comparisons;
-/// `&pointer` releases what is held and gives the place for an out argument.
+/// Counted reference to a COM object. Converts to the plain pointer for calls and comparisons; `&pointer` releases the
+/// held object and returns the address for an out argument.
 template <typename T>
 class ComPtr {
 public:
@@ -55,34 +55,34 @@ public:
     T& operator*() const noexcept { return *p; }
     T* Get() const noexcept { return p; }
 
-    /// For out arguments: what was held is released first.
+    /// For out arguments: releases the held object first.
     T** operator&() noexcept {
         Reset();
         return &p;
     }
 
-    /// Lets go of the object; the pointer is null before the object can call back.
+    /// Releases the object; the pointer is null before the object can call back.
     void Reset() noexcept {
         if (T* object = Detach())
             object->Release();
     }
 
-    /// Gives the reference away: the caller releases it.
+    /// Gives up the reference: the caller releases it.
     [[nodiscard]] T* Detach() noexcept { return std::exchange(p, nullptr); }
 
-    /// Takes over a reference that the caller owns.
+    /// Takes over a reference from the caller.
     void Attach(T* i_object) noexcept {
         Reset();
         p = i_object;
     }
 
-    /// Puts a further reference into an out argument, which must not be null.
+    /// Copies a new reference to an out argument, which must not be null.
     void CopyTo(T** o_object) const noexcept {
         AddRefSafe();
         *o_object = p;
     }
 
-    /// The same object by another interface of the SDK, null where it has none.
+    /// Another SDK interface of the same object; null if it lacks it.
     template <typename U>
     [[nodiscard]] ComPtr<U> As() const noexcept {
         ComPtr<U> other;

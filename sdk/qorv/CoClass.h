@@ -9,12 +9,12 @@
 
 namespace Qorv {
 
-/// How many co-class objects of this module live: 0 before the host may free the module.
+/// The number of living co-class objects of this module; must be 0 before the host frees the module.
 inline std::atomic<ULONG> g_live_objects{0};
 
-/// The module's live-object count, for hosts and tests that look for leaks. Every co-class object answers
-/// `QueryInterface` for it with the module's one counter, which is not counted itself: it stays valid until the module
-/// is freed, after the last object too.
+/// The module's live-object count, for hosts and tests that look for leaks. Every co-class object's `QueryInterface`
+/// returns the module's only counter, which is not counted itself: it stays valid until the module is freed, even after
+/// the last object.
 struct ILiveObjects : IUnknown {
     static constexpr IID Id = {0x9ef288ca, 0x8d61, 0x447d, {0xab, 0xe5, 0xcd, 0xae, 0xed, 0x2f, 0x90, 0x35}};
     virtual ULONG STDMETHODCALLTYPE GetCount() noexcept = 0;
@@ -37,7 +37,7 @@ public:
 };
 inline LiveObjects g_live_objects_counter;
 
-/// A dual interface whose dispatch half is not used: plug-in and host speak through the vtable.
+/// A dual interface whose dispatch half is unused: plug-in and host call through the vtable.
 template <typename Interface>
 class WithoutDispatch : public Interface {
 public:
@@ -66,7 +66,7 @@ template <typename Interface>
 using Implementation =
     std::conditional_t<std::is_base_of_v<IDispatch, Interface>, WithoutDispatch<Interface>, Interface>;
 
-/// The id of an interface of the SDK (a member `Id`) or of the platform.
+/// The id of an SDK interface (its member `Id`) or of a platform interface.
 template <typename Interface>
 constexpr const IID& IdOf() noexcept {
     if constexpr (requires { Interface::Id; })
@@ -90,9 +90,10 @@ bool Extends(REFIID i_id) noexcept {
 
 /// Base of every COM object: `class Thing final : public Qorv::CoClass<Thing, IThing, IOther>`.
 ///
-/// The reference count starts at 0 and is atomic; the last `Release` deletes the object. `QueryInterface` answers for
-/// every listed interface and its bases, and for IUnknown by the first one. A class that must recognise its own objects
-/// among the host's declares a member `static constexpr IID ClassId`, which gives a pointer to the class itself.
+/// The reference count starts at 0 and is atomic; the last `Release` deletes the object. `QueryInterface` supports
+/// every listed interface and its bases, and IUnknown through the first one. A class that must recognise its own
+/// objects among the host's declares a member `static constexpr IID ClassId`, which gives a pointer to the class
+/// itself.
 template <typename Self, typename First, typename... Others>
 class CoClass : public Detail::Implementation<First>, public Detail::Implementation<Others>... {
 public:
@@ -153,13 +154,13 @@ private:
     std::atomic<ULONG> m_references{0};
 };
 
-/// A new object of a co-class with one reference, or null when there is no memory. What the constructor throws passes.
+/// A new object of a co-class with one reference; null if out of memory. Passes on the constructor's exceptions.
 template <typename T, typename... Arguments>
 [[nodiscard]] ComPtr<T> Create(Arguments&&... i_arguments) {
     return ComPtr<T>(new (std::nothrow) T(std::forward<Arguments>(i_arguments)...));
 }
 
-/// The plug-in's own object behind a host pointer, or null when it is null or somebody else's.
+/// The plug-in's own object behind a host pointer; null if the pointer is null or to a foreign object.
 template <typename T>
 [[nodiscard]] ComPtr<T> OwnObject(IUnknown* i_object) noexcept {
     void* own = nullptr;

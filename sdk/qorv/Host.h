@@ -2,13 +2,13 @@
 
 #include "qorv/Base.h"
 
-// The host's main instance and what a plug-in is to the host.
+// The host's main instance, and a plug-in's interface to the host.
 //
 // Life of a plug-in: load the module, `Qorce_GetPlugin`, identity getters, `Setup`, `RegisterExts`,
 // `FinalizeRegistering`, `Init`, work, `Unload`, last `Release`, free the module. The host calls all of it on its main
-// thread, which it has initialized for OLE (`OleInitialize`). `Unload` follows also when a step before it failed: it
-// alone breaks the circles of references between the plug-in and what it registered. Every object of the plug-in is
-// released before the module is freed.
+// thread, which it has initialized for OLE (`OleInitialize`). `Unload` follows even if an earlier step failed: only it
+// breaks the reference cycles between the plug-in and what it registered. Every object of the plug-in is released
+// before the module is freed.
 
 namespace Qorv {
 
@@ -17,15 +17,15 @@ struct IAUX_CryptKey;
 struct IAFS_BindContext;
 struct IQorv_Inst;
 
-/// Where an operation writes what a person should know of its failure. May be called on any thread; calls that take one
-/// accept null.
+/// Where an operation writes what the user should know about its failure. May be called on any thread; parameters of
+/// this type may be null.
 struct IQorv_ErrorDetails : IUnknown {
     static constexpr IID Id = {0xe2f9772f, 0x13d5, 0x4ff2, {0x87, 0x2b, 0x71, 0xce, 0xbb, 0x62, 0xcd, 0x75}};
-    /// The code that the operation is about to return, and its reason in words.
+    /// The code that the operation will return, and the reason in words.
     virtual HRESULT STDMETHODCALLTYPE SetError(HRESULT i_code, PCStr i_text) = 0;
 };
 
-/// Tells a running operation that its caller has given up. Set on one thread, read on another.
+/// Tells a running operation that its caller has cancelled. Set on one thread, read on another.
 struct IQorv_CancelFlag : IUnknown {
     static constexpr IID Id = {0x9bd2dbc0, 0xcf9c, 0x48f4, {0xa9, 0xfa, 0xa1, 0x0a, 0xef, 0x6a, 0xf0, 0xcd}};
     virtual HRESULT STDMETHODCALLTYPE get_IsCanceled(VARIANT_BOOL* o_is_canceled) = 0;
@@ -52,7 +52,7 @@ struct IQorv_EventServer : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE UnregisterNativeEventHandler(ULONG i_event, IEventHandler* i_handler) = 0;
 };
 
-/// A plug-in. The getters may be called in any order, before `Setup` too.
+/// A plug-in. The getters may be called in any order, even before `Setup`.
 struct IQorv_Plugin : IUnknown {
     static constexpr IID Id = {0x3077CBDA, 0x34BB, 0x4DBE, {0xBE, 0x4D, 0x4D, 0xA0, 0x35, 0xCB, 0x49, 0xBA}};
     virtual HRESULT STDMETHODCALLTYPE get__GUID(GUID* o_guid) = 0;
@@ -76,19 +76,17 @@ struct IQorv_Plugin : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE ResetSettings() = 0;
 };
 
-/// The host's main instance. Each method says on which threads it may be called. What other threads ask of the main
-/// thread arrives there as a message to a window of the host, so every message loop runs it, a dialog's too.
+/// The host's main instance. Each method says on which threads it may be called. Other threads' calls for the main
+/// thread arrive there as messages to a window of the host, so every message loop runs them, including a dialog's.
 struct IQorv_Inst : IUnknown {
     static constexpr IID Id = {0x3a025b22, 0x5181, 0x4299, {0x9b, 0xf2, 0x08, 0xf5, 0xf3, 0xb6, 0xa8, 0x1c}};
-    /// A service by name: "AFS" (`IAFS_Inst`), "AUX" (`IAUX_Inst`), "UIX" (`IUIX_Inst`). What comes out is the
-    /// service's own interface, so a caller may cast its pointer; E_INVALIDARG for an unknown name. Main thread.
+    /// A service by name: "AFS" (`IAFS_Inst`), "AUX" (`IAUX_Inst`), "UIX" (`IUIX_Inst`). The result is the service's
+    /// own interface, so a caller may cast the pointer; E_INVALIDARG for an unknown name. Main thread.
     virtual HRESULT STDMETHODCALLTYPE GetExtension(PCStr i_name, IUnknown** o_service) = 0;
-    /// The settings dictionary of a plug-in; S_OK and null when there is none and none is to be made. Main
-    /// thread.
+    /// The settings dictionary of a plug-in; S_OK and null if there is none and none should be created. Main thread.
     virtual HRESULT STDMETHODCALLTYPE GetPluginSettings(IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                         IAUX_CabNode** o_settings) = 0;
-    /// The key that the host encrypts a plug-in's texts with. It exists from the time the plug-in is loaded. Main
-    /// thread.
+    /// The key with which the host encrypts a plug-in's texts. It exists once the plug-in is loaded. Main thread.
     virtual HRESULT STDMETHODCALLTYPE GetCryptKey(IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
                                                   IAUX_CryptKey** o_key) = 0;
     /// A new one. Any thread.
@@ -105,7 +103,7 @@ struct IQorv_Inst : IUnknown {
     /// Runs the callback on the main thread and waits for it, at most `i_wait` milliseconds (0xFFFFFFFF: without
     /// limit). On the main thread itself it runs at once. Returns the callback's result. Any thread.
     virtual HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(IQorv_ThreadSafeCallback* i_callback, DWORD i_wait) = 0;
-    /// The owner for modal windows; null when the host shows none. Main thread.
+    /// The owner for modal windows; null if the host has none. Main thread.
     virtual HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) = 0;
 };
 

@@ -2,9 +2,9 @@
 
 #include "qorv/Base.h"
 
-// The items of the UI service's dialogs: controls of which the layout says kind, id and place. Everything here belongs
-// to the main thread. Rows, columns and indices count from 0; E_INVALIDARG for one that is not there. What the plug-in
-// does to an item reports no event.
+// The items of the UI service's dialogs: controls whose kind, id and place come from the layout. Everything here
+// belongs to the main thread. Rows, columns and indices count from 0; E_INVALIDARG for one out of range. The plug-in's
+// own changes to an item cause no events.
 
 namespace Qorv {
 
@@ -16,50 +16,49 @@ enum UIX_ItemEventKind : ULONG {
     UIX_ItemEvent_Changed = 2,          ///< The user changed an edit's text, or a combo's selection. 0.
     UIX_ItemEvent_SelectionChanged = 3, ///< The user changed a list's selection. 0.
     UIX_ItemEvent_Activated = 4,        ///< Double click on a list's row, or Enter in the list: the row.
-    UIX_ItemEvent_ColumnClicked = 5,    ///< The head of a list's column was clicked: the column.
+    UIX_ItemEvent_ColumnClicked = 5,    ///< The header of a list's column was clicked: the column.
     UIX_ItemEvent_RowEdited = 6,        ///< The editing of a row has ended (`IUIX_List::EditRow`): the row.
-    UIX_ItemEvent_ContextMenu = 7,      ///< A list's menu is wanted: its place on the screen, as in WM_CONTEXTMENU.
+    UIX_ItemEvent_ContextMenu = 7,      ///< A list's menu is requested: its place on the screen, as in WM_CONTEXTMENU.
     UIX_ItemEvent_Command = 8,          ///< A command of a command bar: its id.
 };
 
-/// Any item. An item of a kind answers `QueryInterface` for this and for the kind's interface. It may be kept after the
-/// dialog is gone: it fails then.
+/// Any item. `QueryInterface` gives this and the interface of the item's kind. It may be kept after the dialog is
+/// destroyed: its methods then fail.
 struct IUIX_Item : IUnknown {
     static constexpr IID Id = {0x6bb4750d, 0xe508, 0x4fcf, {0xb3, 0xff, 0x80, 0x65, 0x17, 0xed, 0x27, 0x66}};
     virtual HRESULT STDMETHODCALLTYPE get_Text(BSTR* o_text) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Text(PCStr i_text) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_IsEnabled(VARIANT_BOOL i_is_enabled) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_IsVisible(VARIANT_BOOL i_is_visible) = 0;
-    /// Whether what the user types goes to the item.
+    /// Whether the item has the keyboard focus.
     virtual HRESULT STDMETHODCALLTYPE get_HasFocus(VARIANT_BOOL* o_has_focus) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetFocus() = 0;
 };
 
-/// An edit box of one line.
+/// A single-line edit box.
 struct IUIX_Edit : IUnknown {
     static constexpr IID Id = {0xfd19e78c, 0xec88, 0x4a30, {0xac, 0xa2, 0xd1, 0xe5, 0x02, 0xb4, 0x29, 0x93}};
     /// Selects the characters from the first to before the last position; -1 for the last one means the text's end. The
-    /// caret stands at the last one.
+    /// caret goes to the last one.
     virtual HRESULT STDMETHODCALLTYPE SelectText(LONG i_first, LONG i_last) = 0;
 };
 
-/// What a plug-in keeps with an item of a control: a number, or a pointer that stays the plug-in's to free.
+/// What a plug-in stores with an item of a control: a number, or a pointer that the plug-in must free.
 using PARAM_T = UINT_PTR;
 
-/// A combo: a closed list of which one item, or none, is selected. Indices are from 0; E_INVALIDARG for one that is not
-/// there.
+/// A combo: a drop-down list with one item, or none, selected. Indices count from 0; E_INVALIDARG for one out of range.
 struct IUIX_Combo : IUnknown {
     static constexpr IID Id = {0x5f0c7b64, 0x93de, 0x4c1f, {0xb8, 0x27, 0x3c, 0x6e, 0x14, 0x9a, 0x70, 0xd5}};
-    /// Takes all items out. What they carry is not touched.
+    /// Removes all items. Their stored values are not freed.
     virtual HRESULT STDMETHODCALLTYPE Clear() = 0;
     /// Puts an item before the one at the index, or at the end (-1). The hint is the combo's tool tip while the item is
     /// selected; hint and icon may be null, and a host may leave the icon out. The flags are reserved, 0.
     virtual HRESULT STDMETHODCALLTYPE InsertItem(LONG i_index, PCStr i_text, PCStr i_hint, IUIX_Image* i_icon,
                                                  PARAM_T i_param, ULONG i_flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Count(LONG* o_count) = 0;
-    /// -1 while none is selected.
+    /// -1 if none is selected.
     virtual HRESULT STDMETHODCALLTYPE get_SelItem(LONG* o_index) = 0;
-    /// -1 selects none. Tells the sink nothing.
+    /// -1 selects none. Causes no event.
     virtual HRESULT STDMETHODCALLTYPE put_SelItem(LONG i_index) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetItemText(LONG i_index, BSTR* o_text) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetItemParam(LONG i_index, PARAM_T* o_param) = 0;
@@ -71,53 +70,53 @@ struct IUIX_ListSource : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) = 0;
     /// S_OK and null for a row without an image.
     virtual HRESULT STDMETHODCALLTYPE GetRowImage(LONG i_row, IUIX_Image** o_image) = 0;
-    /// For type-ahead: the first row whose text begins with the given one, case ignored, looked for from the given row
-    /// on to the end and then from the beginning; -1 when there is none.
+    /// For type-ahead: the first row whose text begins with the given one, ignoring case; searches from the given row
+    /// to the end and then from the start. -1 if there is none.
     virtual HRESULT STDMETHODCALLTYPE FindRow(PCStr i_text, LONG i_first_row, LONG* o_row) = 0;
 };
 
-/// How the cells of a column stand.
+/// The alignment of a column's cells.
 enum UIX_Alignment : ULONG { UIX_Alignment_Left = 0, UIX_Alignment_Right = 1 };
 
-/// A list of rows in columns, with a head. It keeps no rows: it asks its source for those that it shows, so that their
-/// number costs nothing.
+/// A list of rows in columns, with a header. It stores no rows: it asks its source for the visible ones, so any number
+/// is cheap.
 struct IUIX_List : IUnknown {
     static constexpr IID Id = {0x84f1a576, 0x3e64, 0x4a1f, {0xae, 0xd6, 0x06, 0x69, 0x34, 0x64, 0x5f, 0x43}};
-    /// The list holds a reference until another source, or null, is put, or its window is destroyed.
+    /// The list holds a reference until another source (or null) is set, or its window is destroyed.
     virtual HRESULT STDMETHODCALLTYPE put_Source(IUIX_ListSource* i_source) = 0;
     /// Adds a column at the right. The width is in the layout's units.
     virtual HRESULT STDMETHODCALLTYPE AddColumn(PCStr i_title, LONG i_width, ULONG i_alignment) = 0;
     /// Marks the column by which the rows are sorted; -1 for none.
     virtual HRESULT STDMETHODCALLTYPE put_SortMark(LONG i_column, VARIANT_BOOL i_is_descending) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_RowCount(LONG* o_count) = 0;
-    /// The source has other rows from now on: all are asked for anew, none is selected or has the focus. What the user
-    /// has done to the old ones and the sink has not been told yet is forgotten; a row's editing is given up.
+    /// The source now has different rows: the list asks for all again, and none is selected or has the focus. Events
+    /// about the old rows that are still pending are dropped; editing is cancelled.
     virtual HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) = 0;
-    /// Stands in the list while it has no rows.
+    /// Shown in the list while it has no rows.
     virtual HRESULT STDMETHODCALLTYPE put_EmptyText(PCStr i_text) = 0;
-    /// Whether several rows can be selected; at first as the layout says. A row that is selected stays so.
+    /// Whether several rows can be selected; initially as the layout says. Selected rows stay selected.
     virtual HRESULT STDMETHODCALLTYPE put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) = 0;
     /// The first selected row after the given one (-1 to begin); -1 when there is none.
     virtual HRESULT STDMETHODCALLTYPE GetNextSelected(LONG i_after_row, LONG* o_row) = 0;
-    /// -1 stands for all rows.
+    /// -1 means all rows.
     virtual HRESULT STDMETHODCALLTYPE SelectRow(LONG i_row, VARIANT_BOOL i_is_selected) = 0;
-    /// The row that the keyboard is at; -1 for none.
+    /// The row with the focus; -1 for none.
     virtual HRESULT STDMETHODCALLTYPE get_FocusedRow(LONG* o_row) = 0;
     /// Also scrolls the row into view.
     virtual HRESULT STDMETHODCALLTYPE put_FocusedRow(LONG i_row) = 0;
-    /// Lets the user type another text for the row, in place. Its end is reported (`UIX_ItemEvent_RowEdited`); the row
-    /// itself is the source's to change.
+    /// Lets the user type another text for the row, in place. Its end is reported (`UIX_ItemEvent_RowEdited`); only the
+    /// source changes the row.
     virtual HRESULT STDMETHODCALLTYPE EditRow(LONG i_row) = 0;
-    /// What the user typed last, to be asked for in the event; S_FALSE and null when the user gave up.
+    /// What the user typed last; call it in the event. S_FALSE and null if the user cancelled.
     virtual HRESULT STDMETHODCALLTYPE get_EditedText(BSTR* o_text) = 0;
 };
 
 /// One command of a command bar or a menu. It is only read during the call.
 struct UIX_Command {
-    LONG id = 0;                            ///< From 1 on; 0 is a separator, which has nothing else.
-    PCStr text = nullptr;                   ///< In a menu; in a command bar the tool tip.
-    IUIX_Image* image = nullptr;            ///< In a command bar; a menu has texts only.
-    VARIANT_BOOL is_enabled = VARIANT_TRUE; ///< At first.
+    LONG id = 0;                            ///< From 1; 0 is a separator, which uses no other member.
+    PCStr text = nullptr;                   ///< The text in a menu, the tool tip in a command bar.
+    IUIX_Image* image = nullptr;            ///< For a command bar; menus have only texts.
+    VARIANT_BOOL is_enabled = VARIANT_TRUE; ///< Initially.
 };
 
 /// A row of small buttons with pictures.

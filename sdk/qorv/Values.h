@@ -10,7 +10,7 @@ namespace Qorv {
 class Bstr {
 public:
     Bstr() noexcept = default;
-    /// `m_str` stays null when the allocation fails: check with `m_str != nullptr`.
+    /// `m_str` stays null if the allocation fails: check with `m_str != nullptr`.
     explicit Bstr(std::wstring_view i_text) noexcept
         : m_str(SysAllocStringLen(i_text.data(), static_cast<UINT>(i_text.size()))) {}
     Bstr(const Bstr&) = delete;
@@ -25,12 +25,12 @@ public:
     UINT Length() const noexcept { return SysStringLen(m_str); }
     std::wstring_view View() const noexcept { return {m_str != nullptr ? m_str : L"", Length()}; }
 
-    /// For out arguments: what was held is freed first.
+    /// For out arguments: frees the held string first.
     BSTR* operator&() noexcept {
         SysFreeString(Detach());
         return &m_str;
     }
-    /// Gives the string away: the caller frees it.
+    /// Gives up the string: the caller frees it.
     [[nodiscard]] BSTR Detach() noexcept { return std::exchange(m_str, nullptr); }
 
     BSTR m_str = nullptr;
@@ -44,7 +44,7 @@ public:
     Variant& operator=(const Variant&) = delete;
     ~Variant() { VariantClear(&m_value); }
 
-    /// Takes the string over.
+    /// Takes over the string.
     explicit Variant(Bstr i_text) noexcept : Variant() {
         m_value.vt = VT_BSTR;
         m_value.bstrVal = i_text.Detach();
@@ -68,7 +68,7 @@ public:
                    ? std::wstring_view{m_value.bstrVal, SysStringLen(m_value.bstrVal)}
                    : std::wstring_view{};
     }
-    /// For out arguments: what was held is cleared first.
+    /// For out arguments: clears the held value first.
     VARIANT* operator&() noexcept {
         VariantClear(&m_value);
         return &m_value;
