@@ -12,22 +12,22 @@
 
 namespace Tests {
 
-/// A container for the WebBrowser control in a window, and the sink of its events: it writes them down and does what a
-/// test gives it to do.
+/// A container for the WebBrowser control in a window, and the sink for its events: it records them and runs what a
+/// test provides.
 class BrowserHost final : public Qorv::CoClass<BrowserHost, IOleClientSite, IOleInPlaceSite, IDispatch> {
 public:
     /// Creates the control as every program does (OleCreate), in the window's client area, and asks for its events.
     HRESULT Open(HWND i_window);
-    /// Everything in its order, as the platform wants it.
+    /// Everything in the order that the platform requires.
     void Close();
 
     HRESULT Navigate(const std::wstring& i_url);
-    /// The address of the page that is shown.
+    /// The address of the current page.
     std::wstring Location() const;
     HWND View() const;
 
     std::vector<std::wstring> events;                   ///< "before URL", "complete URL", "error URL", "document URL"
-    std::function<bool(const std::wstring&)> on_before; ///< Answers whether to cancel.
+    std::function<bool(const std::wstring&)> on_before; ///< Returns whether to cancel.
     std::function<void(const std::wstring&)> on_complete;
     std::function<void(const std::wstring&)> on_document;
     Qorv::ComPtr<IWebBrowser2> browser;

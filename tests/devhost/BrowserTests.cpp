@@ -28,7 +28,7 @@ class BrowserTest : public LiveObjectsTest {
 protected:
     BrowserTest() {
         OleInitialize(nullptr);
-        InternetSetOptionW(nullptr, INTERNET_OPTION_END_BROWSER_SESSION, nullptr, 0); // No cookies of earlier tests.
+        InternetSetOptionW(nullptr, INTERNET_OPTION_END_BROWSER_SESSION, nullptr, 0); // No cookies from earlier tests.
         Service::ClearFaults();
         m_registration.emplace();
         m_window = CreateWindowW(L"STATIC", L"Container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 460, 620, nullptr,
@@ -49,7 +49,7 @@ protected:
         LiveObjectsTest::TearDown();
     }
 
-    /// Runs messages as a host's loop does, keys through the browser first, until it is so.
+    /// Runs messages as a host's loop does, keys through the browser first, until the condition holds.
     template <typename Condition>
     void RunUntil(Condition i_condition) {
         const ULONGLONG begin = GetTickCount64();
@@ -128,7 +128,7 @@ TEST_F(BrowserTest, MayBeStoppedAndLedElsewhereInItsEvents) {
                                                 L"before " + site + L"/", L"complete " + site + L"/",
                                                 L"document " + site + L"/"};
     EXPECT_EQ(m_host->events, expected);
-    // A refused navigation leaves the page; so does one that is stopped on its way.
+    // A refused navigation keeps the page; so does one that is stopped while loading.
     m_host->events.clear();
     m_host->on_before = [](const std::wstring&) { return true; };
     m_host->Navigate(site + L"/login");
@@ -172,7 +172,7 @@ TEST_F(BrowserTest, MayBeClosedInItsEvents) {
         host->Navigate(site + L"/");
         RunUntil([&] { return host->browser == nullptr; });
     }
-    // And while a page is on its way.
+    // And while a page is loading.
     Service::AddFault(R"({"path": "slow", "delay_ms": 500})");
     m_host->Navigate(site + L"/slow");
     RunUntil([&] { return !m_host->events.empty(); });

@@ -1,5 +1,5 @@
-// The items of a dialog but for the list: what the plug-in does to them, what they tell of the user, and the keyboard's
-// way through them.
+// The items of a dialog except the list: what the plug-in does to them, what they report about the user, and keyboard
+// navigation.
 
 #include "DialogTest.h"
 #include "qorv/Values.h"
@@ -149,7 +149,7 @@ TEST_F(DialogItemTest, EditTellsOnlyWhatTheUserTypes) {
     EXPECT_EQ(edit->SelectText(0, 2), E_INVALIDARG);
     EXPECT_EQ(edit->SelectText(-1, 0), E_INVALIDARG);
     EXPECT_EQ(edit->SelectText(1, 0), E_INVALIDARG);
-    // Many long names have room.
+    // Many long names fit.
     const std::wstring names(100'000, L'x');
     EXPECT_EQ(item->put_Text(names.c_str()), S_OK);
     EXPECT_EQ(TextOf(item).size(), names.size());
@@ -183,7 +183,7 @@ TEST_F(DialogItemTest, ComboKeepsItemsAndTellsOfTheUsersChoice) {
         combo->get_SelItem(&selected);
         EXPECT_EQ(selected, 2);
         EXPECT_EQ(TextOf(Item<Qorv::IUIX_Item>(L"cb")), L"All files");
-        // In the open list the user only looks; what is chosen at its end counts, once.
+        // In the open list the user only browses; the choice at its closing counts, once.
         const HWND control = Control(L"cb");
         SendMessageW(control, CB_SHOWDROPDOWN, TRUE, 0);
         COMBOBOXINFO info{};
@@ -221,7 +221,7 @@ TEST_F(DialogItemTest, GivesTheKeyboardToTheFirstItemOrTheSinksChoice) {
         VARIANT_BOOL has_focus = VARIANT_FALSE;
         EXPECT_EQ(list->get_HasFocus(&has_focus), S_OK);
         EXPECT_EQ(has_focus, VARIANT_TRUE);
-        // An item that no longer listens passes the keyboard on.
+        // A disabled item passes the focus on.
         EXPECT_EQ(list->put_IsEnabled(VARIANT_FALSE), S_OK);
         EXPECT_EQ(FocusedText(), L"Other");
         list->get_HasFocus(&has_focus);
@@ -255,7 +255,7 @@ TEST_F(DialogItemTest, CommandBarStandsBesideAnItemAndIsUsedByKeys) {
         EXPECT_EQ(GetFocus(), Control(L"cb")) << "one stop for the whole bar";
         PressKey(L"Shift+Tab");
         EXPECT_EQ(FocusedText(), L"Refresh");
-        // A button that no longer listens passes the keyboard on, and another one becomes the bar's stop.
+        // A disabled button passes the focus on, and another one becomes the bar's Tab stop.
         EXPECT_EQ(m_bar->put_IsCommandEnabled(4, VARIANT_FALSE), S_OK);
         EXPECT_NE(FocusedText(), L"Refresh");
         EXPECT_NE(GetFocus(), nullptr);

@@ -9,14 +9,14 @@
 
 namespace Tests {
 
-/// What a dialog tells its sink of an item.
+/// What a dialog tells its sink about an item.
 struct ItemEvent {
     std::wstring item;
     ULONG kind = 0;
     LONG detail = 0;
 };
 
-/// A dialog's sink that writes down what it is told, and does what a test gives it to do.
+/// A dialog's sink that records what it is told, and runs what a test provides.
 class DialogSink final : public Qorv::CoClass<DialogSink, Qorv::IUIX_ObjSink> {
 public:
     HRESULT STDMETHODCALLTYPE OnAttach(Qorv::IUIX_Obj* i_object) noexcept override {
@@ -70,7 +70,7 @@ private:
                                             L"column", L"edited", L"menu",    L"command"};
         return names[i_kind < std::size(names) ? i_kind : 0];
     }
-    /// The place of a menu is another on every screen.
+    /// The place of a menu differs on every screen.
     static bool HasDetail(ULONG i_kind) {
         return i_kind == Qorv::UIX_ItemEvent_Activated || i_kind == Qorv::UIX_ItemEvent_ColumnClicked ||
                i_kind == Qorv::UIX_ItemEvent_RowEdited || i_kind == Qorv::UIX_ItemEvent_Command;

@@ -13,7 +13,7 @@ class DialogTest : public LiveObjectsTest {
 protected:
     static constexpr LONG closed = 2; ///< The result of a dialog that is closed.
 
-    DialogTest() { OleInitialize(nullptr); } // Pictures are decoded by an object of the system's.
+    DialogTest() { OleInitialize(nullptr); } // A system object decodes pictures.
     ~DialogTest() override { OleUninitialize(); }
 
     void TearDown() override {
@@ -47,7 +47,7 @@ protected:
         return result;
     }
 
-    /// Runs the dialog, does something while it is in use, and closes it.
+    /// Runs the dialog, does something while it is open, and closes it.
     void Use(const std::function<void()>& i_body) {
         const OnceInUse use([&](HWND i_window) {
             m_sink->events.clear();
@@ -72,13 +72,13 @@ protected:
 
     HWND Control(const std::wstring& i_id) const { return DevHost::FindControl(m_sink->Window(), i_id); }
 
-    /// Keys go where the focus is, as a keyboard's do.
+    /// Keys go to the focus, as from a keyboard.
     static bool Press(WPARAM i_key) {
         const HWND focus = GetFocus();
         return focus != nullptr && PostMessageW(focus, WM_KEYDOWN, i_key, 1);
     }
 
-    /// Lets the dialog do what is in its queue.
+    /// Lets the dialog process its queue.
     void Pump() {
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -94,7 +94,7 @@ protected:
         Pump();
     }
 
-    /// What the sink has been told since the last time.
+    /// What the sink has been told since the last call.
     std::wstring TakeEvents() {
         Pump();
         std::wstring events;

@@ -35,7 +35,7 @@ protected:
     FilesCacheTest() { Restart(); }
     ~FilesCacheTest() override { m_cache->Close(); }
 
-    /// Ends the host's cache, and begins a new one in the same folder.
+    /// Ends the host's cache, and starts a new one in the same folder.
     void Restart() {
         if (m_cache != nullptr)
             m_cache->Close();
@@ -67,7 +67,7 @@ protected:
         return result;
     }
 
-    /// What is at a position, up to `i_size` bytes.
+    /// Reads up to `i_size` bytes at a position.
     static std::string Read(const OpenFile& i_file, ULONGLONG i_position, ULONG i_size) {
         std::string bytes(i_size, '\0');
         ULONG read = 0;
@@ -95,7 +95,7 @@ protected:
         return files;
     }
 
-    /// What the files hold that were replaced, in alphabetical order.
+    /// The content of the replaced files, in alphabetical order.
     std::vector<std::string> Replaced() const {
         std::vector<std::string> contents;
         for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path() / "cache" / "replaced"))

@@ -26,7 +26,7 @@ TEST_F(FilesCacheTest, TakesTheSizeThatTheDownloadHas) {
     for (const std::size_t size : {0, 1, 10, 200}) {
         m_remote.files[location] = std::string(10, 'x');
         OpenFile file = Open(read_only);
-        m_remote.files[location] = std::string(size, 'y'); // Changed since its size was asked.
+        m_remote.files[location] = std::string(size, 'y'); // Changed since its size was read.
         EXPECT_EQ(Read(file, 0, 1000), std::string(size, 'y'));
         ULONGLONG known = 0;
         EXPECT_EQ(file.entry->get_Size(&known), S_OK);

@@ -59,7 +59,7 @@ TEST_F(ImageTest, DrawsFromTheNextLargerBitmap) {
 }
 
 TEST_F(ImageTest, ScalesByTheMeanOfWhatAPixelCovers) {
-    // Two columns: opaque white, and nothing.
+    // Two columns: opaque white, and transparent.
     const auto bitmap = Qorv::Create<Bitmap>(2u, 1u, std::vector<std::uint32_t>{0xffffffff, 0});
     EXPECT_EQ(bitmap->Scaled(2, 1)->Pixels(), bitmap->Pixels());
     EXPECT_EQ(bitmap->Scaled(1, 1)->Pixels(), (std::vector<std::uint32_t>{0x80808080}));

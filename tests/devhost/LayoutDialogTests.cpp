@@ -88,14 +88,14 @@ TEST_F(LayoutDialogTest, DisablesItsOwnerUntilItGoes) {
     EXPECT_TRUE(was_disabled);
     EXPECT_TRUE(IsWindowEnabled(owner));
     Destroy();
-    // One that was disabled before stays so: somebody else has to enable it.
+    // An owner that was already disabled stays disabled: whoever did that enables it.
     EnableWindow(owner, FALSE);
     ASSERT_EQ(Create(buttons, owner), S_OK);
     m_sink->on_init = [this] { return m_sink->dialog->EndModal(3, nullptr); };
     EXPECT_EQ(Run(), 3);
     EXPECT_FALSE(IsWindowEnabled(owner));
     Destroy();
-    // An owner takes its dialogs with it.
+    // Destroying an owner destroys its dialogs.
     EnableWindow(owner, TRUE);
     m_sink->on_init = nullptr;
     ASSERT_EQ(Create(buttons, owner), S_OK);
@@ -119,12 +119,12 @@ TEST_F(LayoutDialogTest, MayBeEndedAndDestroyedInAnyEvent) {
     EXPECT_EQ(m_sink->dialog.Get()->DoModal(Qorv::UIX_ObjModal_AppModal, &result), S_OK);
     EXPECT_EQ(result, 5);
     EXPECT_EQ(m_sink->events.back(), L"detach");
-    // A failure of OnInit is DoModal's, and nothing is shown.
+    // DoModal returns OnInit's failure, and shows nothing.
     m_sink->on_init = [] { return E_ACCESSDENIED; };
     ASSERT_EQ(Create(buttons), S_OK);
     EXPECT_EQ(m_sink->dialog->DoModal(Qorv::UIX_ObjModal_AppModal, &result), E_ACCESSDENIED);
     Destroy();
-    // So is one of OnAttach CreateObj's.
+    // So does CreateObj with OnAttach's.
     m_sink->attach_result = E_OUTOFMEMORY;
     EXPECT_EQ(Create(buttons), E_OUTOFMEMORY);
     m_sink->dialog.Reset();

@@ -98,7 +98,7 @@ TEST(Scale, TurnsUnitsIntoPixelsEdgeByEdge) {
     EXPECT_EQ(Scale(96).Pixels(RECT{8, 7, 38, 33}), (RECT{8, 7, 38, 33}));
     EXPECT_EQ(Scale(144).Pixels(RECT{8, 7, 38, 33}), (RECT{12, 11, 57, 50}));
     EXPECT_EQ(Scale(192).Pixels(25), 50);
-    // What begins at the same edge in units begins at the same pixel, however it is rounded.
+    // What has the same edge in units has the same edge in pixels, however it is rounded.
     EXPECT_EQ(Scale(120).Pixels(RECT{3, 0, 10, 1}).right, Scale(120).Pixels(RECT{10, 0, 13, 1}).left);
 }
 

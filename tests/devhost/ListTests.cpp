@@ -1,4 +1,5 @@
-// The list of a dialog: rows from a source, selection, type-ahead, editing in place, and what it tells of the user.
+// The list of a dialog: rows from a source, selection, type-ahead, editing in place, and what it reports about the
+// user.
 
 #include "DialogTest.h"
 #include "qorv/Values.h"
@@ -17,7 +18,7 @@ using Qorv::ComPtr;
 constexpr char layout[] = R"(<list id="lst" x="8" y="8" width="280" height="140" style="#00000400"/>
     <button id="btn.ok" x="8" y="8" width="90" height="24" fixed="true" text="OK"/>)";
 
-/// Rows with their number as text, which counts what it is asked for.
+/// Rows with their number as text; counts the requests.
 class Rows final : public Qorv::CoClass<Rows, Qorv::IUIX_ListSource> {
 public:
     HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept override {
@@ -133,7 +134,7 @@ TEST_F(ListTest, CopiesCellsIntoTheControlsBuffer) {
 
 TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
     constexpr LONG many = 100'000;
-    constexpr LONG some = 1'000; // A few times the cells that there is room for.
+    constexpr LONG some = 1'000; // A few times the visible cells.
     EXPECT_EQ(m_ui->GetImage(L"ico.folder", &m_rows->image), S_OK);
     Fill(many);
     Use([&] {
@@ -152,7 +153,7 @@ TEST_F(ListTest, AsksOnlyForTheRowsThatItShows) {
         Fill(many);
         Pump();
         EXPECT_LT(m_rows->asked_cells, 3 * some);
-        // A column is fitted to what is shown of it.
+        // A column is fitted to its visible cells.
         const auto header = reinterpret_cast<HWND>(SendMessageW(Control(L"lst"), LVM_GETHEADER, 0, 0));
         NMHEADERW double_click{};
         double_click.hdr = {header, 0, static_cast<UINT>(HDN_DIVIDERDBLCLICKW)};
@@ -173,11 +174,11 @@ TEST_F(ListTest, TakesRowsAndSelectionFromThePlugin) {
     EXPECT_EQ(m_list->put_FocusedRow(5), S_OK);
     EXPECT_EQ(Selected(), L"3;7;");
     EXPECT_EQ(Focused(), 5);
-    // Other rows: none of the old ones' states is left.
+    // Different rows: no state of the old ones is left.
     Fill(8);
     EXPECT_EQ(Selected(), L"");
     EXPECT_EQ(Focused(), -1);
-    // Without several, the last one selected is the only one; those selected stay.
+    // Without multiple selection, only the last selected row counts; selected rows stay selected.
     m_list->SelectRow(1, VARIANT_TRUE);
     EXPECT_EQ(m_list->put_IsMultiSelect(VARIANT_FALSE), S_OK);
     EXPECT_EQ(Selected(), L"1;");
@@ -247,7 +248,7 @@ TEST_F(ListTest, ForgetsWhatWasDoneToRowsThatAreGone) {
     Use([&] {
         m_list->put_FocusedRow(4);
         SendMessageW(Control(L"lst"), WM_KEYDOWN, VK_RETURN, 1);
-        Fill(2); // A load has ended before the sink could hear of it.
+        Fill(2); // A load ended before the sink was told.
         EXPECT_EQ(TakeEvents(), L"");
     });
 }
@@ -276,7 +277,7 @@ TEST_F(ListTest, TellsOfColumnsAndMarksTheSortedOne) {
 TEST_F(ListTest, EditsARowInPlace) {
     Use([&] {
         Click(L"2");
-        Click(L"2"); // A second click edits in many lists: not in this one.
+        Click(L"2"); // In many lists a second click edits; not in this one.
         PressKey(L"F2");
         EXPECT_EQ(LabelEdit(), nullptr);
         TakeEvents();
@@ -302,13 +303,13 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(TakeEvents(), L"edited lst 4;");
         EXPECT_EQ(EditedText(), L"4") << "the text pleased as it was";
 
-        // What pleases as it is counts too.
+        // Unchanged text counts too.
         EXPECT_EQ(m_list->EditRow(4), S_OK);
         PressKey(L"Enter");
         EXPECT_EQ(TakeEvents(), L"edited lst 4;");
         EXPECT_EQ(EditedText(), L"4");
 
-        // The keyboard goes elsewhere: what was typed counts.
+        // The focus moves away: what was typed counts.
         EXPECT_EQ(m_list->EditRow(5), S_OK);
         DevHost::TypeText(m_sink->Window(), L"y");
         Pump();
@@ -316,7 +317,7 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(TakeEvents(), L"edited lst 5;");
         EXPECT_EQ(EditedText(), L"y");
 
-        // Other rows: there is nothing to edit any more.
+        // Different rows: there is nothing left to edit.
         EXPECT_EQ(m_list->EditRow(5), S_OK);
         Fill(3);
         EXPECT_EQ(LabelEdit(), nullptr);
@@ -341,7 +342,7 @@ TEST_F(ListTest, AsksForItsMenuWhereTheUserIs) {
         EXPECT_EQ(TakeEvents(), L"menu lst;");
         EXPECT_EQ(place.y, row.bottom);
         EXPECT_TRUE(place.x > row.left && place.x < row.right);
-        // A row that is scrolled out of sight has its menu where it can be seen.
+        // The menu of a row scrolled out of sight is still visible.
         Fill(1'000);
         m_list->put_FocusedRow(0);
         SendMessageW(list, LVM_ENSUREVISIBLE, 900, FALSE);
@@ -350,7 +351,7 @@ TEST_F(ListTest, AsksForItsMenuWhereTheUserIs) {
         RECT client{};
         GetClientRect(list, &client);
         EXPECT_TRUE(PtInRect(&client, place));
-        // By the mouse: there.
+        // By mouse: at the pointer.
         POINT mouse{30, 50};
         ClientToScreen(list, &mouse);
         PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), MAKELPARAM(mouse.x, mouse.y));
@@ -391,7 +392,7 @@ TEST_F(ListTest, MayBeDestroyedInItsOwnEvents) {
             return Press(key);
         });
         EXPECT_EQ(Run(), closed);
-        // The object lives on without its window, and holds nothing that it needs no more.
+        // The object outlives its window, and holds nothing that it no longer needs.
         LONG count = -1;
         EXPECT_EQ(m_list->get_RowCount(&count), E_UNEXPECTED);
         EXPECT_EQ(m_list->put_RowCount(1), E_UNEXPECTED);

@@ -50,7 +50,7 @@ protected:
         OleUninitialize();
     }
 
-    /// Runs a piece of code on a thread of its own while the main thread waits and pumps.
+    /// Runs code on a separate thread while the main thread waits and pumps.
     void OnWorker(const std::function<void()>& i_work) {
         const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
         std::thread worker([&] {

@@ -1,4 +1,4 @@
-// The life of a plug-in in the host, with one that fails at each step and one that leaves things behind.
+// The life of a plug-in in the host: one that fails at each step, and one that leaks.
 
 #include "host/PluginHost.h"
 #include "support/TemporaryFolder.h"

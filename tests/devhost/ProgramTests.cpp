@@ -20,7 +20,7 @@ CommandLine Parse(Arguments i_words) {
     return CommandLine(i_words);
 }
 
-/// What is said about words that are not understood.
+/// The messages about invalid words.
 std::string Complaint(const Arguments& i_words, CommandLine::Origin i_origin = CommandLine::Origin::Program) {
     try {
         const CommandLine line(i_words, i_origin);

@@ -13,7 +13,7 @@ namespace Tests {
 /// What every scripted failure answers.
 constexpr HRESULT connection_broke = static_cast<HRESULT>(0x80072EFE);
 
-/// The files at a service, and what becomes of the transfers.
+/// The files at a service, and the outcome of transfers.
 struct ScriptedRemote {
     std::map<std::wstring, std::string> files; ///< By location.
     std::string calls;                         ///< The callbacks' calls in order: "read 0;write 0+5;end;"...
@@ -34,7 +34,7 @@ public:
         return S_OK;
     }
 
-    std::wstring location; ///< Another one after a rename.
+    std::wstring location; ///< Different after a rename.
 
 private:
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;

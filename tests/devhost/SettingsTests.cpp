@@ -1,4 +1,4 @@
-// Settings dictionaries and encrypted texts: templates that are kept to, and files that survive everything.
+// Settings dictionaries and encrypted texts: templates are enforced, and files survive everything.
 
 #include "base/Failure.h"
 #include "qorv/Values.h"

@@ -4,7 +4,7 @@
 #include "qorv/CoClass.h"
 #include "qorv/Host.h"
 
-// Objects of a plug-in of which the host asks next to nothing: everything answers E_NOTIMPL. A test's own class
+// Objects of a plug-in from which the host needs next to nothing: everything returns E_NOTIMPL. A test's own class
 // overrides what its subject needs.
 
 #define UNUSED_METHOD(...)                                                                                             \

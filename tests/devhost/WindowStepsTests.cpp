@@ -1,4 +1,4 @@
-// Window scripts: what their steps do to the system's own controls, seen from inside of a window.
+// Window scripts: what their steps do to the system's own controls, seen from inside a window.
 
 #include "script/WindowScript.h"
 #include "support/TemporaryFolder.h"
@@ -17,7 +17,7 @@ using DevHost::LoopMonitors;
 constexpr const wchar_t* rows[] = {L"../", L"Documents", L"a.pdf", L"b.pdf", L"c.pdf"};
 constexpr int row_count = int{std::size(rows)};
 
-/// A dialog with a list, a combo, an edit box and a button, which writes down what happens to them.
+/// A dialog with a list, a combo, an edit box and a button, which records what happens to them.
 class Controls final : public DevHost::DialogWindow {
 public:
     Controls() : DialogWindow(nullptr, WS_POPUP | WS_CAPTION | WS_SYSMENU, 0, L"Controls", {420, 300}) {
@@ -108,7 +108,7 @@ private:
             return 0;
         case NM_DBLCLK:
             Note(L"opened " + std::wstring(rows[reinterpret_cast<NMITEMACTIVATE*>(i_header)->iItem]));
-            MessageBoxW(Window(), L"Inside", L"Opened", MB_OK); // What an action leads to may be a window of its own.
+            MessageBoxW(Window(), L"Inside", L"Opened", MB_OK); // An action may open another window.
             return 0;
         case LVN_KEYDOWN:
             NoteKey(reinterpret_cast<NMLVKEYDOWN*>(i_header)->wVKey);

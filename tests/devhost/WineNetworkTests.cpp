@@ -1,5 +1,5 @@
-// Connections and streamed uploads as devhost/WineNetwork.cpp leads them to a running development service, which
-// tools/with-service.sh provides. What arrived there is read from the service's own folder.
+// Connections and streamed uploads as WineNetwork.cpp redirects them to a running development service, which
+// tools/with-service.sh provides. What arrived is read from the service's folder.
 
 #include "wine/WineNetwork.h"
 
@@ -62,7 +62,7 @@ std::wstring Authorization() {
     return L"Authorization: Bearer " + std::wstring(token.begin(), std::find(token.begin(), token.end(), '\n'));
 }
 
-/// Bytes of which no two blocks are alike, so that a lost or doubled one shows.
+/// Bytes with no two blocks alike, so that a lost or repeated one shows.
 std::string Document(std::size_t i_size, unsigned i_seed = 1) {
     std::string bytes(i_size, '\0');
     for (char& byte : bytes) {
@@ -103,7 +103,7 @@ private:
     InternetHandle m_request;
 };
 
-/// A streamed upload. It is dropped when it is destroyed before its End.
+/// A streamed upload. It is dropped if destroyed before End.
 class Upload {
 public:
     Upload(const std::wstring& i_name, ULONGLONG i_announced_size) {
@@ -148,7 +148,7 @@ INTERNET_PORT ServicePort() {
     return static_cast<INTERNET_PORT>(std::stoi(address.substr(address.rfind(L':') + 1)));
 }
 
-/// Asks the service for its record of requests, or with "DELETE" to begin a new one.
+/// Asks the service for its record of requests, or with "DELETE" to clear it.
 std::string ServiceRecord(const wchar_t* i_method) {
     const Request request(i_method, L"127.0.0.1", ServicePort(), L"/control/requests");
     EXPECT_EQ(request.Send(), status_ok);
@@ -160,7 +160,7 @@ std::string ServiceRecord(const wchar_t* i_method) {
     return record;
 }
 
-/// Asks a condition again and again, for some seconds at most, until it holds.
+/// Polls a condition until it holds, for some seconds at most.
 template <typename Condition>
 bool BecomesTrue(Condition i_condition) {
     const ULONGLONG deadline = GetTickCount64() + 10'000;

@@ -44,7 +44,7 @@ TEST_F(Api, AnswersCallsLikeThePublicService) {
         {"users/get_current_account", "", 400, "could not decode input as JSON", unchanged}, // its type is declared
         {"users/get_current_account", "null", 200, R"("display_name":"Dana Sample")", unchanged},
 
-        // Malformed paths and names that the service does not keep.
+        // Malformed paths, and names that the service refuses.
         {"files/create_folder", R"({"path": "/a\\b"})", 409, "path/malformed_path/", unchanged},
         {"files/create_folder", R"({"path": "/a/"})", 409, "path/malformed_path/", unchanged},
         {"files/create_folder", R"({"path": "/a "})", 409, "path/malformed_path/", unchanged},

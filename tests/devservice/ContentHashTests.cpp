@@ -9,7 +9,7 @@ struct Vector {
     const char* hash;
 };
 
-/// Known answers at the edges of a block, whatever the pieces are in which the data comes.
+/// Known hashes around the size of a block, however the data is split.
 TEST(ContentHash, KnownAnswersInAnyPieces) {
     constexpr std::size_t block = DevService::ContentHash::block_size;
     const Vector vectors[] = {

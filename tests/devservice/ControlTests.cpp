@@ -55,7 +55,7 @@ TEST_F(ControlInterface, MakesUpReplies) {
     EXPECT_EQ(std::string(limited["Retry-After"]) + std::string(limited["Content-Type"]), "15application/json");
     EXPECT_EQ(Member(Json(limited), "error"), R"({"reason":{".tag":"too_many_write_operations"},"retry_after":15})");
 
-    // A made-up reply leaves the call undone; a real one only looks different.
+    // With a made-up reply the call is not executed; a real one only looks different.
     Control("POST", "faults", R"({"path": "2/files/delete", "status": 500})");
     EXPECT_EQ(Rpc("files/delete", R"({"path": "/b.txt"})").result_int(), 500u);
     EXPECT_EQ(ReadFile("b.txt"), "beta");

@@ -6,7 +6,7 @@ namespace {
 
 class Listing : public LocalService {
 protected:
-    /// All pages: the names of each, divided by blanks, and "|" after every page.
+    /// All pages: the names of each, separated by spaces, and "|" after every page.
     std::string Pages(const std::string& i_arguments) const {
         std::string pages;
         rapidjson::Document page = Json(Rpc("files/list_folder", i_arguments));

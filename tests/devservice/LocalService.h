@@ -12,7 +12,7 @@
 #include <string_view>
 #include <thread>
 
-/// A running service over a small folder of its own, which goes with the test:
+/// A running service over a small folder, removed with the test:
 ///   Docs/ Docs/a.txt ("alpha") Docs/Sub/ Docs/Sub/deep.txt ("deep") b.txt ("beta")
 /// A second account has an empty folder.
 class LocalService : public testing::Test {
@@ -23,14 +23,15 @@ protected:
     /// Makes the first account's folder as above, and nothing else in it.
     void Populate();
 
-    /// Names of all below the first account's folder in order, folders with "/", divided by blanks; hidden ones too.
+    /// Sorted names of everything below the first account's folder, folders with "/", separated by spaces; hidden ones
+    /// too.
     std::string Tree() const;
     std::string ReadFile(const std::string& i_path) const;
     void WriteFile(const std::string& i_path, std::string_view i_content) const;
 
     ServiceClient Connect(std::string_view i_host) const;
 
-    /// One call on a connection of its own, with the first account's token.
+    /// One call on a separate connection, with the first account's token.
     Answer Rpc(const std::string& i_route, const std::string& i_json) const;
     Answer Upload(const std::string& i_arguments, std::string_view i_body) const;
     Answer Download(const std::string& i_path) const;

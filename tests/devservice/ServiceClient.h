@@ -34,7 +34,7 @@ public:
     /// Sends a POST with that body. @param i_headers whole lines, each with its "\r\n"
     Answer Post(std::string_view i_target, std::string_view i_headers, std::string_view i_body);
 
-    /// Breaks off without a word.
+    /// Disconnects abruptly.
     void Drop();
 
 private:

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Bytes of the shorter one of the two numbers that make a certificate's signature.
+/// The size in bytes of the shorter of the two numbers in a certificate's signature.
 int ShorterNumber(const X509& i_certificate) {
     const ASN1_BIT_STRING* bits = nullptr;
     X509_get0_signature(&bits, nullptr, &i_certificate);
@@ -20,7 +20,7 @@ int ShorterNumber(const X509& i_certificate) {
     return std::min(BN_num_bytes(ECDSA_SIG_get0_r(signature.get())), BN_num_bytes(ECDSA_SIG_get0_s(signature.get())));
 }
 
-/// One run in 64 was not trusted under Wine, for no reason that could be seen.
+/// One run in 64 was not trusted under Wine, for no visible reason.
 TEST(TlsAuthority, SignaturesAreThoseThatAllClientsRead) {
     for (int run = 0; run < 400; ++run) {
         DevService::TlsAuthority authority;

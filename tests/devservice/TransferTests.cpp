@@ -74,7 +74,7 @@ TEST_F(Transfer, UploadsInEveryMode) {
     }
 }
 
-/// Whether its size is announced or not, a body that is too big is read to its end, so that clients see the refusal.
+/// Whether its size is announced or not, a body that is too large is read to its end, so that clients see the refusal.
 TEST_F(Transfer, RefusesMoreThanOneRequestMayBring) {
     m_service.max_upload = 1'000'000;
     const std::string good(1'000'000, 'g'), bad(1'000'001, 'b');
@@ -116,7 +116,7 @@ TEST_F(Transfer, UpdatesTheRevisionThatIsThere) {
     EXPECT_EQ(ReadFile("b.txt"), "once");
 }
 
-/// The old file stays whole when an upload breaks off, be it one byte before the end, and nothing is left behind.
+/// The old file stays intact when an upload breaks off, be it one byte before the end, and nothing is left behind.
 TEST_F(Transfer, KeepsTheOldFileWhenAnUploadBreaksOff) {
     const std::string big(3'000'000, 'n');
     for (const std::size_t sent : {std::size_t{0}, std::size_t{1}, big.size() / 2, big.size() - 1}) {
@@ -212,7 +212,7 @@ TEST_F(Transfer, CollectsAnUploadInASession) {
         Member(Json(call("finish", finish + "}}", "")), "error_summary").starts_with("lookup_failed/not_found/"));
 }
 
-/// Each file of a batch stands for itself; a batch whose arguments cannot be read changes nothing.
+/// The files of a batch are independent; a batch with invalid arguments changes nothing.
 TEST_F(Transfer, FinishesSessionsInBatches) {
     const auto entry = [&](const std::string& i_start, const std::string& i_commit) {
         const std::string id = Member(Json(CallSession("start", i_start, "four")), "session_id");
@@ -237,7 +237,7 @@ TEST_F(Transfer, FinishesSessionsInBatches) {
     EXPECT_EQ(Member(results[3], "failure"), R"({".tag":"lookup_failed","lookup_failed":{".tag":"not_found"}})");
     EXPECT_EQ(ReadFile("New/a.txt"), "four");
 
-    // The older form answers one entry at once, and makes the client ask for more.
+    // The older form answers a single entry at once, and makes the client poll for more.
     const rapidjson::Document at_once = Json(Rpc(route, batch(entry(closed, R"({"path": "/1.txt"})"))));
     EXPECT_EQ(Member(at_once, ".tag") + Member(at_once["entries"][0], "name"), "complete1.txt");
     const std::string two = entry(closed, R"({"path": "/2.txt"})") + ", " + entry(closed, R"({"path": "/3.txt"})");

@@ -1,5 +1,5 @@
-// Names of every kind through the shipped module, on systems of several code pages, against the folder that the service
-// really holds. A program's code page is chosen by its manifest, so each is a copy of this program with another one.
+// Names of every kind through the shipped module, on systems with several code pages, against the folder that the
+// service serves. A program's manifest sets its code page, so each is a copy of this program with another manifest.
 
 #include "ShippedModule.h"
 
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr wchar_t code_page_variable[] = L"CODE_PAGE_UNDER_TEST";
 constexpr wchar_t child_filter[] = L"--gtest_filter=NamesTest.*";
 
-/// The copy keeps no other resource: these tests open no windows.
+/// The copy has no other resources: these tests open no windows.
 fs::path CopyProgramForLanguage(const fs::path& i_folder, const std::string& i_language) {
     wchar_t program[1024];
     GetModuleFileNameW(nullptr, program, DWORD{std::size(program)});
@@ -41,7 +41,7 @@ fs::path CopyProgramForLanguage(const fs::path& i_folder, const std::string& i_l
 
 TEST(CodePageTest, NamesReachTheirFilesOnEverySystem) {
     const struct {
-        const char* language; // The code page's, in a manifest.
+        const char* language; // The code page's name in a manifest.
         UINT code_page;
     } rows[] = {{"ja-JP", 932}, {"zh-CN", 936}, {"UTF-8", CP_UTF8}};
     for (const auto& row : rows) {
@@ -54,7 +54,7 @@ TEST(CodePageTest, NamesReachTheirFilesOnEverySystem) {
     }
 }
 
-/// What the copies run, and this program on the machine's own code page.
+/// Run by the copies, and by this program on the machine's own code page.
 class NamesTest : public ServiceTest {
 protected:
     void SetUp() override {
@@ -114,7 +114,7 @@ std::wstring Composed(const std::wstring& i_name) {
     return composed;
 }
 
-/// The name that the service reads when header text in the machine's code page goes out as it is; empty for none.
+/// The name that the service reads if header text is sent in the machine's code page; empty for none.
 std::wstring Likeness(const std::wstring& i_name) {
     char bytes[512] = {};
     wchar_t name[512] = {};

@@ -1,5 +1,5 @@
-// What the dialogs of the shipped module do to the account, and when the service or somebody else spoils it, in real
-// windows, against the folder that the service really holds.
+// What the dialogs of the shipped module do to the account, also when the service or somebody else interferes, in real
+// windows, against the folder that the service serves.
 
 #include "ShippedDialogTest.h"
 

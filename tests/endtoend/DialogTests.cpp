@@ -1,5 +1,5 @@
-// The Open and Save dialogs of the shipped module in real windows, used as a person does, against the folder that the
-// service really holds.
+// The Open and Save dialogs of the shipped module in real windows, used as a person would, against the folder that the
+// service serves.
 
 #include "ShippedDialogTest.h"
 
@@ -167,7 +167,7 @@ TEST_F(OpenDialogTest, ShowsTheCallersTexts) {
 
 TEST_F(OpenDialogTest, MakesDoWithOddParameters) {
     for (const Arguments& arguments :
-         {Arguments{L"--flags", L"-1"}, // The bit for folders is no caller's.
+         {Arguments{L"--flags", L"-1"}, // Callers cannot set the bit for folders.
           {L"--filters", L"|||"},
           {L"--filters", L"PDF files", L"--filter-index", L"-5"},
           {L"--filters", L"All|*|Broken", L"--filter-index", L"2147483647"},

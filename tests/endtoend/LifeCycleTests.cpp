@@ -1,4 +1,4 @@
-// The module's whole life in one process: set up, unloaded, gone, also when a step of the set-up fails.
+// The module's whole life in one process: set up, unloaded, freed, even when a step of the set-up fails.
 
 #include "FailingHost.h"
 #include "ShippedModule.h"

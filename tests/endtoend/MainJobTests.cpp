@@ -1,5 +1,5 @@
 // The main job through the shipped module: bind an account, list, open, change, save, against the folder that the
-// service really holds; and the log that the module writes meanwhile.
+// service serves; and the module's log.
 
 #include "ShippedModule.h"
 
@@ -24,7 +24,7 @@
 namespace Tests {
 namespace {
 
-/// This program calls WinINet through the module alone, whose imports the host redirects when it loads it.
+/// This program calls WinINet only through the module, whose imports the host redirects on loading.
 class WinInetEnvironment final : public testing::Environment {
 public:
     void SetUp() override { DevHost::RedirectWinInet(); }
@@ -133,7 +133,7 @@ TEST_F(MainJobTest, LogHasEveryLineInItsFormAndNoToken) {
                              "\"path/not_found/", "caused returning \"HRESULT 0x80070002: "})
         EXPECT_NE(log.find(text), std::string::npos) << text;
 
-    // A failure's text may go on over several lines; what begins with a year is a line of the log.
+    // A failure's text may span several lines; a line that begins with a year starts a new entry.
     const std::regex head(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\|[ 0-9a-f]{3,}[0-9a-f]\|\S+(-->|<--)? [^\n]*)");
     std::istringstream lines(log);
     std::size_t count = 0;

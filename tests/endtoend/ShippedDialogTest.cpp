@@ -33,7 +33,7 @@ int CountVisibleWindows() {
 
 } // namespace
 
-/// Goes from one script to the next, with something happening between them.
+/// Continues with the next script after running something in between.
 class ShippedDialogTest::ScriptChain {
 public:
     ScriptChain(const std::filesystem::path& i_folder, const std::string& i_steps, std::deque<Sequel> i_sequels)

@@ -14,8 +14,8 @@ namespace Tests {
 
 inline constexpr wchar_t canceled[] = L"canceled";
 
-/// The dialogs of the shipped module as `qorvhost` shows them, used by window scripts, over some files of the
-/// service that a test can look into. The scripts' lines may be indented.
+/// The dialogs of the shipped module as `qorvhost` shows them, used by window scripts, over some files of the service
+/// that a test can read. The scripts' lines may be indented.
 ///
 /// Afterwards no window is left, and no object of the module.
 class ShippedDialogTest : public ServiceTest {
@@ -23,19 +23,19 @@ protected:
     ShippedDialogTest();
     ~ShippedDialogTest() override;
 
-    /// How the dialog ended: the paths that were chosen, divided by blanks, or `canceled`, or the failure.
+    /// How the dialog ended: the chosen paths, separated by spaces, or `canceled`, or the failure.
     std::wstring Open(const DevHost::Arguments& i_arguments, const std::string& i_steps);
     /// The same for a caller on another thread, to the first account's root.
     std::wstring OpenFromWorker(const std::string& i_steps);
     std::wstring Save(const DevHost::Arguments& i_arguments, const std::string& i_steps);
 
-    /// Lets something happen when the steps are done, and goes on with others.
+    /// Runs something when the steps are done, then continues with others.
     void Then(std::function<void()> i_happens, const std::string& i_steps);
 
     /// Ends the host, and returns the exit code of `qorvhost`; 0 the second time.
     int Close();
 
-    /// Makes a file in the account, and the folders that it is in.
+    /// Creates a file in the account, and its folders.
     static void MakeFile(const std::wstring& i_path);
     static bool Exists(const std::wstring& i_path);
 

@@ -1,4 +1,4 @@
-// The file that ships: what Windows, and whoever looks at its properties, reads of it before any of its code runs.
+// The file that ships: what Windows and its Properties page read from it before any of its code runs.
 
 #include "ShippedModule.h"
 

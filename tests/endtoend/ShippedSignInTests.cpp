@@ -1,5 +1,5 @@
-// The sign-in through the shipped module, its dialog in a real window, and a person at the service's pages: each way in
-// which it can end.
+// The sign-in through the shipped module, its dialog in a real window, and a person at the service's pages: every way
+// it can end.
 
 #include "ShippedModule.h"
 

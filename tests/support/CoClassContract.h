@@ -7,7 +7,7 @@
 
 namespace Tests {
 
-/// What holds for every COM object, tried on one that answers for the given ids.
+/// The rules for every COM object, tested on one with the given interface ids.
 inline void ExpectCoClassContract(IUnknown* i_object, std::initializer_list<IID> i_ids) {
     static constexpr IID unknown_id = {0x4a5f6c01, 0x8d52, 0x4a53, {0x95, 0x8e, 0x1f, 0x3a, 0x0a, 0x70, 0x2d, 0x11}};
     const auto references = [&] {

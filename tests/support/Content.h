@@ -6,7 +6,7 @@
 
 namespace Tests {
 
-/// Bytes of which no two blocks are alike, so that a lost, doubled or swapped one shows. The same for the same seed.
+/// Bytes with no two blocks alike, so that a lost, repeated or swapped one shows. The same for the same seed.
 std::string RandomBytes(std::size_t i_size, unsigned i_seed = 1);
 
 /// In lower-case hexadecimal.

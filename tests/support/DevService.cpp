@@ -83,7 +83,7 @@ rapidjson::Document Parse(const std::string& i_json) {
     return document;
 }
 
-/// The service writes each byte as the character of its value.
+/// The service writes each byte as the character with its value.
 std::string Bytes(const rapidjson::Value& i_value) {
     const std::wstring text = FromUtf8({i_value.GetString(), i_value.GetStringLength()});
     std::string bytes;

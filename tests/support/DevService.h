@@ -16,18 +16,18 @@ namespace Tests::Service {
 struct Request {
     std::string host;
     std::string line;   ///< "POST /2/files/delete HTTP/1.1"
-    std::string fields; ///< The header lines behind it, each with its line break.
+    std::string fields; ///< The header lines after it, each with its line break.
     std::string body;   ///< Its first MiB.
     std::uint64_t body_size = 0;
     std::string body_sha256;
     unsigned status = 0;
     bool is_complete = false;
 
-    /// The value of a header, in any case of letters; "-" for one that is missing.
+    /// The value of a header, ignoring case; "-" if it is missing.
     std::string Field(const std::string& i_name) const;
 };
 
-/// What came since the last `ClearRequests`.
+/// The requests since the last `ClearRequests`.
 std::vector<Request> Requests();
 void ClearRequests();
 

@@ -6,13 +6,13 @@
 
 #include <optional>
 
-// What a whole test program needs; it asks for it at file scope:
+// What an entire test program needs; request it at file scope:
 //
 //   const auto* const log = testing::AddGlobalTestEnvironment(new Tests::LogEnvironment);
 
 namespace Tests {
 
-/// Has the code under test write its log, to a file of this process. At the end no access token may be in it.
+/// Makes the code under test log to a file of this process. At the end it must not contain an access token.
 class LogEnvironment final : public testing::Environment {
 public:
     void SetUp() override;
@@ -25,7 +25,7 @@ private:
     std::optional<TemporaryVariable> m_variable;
 };
 
-/// Leads WinINet to the development service that `tools/with-service.sh` has started.
+/// Redirects WinINet to the development service that `tools/with-service.sh` has started.
 class ServiceEnvironment final : public testing::Environment {
 public:
     void SetUp() override;

@@ -6,7 +6,7 @@
 
 namespace Tests {
 
-/// A test after which no COM object of this program is left that was not there before.
+/// Checks that a test leaves no new COM objects in this program.
 class LiveObjectsTest : public testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(m_live_before, Qorv::g_live_objects.load()); }

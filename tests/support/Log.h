@@ -7,8 +7,7 @@
 
 namespace Tests {
 
-/// Sets the registry switch of the debug log while it lives, for this process alone: the registry's other users, and
-/// other test programs, see nothing of it.
+/// Sets the debug log's registry switch while it exists, for this process only: other programs don't see it.
 class LogSwitch {
 public:
     LogSwitch(DWORD i_type, std::string_view i_data);
@@ -26,7 +25,7 @@ private:
 /// Lines of a log, each without its head (time and thread).
 std::string WithoutHeads(const std::string& i_lines);
 
-/// What this process writes to its log while this lives. Needs a `LogEnvironment`.
+/// What this process logs while this exists. Needs a `LogEnvironment`.
 class LogCapture {
 public:
     LogCapture();

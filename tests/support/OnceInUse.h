@@ -8,8 +8,8 @@
 
 namespace Tests {
 
-/// Does something to the window in use as soon as there is one, while its message loop runs: once, or again until it
-/// answers true. When that takes too long, it fails the test and closes the window. One at a time.
+/// Does something to the active window as soon as there is one, while its message loop runs: once, or repeatedly until
+/// it returns true. If that takes too long, fails the test and closes the window. One at a time.
 class OnceInUse {
 public:
     explicit OnceInUse(std::function<bool(HWND)> i_action) {

@@ -13,7 +13,7 @@ TemporaryFolder::TemporaryFolder() {
     static std::atomic<int> count = 0;
     const std::string name = "tests-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count);
     m_path = std::filesystem::temp_directory_path() / name;
-    std::filesystem::remove_all(m_path); // Of an earlier process of that number which was killed.
+    std::filesystem::remove_all(m_path); // Left by a killed process with the same id.
     std::filesystem::create_directory(m_path);
 }
 

@@ -5,7 +5,7 @@
 
 namespace Tests {
 
-/// A new folder among the temporary files, removed with all that is in it.
+/// A new folder among the temporary files, removed with its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -35,7 +35,7 @@ private:
 /// Empty for a variable that is not set.
 std::wstring Variable(const std::wstring& i_name);
 
-/// Empty for a file that is not there.
+/// Empty for a missing file.
 std::string ReadBytes(const std::filesystem::path& i_path);
 void WriteBytes(const std::filesystem::path& i_path, const std::string& i_bytes);
 

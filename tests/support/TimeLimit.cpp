@@ -1,5 +1,5 @@
-// A part of every test program: no test waits for ever. One that takes too long is named and ends its program. The
-// limit is 120 s, or what TEST_SECONDS says.
+// Part of every test program: no test waits forever. One that takes too long is named, and its program ended. The limit is
+// 120 s, or what TEST_SECONDS says.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ namespace {
 constexpr ULONGLONG usual_limit_in_s = 120; // A loaded machine is slow; most tests take less than a second.
 constexpr ULONGLONG never = ~ULONGLONG{0};
 
-// The watching thread outlives all that is destroyed at the program's end.
+// The watching thread outlives everything destroyed at the program's end.
 std::atomic<ULONGLONG> deadline = never;
 std::atomic<const testing::TestInfo*> running = nullptr;
 
@@ -30,7 +30,7 @@ void Watch() {
         Sleep(200);
     const testing::TestInfo* const test = running;
     std::fprintf(stderr, "[ TOO LONG ] %s.%s, after %llu s\n", test->test_suite_name(), test->name(), LimitInSeconds());
-    TerminateProcess(GetCurrentProcess(), EXIT_FAILURE); // What hangs must not be asked to end.
+    TerminateProcess(GetCurrentProcess(), EXIT_FAILURE); // Don't ask what hangs to end.
 }
 
 class TimeLimit final : public testing::EmptyTestEventListener {

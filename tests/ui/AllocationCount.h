@@ -2,7 +2,7 @@
 
 namespace Tests {
 
-/// How many blocks that `operator new` has given out in this program are in use. For tests of what is freed.
+/// The number of blocks from `operator new` in use in this program; for tests of what is freed.
 long LiveAllocations() noexcept;
 
 } // namespace Tests

@@ -1,4 +1,4 @@
-// What dialogs do on workers, and how they part from it.
+// What dialogs do on workers, and how they abandon it.
 
 #include "afs/AfsTest.h"
 #include "core/host/Cancellation.h"
@@ -90,7 +90,7 @@ TEST_F(BackgroundTest, PartsFromALoadAThousandTimesWithTheCompletionHeld) {
     m_held->KeepListing(m_root);
     // Wine 10's server shares at most 512 objects with its programs, two of them for each thread that waits for
     // messages. With more it loses sight of the desktop and the keyboard, in all later programs too, until it is
-    // started anew.
+    // restarted.
     constexpr int waiting_at_once = 50;
     for (int i = 0; i < 1000 && !HasFatalFailure(); ++i) {
         if (i % waiting_at_once == 0)
@@ -113,7 +113,7 @@ TEST_F(BackgroundTest, AHangingListingHoldsNobodyUp) {
     EXPECT_HRESULT(S_OK, connection->Show(m_root));
     while (Calls("files/list_folder") == 0)
         Sleep(1);
-    connection.reset(); // Here a wait would never end.
+    connection.reset(); // Waiting here would never end.
     hangs.set_value();
 }
 

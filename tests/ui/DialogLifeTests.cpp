@@ -1,4 +1,4 @@
-// The life of a dialog beside that of the plug-in, of its owner and of its caller's names.
+// A dialog's life relative to those of the plug-in, its owner and its caller's names.
 
 #include "afs/AfsTest.h"
 #include "core/host/ModalOwner.h"
@@ -59,7 +59,7 @@ TEST_F(DialogLifeTest, StandsBetweenTheHostsFrameAndWhatComesNext) {
         if (i_window == host->frame || !DevHost::WaitForText(i_window, L"a.pdf"))
             return false;
         EXPECT_EQ(host->frame, GetWindow(i_window, GW_OWNER));
-        SetForegroundWindow(GetDesktopWindow()); // Another program is in use: no window of ours is active.
+        SetForegroundWindow(GetDesktopWindow()); // Another program is active: none of our windows is.
         EXPECT_EQ(i_window, Ui::ModalOwner(host)) << "the frame is disabled, and a second dialog is not for it";
         return DevHost::CloseByBox(i_window, {});
     });
@@ -70,7 +70,7 @@ TEST_F(DialogLifeTest, StandsBetweenTheHostsFrameAndWhatComesNext) {
 TEST_F(DialogLifeTest, LeavesNothingBehindAfterManyRuns) {
     DWORD handles_before = 0, handles_after = 0;
     for (int run = 0; run < 20; ++run) {
-        if (run == 5) // What the system makes once is there by now.
+        if (run == 5) // What the system creates only once exists by now.
             GetProcessHandleCount(GetCurrentProcess(), &handles_before);
         // Every other one while it still loads.
         const Tests::OnceInUse close([run](HWND i_window) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Something in a folder: its name, and what is known of it.
+/// An item in a folder: its name, and what is known about it.
 struct Item {
     std::wstring title;
     bool is_folder = false;
@@ -19,7 +19,7 @@ struct Item {
     ULONGLONG modified = 0;
 };
 
-/// The calls that a test can let fail.
+/// The calls that a test can make fail.
 enum class Call { none, information, title, attributes, size, modified };
 
 class ItemName final : public Qorv::CoClass<ItemName, Qorv::IAFS_Name, Qorv::IAFS_FileInfo> {
@@ -76,7 +76,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_Name(Qorv::IAFS_Name**) noexcept override { return E_NOTIMPL; }
 };
 
-/// Passes names whose title meets a condition, and notes which it was asked for.
+/// Passes names whose title meets a condition, and records the requests.
 class TitleFilter final : public NamesFilter {
 public:
     explicit TitleFilter(std::function<bool(const std::wstring&)> i_passes) : passes(std::move(i_passes)) {}

@@ -138,7 +138,7 @@ TEST_F(FilesExtensionFilterTest, TypedNamesAreFoundByTitle) {
         items.emplace(name, item);
     }
     const Qorv::ComPtr<Qorv::IAFS_Name> foreign = Qorv::Create<Tests::ForeignName>();
-    items.emplace(foreign, nullptr); // Nothing is known of it.
+    items.emplace(foreign, nullptr); // Nothing is known about it.
 
     std::vector<Ui::TypedName> names{{L"B.PDF", {}, {}}, {L"b.pdf", {}, {}}, {L"new.pdf", {}, {}}};
     const Tests::LogCapture log;

@@ -1,4 +1,4 @@
-// The way through the folders, told to a view that writes down what it is told: no window, no service.
+// Navigating folders, with a view that records what it is told: no window, no service.
 
 #include "core/trace/Text.h"
 #include "devhost/UnusedInterfaces.h"
@@ -43,7 +43,7 @@ public:
     }
 };
 
-/// Loads what a test wants, when it wants. A path with a dot is a file's.
+/// Loads what a test wants, when it wants. A path with a dot names a file.
 class ScriptedSource final : public Ui::FolderSource {
 public:
     explicit ScriptedSource(ComPtr<PathFileSystem> i_file_system) : m_file_system(std::move(i_file_system)) {}

@@ -122,7 +122,7 @@ TEST_F(FoldersNavigatorTest, WithoutAFolderThereIsNothingToLoad) {
 
 TEST_F(FoldersNavigatorTest, RefusesASecondLoadAndFinishesTheFirst) {
     EXPECT_HRESULT(S_OK, m_navigator->SetFolder(m_root));
-    WaitForHeldCompletion(); // All is loaded; nothing of it may be lost now.
+    WaitForHeldCompletion(); // Everything is loaded; nothing may be lost now.
     const Tests::LogCapture log;
     EXPECT_HRESULT(E_FAIL, m_navigator->Refresh());
     EXPECT_TRUE(log.Has("Expression: \"!m_is_running.exchange(true)\" caused returning"));
@@ -188,7 +188,7 @@ TEST_F(FoldersNavigatorTest, StopReachesTheCallThatIsUnderWay) {
         *call = [](Qorv::IQorv_CancelFlag*) {};
         m_navigator = MakeNavigator();
     }
-    Show(m_root); // A flag is one load's: the next one is not stopped by it.
+    Show(m_root); // A flag belongs to one load: it doesn't stop the next.
 }
 
 TEST_F(FoldersNavigatorTest, TellsWhyALoadFailed) {
@@ -214,7 +214,7 @@ TEST_F(FoldersNavigatorTest, StopsAThousandTimesWithTheCompletionHeld) {
     const ULONG objects_before = Qorv::g_live_objects;
     DWORD handles_before = 0, handles_after = 0;
     for (int i = 0; i < 1000 && !HasFatalFailure(); ++i) {
-        if (i == 10) // What the system makes once is there by now.
+        if (i == 10) // What the system creates only once exists by now.
             GetProcessHandleCount(GetCurrentProcess(), &handles_before);
         ASSERT_HRESULT_SUCCEEDED(m_navigator->GetFolder() == nullptr ? m_navigator->SetFolder(m_root)
                                                                      : m_navigator->Refresh());

@@ -54,7 +54,7 @@ public:
         return result;
     }
 
-    /// From now on every enumeration is this one again: for tests of a thousand loads.
+    /// From now on every enumeration is this one: for tests with a thousand loads.
     void KeepListing(Name* i_name) { m_inner->EnumFolder(i_name, nullptr, nullptr, &m_listing); }
 
     std::atomic<int> parent_lookups = 0;

@@ -1,5 +1,5 @@
-// A plug-in that misbehaves as the environment says: SCRIPTED_PLUGIN_FAILS names the step that fails,
-// SCRIPTED_PLUGIN_LEAKS is "object" or "module". It writes the calls that it gets to SCRIPTED_PLUGIN_CALLS.
+// A plug-in that misbehaves as the environment variables say: SCRIPTED_PLUGIN_FAILS names the step that fails,
+// SCRIPTED_PLUGIN_LEAKS is "object" or "module". It writes the calls that it receives to SCRIPTED_PLUGIN_CALLS.
 
 #include "UnusedInterfaces.h"
 #include "base/Failure.h"
@@ -17,7 +17,7 @@ std::wstring Variable(const wchar_t* i_name) {
     return value.data();
 }
 
-/// Notes a step, and fails it when it is the one.
+/// Records a step, and fails if it is the chosen one.
 HRESULT Step(const std::wstring& i_name) {
     SetEnvironmentVariableW(L"SCRIPTED_PLUGIN_CALLS", (Variable(L"SCRIPTED_PLUGIN_CALLS") + i_name + L";").c_str());
     return Variable(L"SCRIPTED_PLUGIN_FAILS") == i_name ? E_ACCESSDENIED : S_OK;
@@ -50,7 +50,7 @@ public:
     HRESULT STDMETHODCALLTYPE Unload() noexcept override {
         if (Variable(L"SCRIPTED_PLUGIN_LEAKS") == L"object")
             m_file_system->AddRef();
-        return Step(L"Unload"); // The file system stays registered: the host lets go of it by itself.
+        return Step(L"Unload"); // The file system stays registered: the host releases it by itself.
     }
 
 private:
@@ -59,7 +59,7 @@ private:
     Qorv::ComPtr<FileSystem> m_file_system = Qorv::Create<FileSystem>();
 };
 
-/// Never called: the host redirects these imports of a plug-in, and so wants to find them.
+/// Never called: the host redirects these imports, so they must exist.
 void UseImports() {
     DWORD written = 0;
     HttpSendRequestExW(nullptr, nullptr, nullptr, 0, 0);
