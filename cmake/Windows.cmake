@@ -1,4 +1,4 @@
-# What holds for everything that is built for Windows.
+# Settings for everything built for Windows.
 add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 
 # The host's contract has callers cast the place for a service's pointer to IUnknown**.
@@ -10,7 +10,7 @@ add_compile_options("-fmacro-prefix-map=${PROJECT_SOURCE_DIR}=." "-fdebug-prefix
 # The runtimes are linked in: a module imports only what Windows ships.
 add_link_options(-static)
 
-# Libraries that are headers only stand where a cross compiler does not look.
+# Header-only libraries are where a cross compiler does not look.
 set(HEADER_LIBRARIES "${CMAKE_BINARY_DIR}/include")
 file(MAKE_DIRECTORY "${HEADER_LIBRARIES}")
 function(add_header_library NAME FOLDER HEADER)

@@ -10,7 +10,7 @@ analysis_folder=$build_folder/analysis
 batch_folder=$analysis_folder/batches
 batch_size=6
 
-# Each version breaks some lines in another place: the format is what Debian 12's makes of it.
+# Each version breaks some lines differently: Debian 12's decides.
 format_version=14
 
 CheckFormat() {
@@ -25,7 +25,7 @@ CheckFormat() {
         Fail "clang-format -i mends the files above"
 }
 
-# Analyses all sources as the two builds compile them (so they have to be built before). A source is analysed anew only
+# Analyses all sources as the two builds compile them (so they have to be built before). A source is analysed again only
 # when it, a header that it uses, or a rule has changed.
 Analyse() {
     PrepareAnalysis
@@ -93,7 +93,7 @@ WriteBatches() {
 # Whether the native build compiles the source; the others are part of the Windows build.
 IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == tests/storm/* || $1 == native-* ]]; }
 
-# The file that stands for all that the analysis of a source depends on.
+# The file that represents everything that the analysis of a source depends on.
 Fingerprint() { printf '%s/%s' "$analysis_folder" "${1//\//+}"; }
 
 # From the builds' notes on which headers each object was made of. The first one of an object's files is its source.
@@ -120,7 +120,7 @@ WriteFingerprints() {
             }' - <(ninja -C "$windows_build" -t deps) <(ninja -C "$native_build" -t deps)
 }
 
-# The largest first, so that no long one is left for the end.
+# The largest first, so that no long one runs last.
 StaleSources() {
     local source
     (cd "$repository" && find "${analysed_folders[@]}" -name '*.cpp' -printf '%s %p\n' | sort -rn | cut -d ' ' -f 2-) |
@@ -129,8 +129,8 @@ StaleSources() {
         done
 }
 
-# AnalyseBatch LIST: a batch in which nothing is found is clean. Any other says nothing yet, since its sources may only
-# disturb one another: they are analysed one by one.
+# AnalyseBatch LIST: a batch in which nothing is found is clean. Any other proves nothing, since its sources may only
+# affect one another: they are analysed one by one.
 AnalyseBatch() {
     local source sources failed=0
     mapfile -t sources <"$1"

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# bare-machine.sh SUITE COMMAND...: runs a command in a fresh clone of this repository on a machine that has nothing but
-# the base system of Debian SUITE (bookworm is 12, trixie is 13): what a new user meets, whatever is installed here.
+# bare-machine.sh SUITE COMMAND...: runs a command in a fresh clone of this repository on a machine with only the base
+# system of Debian SUITE (bookworm is 12, trixie is 13): what a new user meets, whatever is installed here.
 #
 #   tools/bare-machine.sh bookworm ./demo
 #   tools/bare-machine.sh trixie ./check
 #
-# What is not committed is not in the clone. The command runs as root with an empty environment, without a terminal and a
-# display, in namespaces of its own: all that it starts ends with it. Its exit code is the script's; 125 means that no
-# such machine is to be had here, and a line says why. The base systems are made once, in build/bare; with KEEP=1 the
+# What is not committed is not in the clone. The command runs as root with an empty environment, without a terminal and
+# a display, in separate namespaces: everything it starts ends with it. Its exit code is the script's; 125 means that no
+# such machine can be made here, and a line says why. The base systems are made once, in build/bare; with KEEP=1 the
 # folder of the run stays and is named.
 set -euo pipefail
 # shellcheck source=tools/setup.sh
@@ -16,7 +16,7 @@ source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/setup.sh"
 bare_folder=$build_folder/bare
 
 NoMachine() {
-    Say "no bare machine is to be had here, so this was not run: ${command[*]} ($*)"
+    Say "no bare machine can be made here, so this was not run: ${command[*]} ($*)"
     exit 125
 }
 
@@ -36,7 +36,7 @@ MakeSystem() {
     WayToArchive >"$2/etc/apt/apt.conf.d/99way-to-archive" || true
 }
 
-# KeepSystem SUITE: a system gets its name when it is whole; one that was half made is of no use.
+# KeepSystem SUITE: a system gets its name when it is complete; a partial one is useless.
 KeepSystem() {
     local system=$bare_folder/$1.tar tree=$bare_folder/$1.new
     [[ ! -s $system ]] || return 0
@@ -49,8 +49,8 @@ KeepSystem() {
     rm -rf "$tree"
 }
 
-# RunInside MACHINE COMMAND...: the outer shell sees the whole machine, the inner one the bare machine only.
-# shellcheck disable=SC2016  # for those shells
+# RunInside MACHINE COMMAND...: the outer shell sees this machine, the inner one only the bare machine. shellcheck
+# disable=SC2016 # for those shells
 RunInside() {
     unshare --mount --pid --fork --kill-child --propagation private bash -euc '
         mount -t proc proc "$0/proc"

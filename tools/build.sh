@@ -9,22 +9,22 @@ BuildPrograms() {
     Locked build BuildPreset windows windows "the plug-in and its host" qorvhost dropbox_module devtrust
 }
 
-# All there is, tests and all, without a warning.
+# Everything, including the tests, without a warning.
 BuildAll() {
     Locked build BuildStrictly native devservice "the development service and its tests" all
     Locked build BuildStrictly windows windows "the plug-in, its host and the tests" all
 }
 
-# BuildPreset PRESET FOLDER WHAT TARGET...: a warning, as another compiler may have some, stops nobody who wants to run
-# the programs. What was once built strictly stays so as long as that goes well: to build it otherwise is to build it anew.
+# BuildPreset PRESET FOLDER WHAT TARGET...: a warning, which another compiler may give, must not stop a user. A strict
+# build stays strict as long as it succeeds, because changing that rebuilds everything.
 BuildPreset() {
     local folder=$build_folder/$2
     ForgetForeignBuild "$folder"
-    # Later changes of the build's description are noticed by the build itself.
+    # The build itself notices later changes to its description.
     [[ -e $folder/build.ninja ]] || Configure "$1" "$3" OFF
     Build "$@" && return
     StoppedByWarning "$1" || FailBuild "$@"
-    Say "Warnings have stopped the build; it starts anew and lets them pass"
+    Say "Warnings have stopped the build; restarting it with warnings allowed"
     Configure "$1" "$3" OFF
     Build "$@" || FailBuild "$@"
 }
@@ -51,13 +51,13 @@ Build() { TryLogged "build-$1" "Building $3" cmake --build "$build_folder/$2" --
 FailBuild() { FailWithLog "$(LogOf "build-$1")" "this failed: Building $3"; }
 StoppedByWarning() { grep -q 'warnings being treated as errors' "$(LogOf "build-$1")"; }
 
-# A build that was begun in another place would go on with the sources there, and one that was begun with other programs,
-# before an upgrade of the system, cannot go on at all.
+# A build begun in another place would use the sources there, and one begun with other programs, before a system
+# upgrade, cannot continue at all.
 ForgetForeignBuild() {
     [[ ! -e $1 || -z $(find "$1" -maxdepth 1 ! -writable -print -quit) ]] ||
         Fail "$1 has files that another user has built; remove it, or use a copy of the repository of your own"
     [[ $(cat "$1/.origin" 2>/dev/null) != "$(BuildOrigin "$1")" ]] || return 0
-    [[ ! -e $1/CMakeCache.txt ]] || Say "${1#"$repository/"} was built in another place or with other compilers: it is built anew"
+    [[ ! -e $1/CMakeCache.txt ]] || Say "${1#"$repository/"} was built in another place or with other compilers: rebuilding it"
     rm -rf "$1"
     mkdir -p "$1"
     BuildOrigin "$1" >"$1/.origin"

@@ -1,7 +1,7 @@
 # What every script of this repository uses. Sourced, never run; the caller has set -euo pipefail.
 # shellcheck shell=bash
 
-# The one true path: a tree that is reached by two has one prefix, one display and one service.
+# The canonical path, so that a tree reached by two paths has one prefix, one display and one service.
 repository=$(CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_folder=$repository/build
 user=$(id -u)
@@ -27,7 +27,7 @@ FailWithLog() {
 # it takes longer than a moment.
 RunLogged() { TryLogged "$@" || FailWithLog "$(LogOf "$1")" "this failed: $2"; }
 
-# TryLogged NAME MESSAGE COMMAND...: the same, for a caller who knows what to do when it fails.
+# TryLogged NAME MESSAGE COMMAND...: the same, for a caller that handles the failure.
 TryLogged() {
     local message=$2 failed=0 teller
     # The sleep outlives the step, which must not keep a lock.
@@ -41,7 +41,7 @@ TryLogged() {
 
 LogOf() { printf '%s\n' "$build_folder/$1.log"; }
 
-# WaitFor SECONDS COMMAND...: asks every 20 ms until the command succeeds; fails when the time is up.
+# WaitFor SECONDS COMMAND...: polls every 20 ms until the command succeeds; fails when the time is up.
 WaitFor() {
     local deadline=$((SECONDS + $1))
     shift

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The steps of ./demo, which has set everything up: each one runs the development host as a person would, shows what it
-# prints, and checks the outcome against the folder that the service really holds.
+# prints, and checks the outcome against the folder that the service serves.
 set -euo pipefail
 # shellcheck source=tools/wine.sh
 source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/wine.sh"

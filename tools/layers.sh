@@ -3,7 +3,7 @@
 # shellcheck source=tools/common.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 
-# These sources put the whole together, and so look upward.
+# These sources assemble the program, and so include upward.
 looks_upward='^plugin/afs/FileSystemDialogs\.cpp:'
 
 CheckLayers() {

@@ -1,9 +1,8 @@
 # The development service: started, trusted, found again and stopped. Sourced.
 #
-# Each service has a state folder of its own, where it writes down its address and its certificate authority; we add
-# its process id. A service outlives the script that started it, until it is stopped.
-# shellcheck shell=bash
-# shellcheck source=tools/wine.sh
+# Each service has its own state folder, where it writes its address and its certificate authority; we add its process
+# id. A service outlives the script that started it, until it is stopped. shellcheck shell=bash shellcheck
+# source=tools/wine.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/wine.sh"
 
 service_program=$build_folder/devservice/devservice
@@ -48,12 +47,11 @@ DistrustAuthority() {
     RunDetached "$(WineProgram)" "$trust_program" remove "$(WindowsPath "$1")" || Say "$1 is still trusted in $WINEPREFIX"
 }
 
-# The process id alone may by now be another program's, which has not this state folder among its arguments.
+# The process id may by now belong to another program, which lacks this state folder among its arguments.
 ServiceRuns() { [[ -e $1/pid ]] && grep -qzxF -e "$1" "/proc/$(<"$1/pid")/cmdline" 2>/dev/null; }
 ServiceEnded() { ! ServiceRuns "$1"; }
 
-# One that was built anew since it was started does not count, nor does one that is older than the Wine prefix, where
-# nobody trusts it.
+# A service rebuilt since its start does not count, nor does one older than the Wine prefix, which does not trust it.
 ServiceAnswers() {
     local address
     ServiceRuns "$1" || return

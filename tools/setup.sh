@@ -25,14 +25,14 @@ InstallPackagePackages() { InstallPackages "${package_packages[@]}"; }
 InstallPackages() {
     local missing
     if ! command -v dpkg-query >/dev/null; then
-        Say "This isn't a Debian system; install these packages, or what they are called here: $*"
+        Say "This isn't a Debian system; install these packages, or their equivalents here: $*"
         return
     fi
     mapfile -t missing < <(MissingPackages "$@")
     [[ ${#missing[@]} -gt 0 ]] || return 0
     Say "Missing Debian packages: ${missing[*]}"
     CanBecomeRoot || Fail "only root may install them. As root: apt-get install ${missing[*]}"
-    # What stays unknown after this, the next step says.
+    # The next step reports packages still unknown.
     TryLogged apt-update "Reading Debian's package lists" AsRoot apt-get -q update || true
     # Another installation may be running; we wait for it.
     TryLogged apt-install "Installing the packages" \

@@ -68,20 +68,20 @@ CreatePrefix() {
     DetachFromHome
 }
 
-# One that another Wine has made, before an upgrade of the system, is made anew.
+# One made by another Wine, before a system upgrade, is made again.
 PrefixIsComplete() { [[ $(cat "$prefix_is_complete" 2>/dev/null) == "$(WineIdentity)" ]]; }
 WineIdentity() { stat --dereference --format '%n %s %Y' "$(WineProgram)"; }
 
 FillPrefix() {
     ! PrefixIsComplete || return 0
     Say "Creating the Wine prefix (once, about 10 s)"
-    # What is there is of another Wine, or of an interrupted earlier try.
+    # Remove what another Wine or an interrupted attempt left.
     StopWine
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     StartWineServer
     RunDetached "$(WineProgram)" wineboot --init || Fail "Wine could not create its prefix in $WINEPREFIX"
-    # The services of the run that made the prefix lack the one for OLE, which costs each program 10 s: they start anew.
+    # The services of the run that made the prefix lack the one for OLE, which costs each program 10 s: restart them.
     RunDetached "$(WineServer)" -k || true
     RunDetached "$(WineServer)" -w || true
     # Tahoma, and the signs on title bars: Wine does not find its own fonts when it is started without its wrapper.

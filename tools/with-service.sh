@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# with-service.sh PROGRAM.exe ARGUMENTS...: runs a Windows test program with a fresh development service of its own,
-# which has two accounts over two empty folders. Ends with the program's exit code and leaves nothing behind.
+# with-service.sh PROGRAM.exe ARGUMENTS...: runs a Windows test program with a fresh development service that has two
+# accounts over two empty folders. Ends with the program's exit code and leaves nothing behind.
 #
 # The program finds the service by these variables: DEVSERVICE_ADDRESS (host:port), DEVSERVICE_STATE (the folder with
 # its authority and its token), DEVSERVICE_ROOT and DEVSERVICE_ROOT_2 (the accounts' folders), DEVTRUST (the program that
