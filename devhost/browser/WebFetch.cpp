@@ -44,7 +44,7 @@ Target TargetOf(const Url& i_url) {
     parts.dwHostNameLength = parts.dwUrlPathLength = parts.dwExtraInfoLength = static_cast<DWORD>(-1);
     if (!InternetCrackUrlW(address.c_str(), static_cast<DWORD>(address.size()), 0, &parts) ||
         parts.dwHostNameLength == 0)
-        throw Failure(E_INVALIDARG, L"The address of the page cannot be understood");
+        throw Failure(E_INVALIDARG, L"The address of the page is invalid");
     std::wstring object(parts.lpszUrlPath, parts.dwUrlPathLength);
     object.append(parts.lpszExtraInfo, parts.dwExtraInfoLength);
     if (!object.starts_with(L'/'))

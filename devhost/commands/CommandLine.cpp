@@ -91,9 +91,9 @@ std::shared_ptr<CLI::App> MakeProgram(CommandLine::Origin i_origin) {
     const auto formatter = std::make_shared<HelpFormatter>();
     formatter->label("SUBCOMMAND", "COMMAND");
     program->formatter(formatter);
-    program->footer("A LOCATION is a path in the account (/Documents/a.pdf) or a whole location "
+    program->footer("A LOCATION is a path in the account (/Documents/a.pdf) or a full location "
                     "(dropbox://ID/Documents/a.pdf).\n"
-                    "Exit codes: 0 done, 1 failed, 2 not understood, 3 the plug-in left something behind.");
+                    "Exit codes: 0 done, 1 failed, 2 invalid command, 3 the plug-in left something behind.");
     if (i_origin == CommandLine::Origin::Program)
         AddProgramOptions(*program);
     AddCommands(*program);

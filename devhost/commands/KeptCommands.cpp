@@ -43,7 +43,7 @@ KeptFile Find(const std::vector<KeptFile>& i_kept, const std::wstring& i_id) {
 /// Opening a file for writing picks up the newest bytes kept for it, and closing it sends them.
 void Send(Shell& io_shell, const KeptFile& i_kept) {
     if (i_kept.location.empty()) // Of a damaged note.
-        throw Failure(E_INVALIDARG, L"Nobody knows where these bytes belong; save them to a file instead");
+        throw Failure(E_INVALIDARG, L"The location of these bytes is unknown; save them to a file instead");
     const Place place = io_shell.Locations().Find(i_kept.location);
     const Operation operation = io_shell.Begin(i_kept.location);
     RemoteFile file(io_shell.FileSystem(), io_shell.Plugin().Cache(), place.name,

@@ -28,7 +28,7 @@ Qorv::ComPtr<Qorv::IQorv_Plugin> ModuleLoader::Load(const std::filesystem::path&
         throw Failure(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), i_path.wstring() + L" isn't a plug-in");
     const auto get_plugin = std::bit_cast<Qorv::GetPluginFunction>(entry);
     Qorv::ComPtr<Qorv::IQorv_Plugin> plugin;
-    Check(get_plugin(nullptr, nullptr, &plugin), L"The plug-in cannot be made");
+    Check(get_plugin(nullptr, nullptr, &plugin), L"Cannot create the plug-in");
     return plugin;
 }
 

@@ -26,7 +26,7 @@ void RemoteFile::Write(const void* i_data, ULONG i_size) {
     ULONG written = 0;
     m_operation.Check(m_file->Write(i_data, i_size, &written, m_operation.Details(), m_operation.Cancel()));
     if (written != i_size)
-        throw Failure(E_FAIL, L"The files cache takes no more bytes");
+        throw Failure(E_FAIL, L"The files cache accepts no more bytes");
 }
 
 void RemoteFile::SetOriginal(std::function<bool()> i_still_stands) {

@@ -194,7 +194,7 @@ void CacheEntry::Send(Qorv::IQorv_CancelFlag* i_cancel_flag) {
                 m_callback->Write(position + sent, piece.data() + sent, read - sent, &written, said, i_cancel_flag),
                 *said);
             if (written == 0)
-                throw Failure(E_FAIL, L"The service takes no more bytes");
+                throw Failure(E_FAIL, L"The service accepts no more bytes");
             sent += written;
         }
         if (read == 0)

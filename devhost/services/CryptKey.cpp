@@ -97,7 +97,7 @@ std::wstring CryptKey::Decrypt(std::wstring_view i_cipher_text) const {
     const std::string_view protected_bytes = std::string_view(bytes).substr(std::min(bytes.size(), checksum.size()));
     std::memcpy(checksum.data(), bytes.data(), bytes.size() - protected_bytes.size());
     if (protected_bytes.empty() || checksum != ChecksumOf(protected_bytes))
-        throw Failure(E_INVALIDARG, L"The text was not encrypted here, or was changed since");
+        throw Failure(E_INVALIDARG, L"The text was not encrypted here, or has been changed");
 
     DATA_BLOB input = BlobOf(protected_bytes.data(), protected_bytes.size());
     DATA_BLOB entropy = BlobOf(m_secret.data(), m_secret.size());
