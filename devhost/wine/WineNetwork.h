@@ -17,9 +17,9 @@ bool IsWine();
 void RedirectWinInet();
 
 /// Makes it safe under Wine to close a streamed upload (HttpSendRequestExW, InternetWriteFile, HttpEndRequestW) before
-/// its end, and lets closing a request's handle end a call that hangs in another thread, as it does on Windows. Redirects
-/// the module's imports for this; those of streamed uploads and InternetCloseHandle must exist. Call once per module,
-/// before its first request and after `RedirectWinInet`.
+/// its end, and lets closing a request's handle end a call that hangs in another thread, as it does on Windows.
+/// Redirects the module's imports for this; those of streamed uploads and InternetCloseHandle must exist. Call once per
+/// module, before its first request and after `RedirectWinInet`.
 void RedirectModuleImports(HMODULE i_module);
 
 } // namespace DevHost

@@ -1,5 +1,5 @@
-// Part of every test program: no test waits forever. One that takes too long is named, and its program ended. The limit is
-// 120 s, or what TEST_SECONDS says.
+// Part of every test program: no test waits forever. One that takes too long is named, and its program ended. The limit
+// is 120 s, or what TEST_SECONDS says.
 
 #include <gtest/gtest.h>
 
