@@ -135,7 +135,7 @@ std::wstring AccountData::GetToken() const {
     return m_token;
 }
 
-std::wstring AccountData::GetUserName() const {
+std::wstring AccountData::UserName() const {
     TRACE_FUNCTION();
     return m_user_name;
 }

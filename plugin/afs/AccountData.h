@@ -31,7 +31,7 @@ public:
     std::wstring GetUserId() const;
     /// The bare token, in clear.
     std::wstring GetToken() const;
-    std::wstring GetUserName() const;
+    std::wstring UserName() const;
     void SetUserId(std::wstring user_id);
     void SetToken(std::wstring token);
     void SetUserName(std::wstring user_name);

@@ -82,7 +82,7 @@ ComPtr<Name> Name::CreateRoot(AccountData* accountData, const Qorv::ComPtr<HostS
     TRACE_FUNCTION();
     std::wstring user_id = accountData->GetUserId();
     std::wstring token = accountData->GetToken();
-    auto name = NewName(Session::Create(user_id, token, plugin, context, accountData->GetUserName()), {});
+    auto name = NewName(Session::Create(user_id, token, plugin, context, accountData->UserName()), {});
     const auto root = name->m_session->GetWeb();
     name->SetObject(root);
     const SharePoint::UserInformation& user = root->GetWeb()->GetUserInformation();
