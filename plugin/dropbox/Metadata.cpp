@@ -36,12 +36,14 @@ SharePoint::ObjectInformation Dropbox::ReadMetadata(const JsonValue& i_metadata,
     return information;
 }
 
-SharePoint::ObjectInformation Dropbox::ReadWrittenFile(const JsonValue& i_metadata, const std::wstring& i_path) {
+SharePoint::ObjectInformation Dropbox::ReadWritten(const JsonValue& i_metadata, const wchar_t* i_kind,
+                                                   const std::wstring& i_path) {
     TRACE_FUNCTION();
-    SharePoint::ObjectInformation information = ReadMetadata(i_metadata, L"file");
+    SharePoint::ObjectInformation information = ReadMetadata(i_metadata, i_kind);
     if (information._path.empty()) // Assume the folder that was asked for, and compare names.
         information._path = i_path.substr(0, i_path.rfind(L'/') + 1) + information._name;
     CHECK_THROW(IsSamePath(i_path, information._path),
-                Exception(L"The service has written another file than it was asked to: " + information._path));
+                Exception(std::wstring(L"The service has written another ") + i_kind + L" than it was asked to: " +
+                          information._path));
     return information;
 }

@@ -10,8 +10,9 @@ namespace Dropbox {
 SharePoint::ObjectInformation ReadMetadata(const Utility::JsonValue& i_metadata,
                                            const wchar_t* i_forced_kind = nullptr);
 
-/// The record of a file that the service has just written at `i_path`. Throws an `Exception` if the metadata belongs
-/// to another file.
-SharePoint::ObjectInformation ReadWrittenFile(const Utility::JsonValue& i_metadata, const std::wstring& i_path);
+/// The record of a "file" or "folder" that the service has just written at `i_path`. Throws an `Exception` if the
+/// metadata belongs to another one.
+SharePoint::ObjectInformation ReadWritten(const Utility::JsonValue& i_metadata, const wchar_t* i_kind,
+                                          const std::wstring& i_path);
 
 } // namespace Dropbox

@@ -105,7 +105,7 @@ void Object::FinishWrite(Http::Request& io_request) {
     m_information = Utility::ReadFor(L"about the file that it received", [&] {
         Utility::JsonDocument metadata;
         Utility::ParseJson(metadata, response);
-        return ReadWrittenFile(metadata, m_information._path);
+        return ReadWritten(metadata, L"file", m_information._path);
     });
 }
 

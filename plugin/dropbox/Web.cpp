@@ -144,16 +144,15 @@ std::shared_ptr<SharePoint::Object> Web::CreateFile(const std::wstring& path) {
     const std::wstring headers = UploadArgument(path) + L"Content-Type: application/octet-stream\n";
     auto response = m_content_session.SendRequest(L"2/files/upload", accept_json, headers.c_str(), nullptr);
     return NewObject(
-        Utility::ReadFor(L"about the new file", [&] { return ReadWrittenFile(ReadReply(response), path); }));
+        Utility::ReadFor(L"about the new file", [&] { return ReadWritten(ReadReply(response), L"file", path); }));
 }
 
 std::shared_ptr<SharePoint::Object> Web::CreateFolder(const std::wstring& path) {
     TRACE_FUNCTION();
     const std::string body = CheckedArguments("{\"path\": \"" + ToUtf8(path) + "\",\"autorename\": false}", {path});
     auto response = m_api_session.SendRequest(L"2/files/create_folder", accept_json, json_content, body.c_str());
-    return NewObject(Utility::ReadFor(L"about the new folder", [&] {
-        return WithPath(ReadMetadata(ReadReply(response), L"folder"), path); // The reply names no kind.
-    }));
+    return NewObject(
+        Utility::ReadFor(L"about the new folder", [&] { return ReadWritten(ReadReply(response), L"folder", path); }));
 }
 
 std::vector<std::shared_ptr<SharePoint::Object>> Web::GetChildren() {

@@ -138,12 +138,13 @@ TEST_F(ItemTest, ARecordWithoutAPathKeepsThePathThatWasAskedFor) {
     EXPECT_NE(nullptr, Qorv::OwnObject<Name>(name)->BindObject());
     EXPECT_EQ(Location(L"/Docs"), TextOf(name));
     const auto made = NameOf(L"/New");
-    record("create_folder", folder);
+    record("create_folder", R"({\".tag\": \"folder\", \"name\": \"New\"})");
     EXPECT_HRESULT(S_OK, m_file_system->CreateFolder(made, nullptr, nullptr));
     EXPECT_EQ(Location(L"/New"), TextOf(made));
     record("list_folder", R"({\"entries\": [)" + folder + R"(], \"has_more\": false, \"cursor\": \"c\"})");
     ComPtr<Qorv::IAFS_EnumFolder> children;
     EXPECT_HRESULT(S_OK, m_file_system->EnumFolder(made, nullptr, nullptr, &children));
+    ASSERT_NE(nullptr, children);
     ComPtr<Qorv::IAFS_EnumFolderItem> item;
     EXPECT_HRESULT(S_OK, children->Next(&item));
     ComPtr<IAFS_Name> child;

@@ -184,7 +184,7 @@ TEST_F(CallTest, PathsThatNoRequestCanCarryAreRefused) {
     EXPECT_TRUE(Service::Requests().empty());
 }
 
-TEST_F(CallTest, AReplyThatNamesAnotherFileIsAFailure) {
+TEST_F(CallTest, AReplyThatNamesAnotherItemIsAFailure) {
     struct {
         const wchar_t* path;
         const char* answered; // Members of the reply.
@@ -208,6 +208,7 @@ TEST_F(CallTest, AReplyThatNamesAnotherFileIsAFailure) {
             quoted += c == '"' ? "\\\"" : std::string(1, c);
         const std::string fault = R"({"path": "2/files/upload", "times": 2, "body": ")" + quoted + "\"}";
         Service::AddFault(fault);
+        Service::AddFault(R"({"path": "2/files/create_folder", "body": ")" + quoted + "\"}");
         const auto object = Dropbox::Object::Create({._name = L"n", ._path = row.path, ._is_folder = false}, m_web);
         const Outcome created = OutcomeOf([&] { m_web->CreateFile(row.path); });
         const Outcome written = OutcomeOf([&] {
@@ -215,7 +216,9 @@ TEST_F(CallTest, AReplyThatNamesAnotherFileIsAFailure) {
             request.Write("new", 3);
             object->FinishWrite(request);
         });
+        const Outcome folder = OutcomeOf([&] { m_web->CreateFolder(row.path); });
         EXPECT_EQ(created.type, row.is_good ? "" : "Exception");
+        EXPECT_EQ(folder.type, row.is_good ? "" : "Exception");
         EXPECT_EQ(written.type, row.is_good ? "" : "Exception");
         EXPECT_EQ(object->GetInformation()._size, row.is_good ? 3u : 0u);
         EXPECT_TRUE(object->GetInformation()._path.starts_with(L'/'));

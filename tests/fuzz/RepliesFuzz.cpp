@@ -116,7 +116,7 @@ TEST(RepliesFuzz, ARecordIsWhatTheObjectSaysOrIsRefused) {
                 // Refused.
             }
         try {
-            const auto written = Dropbox::ReadWrittenFile(*document, L"/Docs/a.pdf");
+            const auto written = Dropbox::ReadWritten(*document, L"file", L"/Docs/a.pdf");
             EXPECT_TRUE(Dropbox::IsSamePath(L"/docs/A.PDF", written._path));
             EXPECT_FALSE(written._is_folder);
         } catch (const Exception&) {
