@@ -5,7 +5,7 @@ source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 
 windows_build=$build_folder/windows
 native_build=$build_folder/devservice
-analysed_folders=(plugin sdk devhost devservice tests bench)
+analysed_folders=(plugin sdk devhost devservice tests bench reliability)
 analysis_folder=$build_folder/analysis
 batch_folder=$analysis_folder/batches
 batch_size=6
@@ -78,7 +78,7 @@ WriteBatches() {
             key = group of[root $0]
             if (!(key in batch)) {
                 split(group, parts, "/")
-                name = group ~ /^((tests\/)?devservice|tests\/storm)\// ? "native" : "windows"
+                name = group ~ /^((tests\/)?devservice|reliability\/storm)\// ? "native" : "windows"
                 batch[key] = folder "/" parts[1] "/" name "-" ++count
                 options[key] = of[root $0]
                 size[key] = 0
@@ -91,7 +91,7 @@ WriteBatches() {
 }
 
 # Whether the native build compiles the source; the others are part of the Windows build.
-IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == tests/storm/* || $1 == native-* ]]; }
+IsNative() { [[ $1 == devservice/* || $1 == tests/devservice/* || $1 == reliability/storm/* || $1 == native-* ]]; }
 
 # The file that represents everything that the analysis of a source depends on.
 Fingerprint() { printf '%s/%s' "$analysis_folder" "${1//\//+}"; }
