@@ -218,11 +218,11 @@ void HttpExchange::SendBody(Reply& io_reply, std::string i_head) {
     const std::uint64_t size = io_reply.BodySize();
     const std::uint64_t end = std::min(size, fault.truncate_at.value_or(size));
     const std::size_t usual_size = io_reply.is_chunked ? small_piece_size : piece_size;
-    const std::size_t piece_size = fault.piece_size > 0 ? fault.piece_size : usual_size;
+    const std::size_t step = fault.piece_size > 0 ? fault.piece_size : usual_size;
     std::vector<char> buffer;
     std::string out = std::move(i_head); // sent together with the next bytes
     for (std::uint64_t offset = 0; offset < end;) {
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(piece_size, end - offset));
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(step, end - offset));
         const std::string_view piece = NextPiece(io_reply, offset, wanted, buffer);
         if (piece.empty())
             throw ConnectionLost("the file became shorter while it was sent");

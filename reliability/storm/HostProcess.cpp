@@ -46,6 +46,7 @@ std::vector<std::string> Environment(const std::string& i_service_address) {
 
 std::vector<char*> Pointers(std::vector<std::string>& io_texts) {
     std::vector<char*> pointers;
+    pointers.reserve(io_texts.size() + 1);
     for (std::string& text : io_texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
