@@ -191,21 +191,23 @@ void CacheCallback::OpenDownload() {
 void CacheCallback::CheckFileSize(ULONGLONG i_size, bool i_asks_anew) {
     TRACE_FUNCTION();
     const auto object = m_name->GetObject();
-    if (i_asks_anew || object->GetInformation()._size != i_size)
-        CHECK_THROW(RefreshObject(*object) && object->GetInformation()._size == i_size,
+    if (i_asks_anew || object->GetInformation()._size != i_size) {
+        CHECK_THROW(RefreshObject(*object), Exception(no_file));
+        CHECK_THROW(object->GetInformation()._size == i_size,
                     HResultException(L"The connection was closed before the whole file had arrived, or something else "
                                      L"was sent in its place",
                                      HRESULT_FROM_WIN32(ERROR_INTERNET_CONNECTION_ABORTED)));
+    }
     CHECK_THROW(m_told_size.value_or(i_size) == i_size,
                 Exception(L"The file was changed after it had been opened: close it, and open it again"));
 }
 
 /// Creates the file only if it is missing: an existing file is not emptied before its upload. If it was missing when it
-/// was opened but exists now, somebody else has created it, and it is not replaced. That error is reported once; saving
-/// again after it is the user's decision. An empty file may be left over from a failed upload.
+/// was opened but exists now, somebody else has created it, and it is not replaced unless the user was told and saved
+/// again: closing the file is not enough. An empty file may be left over from a failed upload.
 void CacheCallback::CreateMissingFile() {
     TRACE_FUNCTION();
-    const bool is_made_anew = m_missing_file == MissingFile::IsCreatedAnew;
+    const bool is_made_anew = m_missing_file == MissingFile::IsCreatedAnew && !m_name->IsReplacingAccepted();
     const auto web = m_name->GetSession()->GetWeb()->GetWeb();
     const std::wstring path = m_name->GetPath();
     auto object = is_made_anew ? nullptr : m_name->GetObject();
@@ -213,10 +215,14 @@ void CacheCallback::CreateMissingFile() {
         object = FindObject(*web, path, SharePoint::Web::BindObjectType::any);
     if (object == nullptr)
         object = web->CreateFile(path);
-    m_missing_file = MissingFile::IsCreated;
-    CHECK_THROW(!is_made_anew || object->GetInformation()._size == 0,
+    CHECK_THROW(object->AsFile() != nullptr, Exception(L"A folder has this name"));
+    const bool is_strangers = is_made_anew && object->GetInformation()._size != 0;
+    if (is_strangers)
+        m_name->TellOfStrangersFile();
+    CHECK_THROW(!is_strangers,
                 Exception(L"Somebody else has meanwhile saved a file of this name: save again to replace it, or choose "
                           L"another name"));
+    m_missing_file = MissingFile::IsCreated;
     m_name->SetObject(object);
 }
 

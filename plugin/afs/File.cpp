@@ -114,6 +114,7 @@ HRESULT STDMETHODCALLTYPE File::Write(const void* data, ULONG size, ULONG* out_w
         CHECK_HRESULT(m_cache->Write(m_pos, data, size, &size_written, out_error_details, cancel_flag));
         m_pos += size_written;
         *out_written = size_written;
+        m_is_close_canceled = false;
         return TRACE_RESULT(S_OK);
     };
 }
@@ -176,7 +177,9 @@ HRESULT STDMETHODCALLTYPE File::Flush(Qorv::IQorv_ErrorDetails* out_error_detail
     COM_BOUNDARY(out_error_details) {
         CHECK_RETURN(!IsCanceled(cancel_flag), Qorv::ErrorCanceled);
         CHECK_RETURN(m_cache != nullptr, E_UNEXPECTED);
+        m_name->AcceptReplacing();
         CHECK_HRESULT(m_cache->Flush(out_error_details, cancel_flag));
+        m_is_close_canceled = false;
         return TRACE_RESULT(S_OK);
     };
 }

@@ -153,6 +153,21 @@ void Name::FollowMove(const std::wstring& i_url, const std::wstring& i_new_url) 
     m_url = std::move(url);
 }
 
+void Name::TellOfStrangersFile() noexcept {
+    TRACE_FUNCTION();
+    m_is_stranger_told = true;
+}
+
+void Name::AcceptReplacing() noexcept {
+    TRACE_FUNCTION();
+    m_is_replacing_accepted = m_is_stranger_told;
+}
+
+bool Name::IsReplacingAccepted() const noexcept {
+    TRACE_FUNCTION();
+    return m_is_replacing_accepted;
+}
+
 ComPtr<Name> Name::GetParent() const {
     TRACE_FUNCTION();
     const std::wstring_view path = SplitLocation(m_url).path;

@@ -61,6 +61,13 @@ public:
     /// it.
     void FollowMove(const std::wstring& i_url, const std::wstring& i_new_url);
 
+    // Somebody else has created a file where the name's new file was to be. It is replaced only if the user saves again
+    // after being told.
+
+    void TellOfStrangersFile() noexcept;
+    void AcceptReplacing() noexcept;
+    bool IsReplacingAccepted() const noexcept;
+
     /// Null for a root.
     Qorv::ComPtr<Name> GetParent() const;
 
@@ -77,6 +84,8 @@ private:
     std::shared_ptr<SharePoint::Object> m_object;
     std::wstring m_url;
     bool m_follows_moves = false;
+    bool m_is_stranger_told = false;
+    bool m_is_replacing_accepted = false;
 };
 
 /// Whether two names belong to the same user's account: only then does a path mean the same object for both.

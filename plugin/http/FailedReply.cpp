@@ -74,11 +74,12 @@ std::wstring ServiceWords(const Http::Response& i_response, const std::wstring& 
 
 std::wstring Http::LogFailedReply(Response& io_response, const FunctionName& i_caller) {
     TRACE_FUNCTION();
-    const std::wstring body = FromUtf8(ReadableBody(io_response));
+    const std::wstring body = WithoutSecrets(FromUtf8(ReadableBody(io_response))); // Before anything is cut short.
     try {
         if (IsLogEnabled())
             TraceText(i_caller, WithoutSecrets(L"Unexpected HTTP code:\n" + GetRequestUri(io_response.Handle()) +
-                                               L"\n" + HeaderLines(io_response.GetHeaders()) + L"\n" + body));
+                                               L"\n" + HeaderLines(io_response.GetHeaders())) +
+                                    L"\n" + body);
     } catch (const Exception&) {
         // The log does without this entry.
     }

@@ -1,6 +1,7 @@
 #include "http/HttpException.h"
 
 #include "core/trace/ErrorText.h"
+#include "core/trace/Secret.h"
 #include "core/trace/Trace.h"
 #include "http/RequestHandle.h"
 #include "http/ServiceWords.h"
@@ -25,7 +26,8 @@ std::wstring GetRequestText(HINTERNET request_handle) {
 /// What a person is told: the message, and the service's own word.
 FailureReason ReasonOf(const std::wstring& i_message, HINTERNET i_request, std::wstring i_error_summary) {
     const DWORD status = HttpStatusCode(i_request) & 0xFFFF;
-    std::wstring words = i_message.starts_with(no_status) ? connection_broke : Http::PlainWords(i_message);
+    std::wstring words =
+        i_message.starts_with(no_status) ? connection_broke : Http::PlainWords(WithoutSecrets(i_message));
     if (!i_error_summary.empty())
         words += L" (" + i_error_summary + L")";
     return {std::move(words), status, std::move(i_error_summary)};

@@ -266,6 +266,13 @@ TEST_F(FileTest, AFileOfSomebodyElseIsNotReplacedUnasked) {
     EXPECT_HRESULT(S_OK, file->Flush(m_details, nullptr)) << "now the user has decided";
     EXPECT_EQ("mine", Remote(L"/a"));
 
+    const auto closed = Opened(L"/d", write);
+    Tests::WriteAll(closed, "mine");
+    Put(L"/d", "theirs");
+    EXPECT_HRESULT(E_FAIL, closed->Flush(m_details, nullptr));
+    EXPECT_HRESULT(E_FAIL, closed->Close(m_details, nullptr)) << "the user has chosen another name";
+    EXPECT_EQ("theirs", Remote(L"/d"));
+
     const auto replacing = Opened(L"/b", write | create_always);
     Put(L"/b", "theirs");
     Tests::WriteAll(replacing, "mine");
@@ -430,6 +437,14 @@ TEST_F(FileTest, ACanceledCloseUploadsNothingLater) {
     EXPECT_HRESULT(Qorv::ErrorCanceled, file->Close(m_details, m_canceled));
     Close(file);
     EXPECT_EQ("bytes", Remote(L"/b")) << "the second close meant it";
+
+    {
+        const auto edited = Opened(L"/c", write);
+        Tests::WriteAll(edited, "by");
+        EXPECT_HRESULT(Qorv::ErrorCanceled, edited->Close(m_details, m_canceled));
+        Tests::WriteAll(edited, "tes");
+    }
+    EXPECT_EQ("bytes", Remote(L"/c")) << "the user went on after the cancelled close";
 }
 
 TEST_F(FileTest, AFileThatIsOnlyReleasedIsClosed) {
