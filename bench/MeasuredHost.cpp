@@ -39,8 +39,8 @@ HRESULT STDMETHODCALLTYPE TappedFileSystems::GetFilesCache(Qorv::IAFS_FileSys* i
     return S_OK;
 }
 
-MeasuredHost::MeasuredHost(Qorv::ComPtr<DevHost::MainInstance> i_host)
-    : m_host(std::move(i_host)), m_file_systems(Qorv::Create<TappedFileSystems>(m_host->FileSystems())) {
+MeasuredHost::MeasuredHost(const Qorv::ComPtr<DevHost::MainInstance>& i_host)
+    : ForwardingHost(i_host.Get()), m_file_systems(Qorv::Create<TappedFileSystems>(i_host->FileSystems())) {
     Qorv::ComPtr<IUnknown> service;
     DevHost::Check(m_host->GetExtension(L"UIX", &service), L"UIX");
     m_ui = Qorv::Create<TimedUi>(service.As<Qorv::IUIX_Inst>());

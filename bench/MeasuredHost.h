@@ -3,6 +3,7 @@
 #include "TimedUi.h"
 #include "host/MainInstance.h"
 #include "qorv/CoClass.h"
+#include "support/ForwardingHost.h"
 
 #include <functional>
 
@@ -73,9 +74,9 @@ private:
 };
 
 /// The development host's main instance with services that can be measured.
-class MeasuredHost final : public Qorv::CoClass<MeasuredHost, Qorv::IQorv_Inst> {
+class MeasuredHost final : public Tests::ForwardingHost<MeasuredHost> {
 public:
-    explicit MeasuredHost(Qorv::ComPtr<DevHost::MainInstance> i_host);
+    explicit MeasuredHost(const Qorv::ComPtr<DevHost::MainInstance>& i_host);
 
     TappedFileSystems& FileSystems() const noexcept { return *m_file_systems; }
     TimedUi& Ui() const noexcept { return *m_ui; }
@@ -86,37 +87,10 @@ public:
     void OnWorkersCall(Notice i_notice) { m_notice = std::move(i_notice); }
 
     HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override;
-    HRESULT STDMETHODCALLTYPE GetPluginSettings(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
-                                                Qorv::IAUX_CabNode** o_settings) noexcept override {
-        return m_host->GetPluginSettings(i_plugin, i_create, o_settings);
-    }
-    HRESULT STDMETHODCALLTYPE GetCryptKey(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
-                                          Qorv::IAUX_CryptKey** o_key) noexcept override {
-        return m_host->GetCryptKey(i_plugin, i_create, o_key);
-    }
-    HRESULT STDMETHODCALLTYPE CreateStdBindContext(Qorv::IAFS_BindContext** o_context) noexcept override {
-        return m_host->CreateStdBindContext(o_context);
-    }
-    HRESULT STDMETHODCALLTYPE GetLocalStr(Qorv::PCStr i_id, BSTR* o_text) noexcept override {
-        return m_host->GetLocalStr(i_id, o_text);
-    }
-    HRESULT STDMETHODCALLTYPE MergeLocalization(IStream* i_table) noexcept override {
-        return m_host->MergeLocalization(i_table);
-    }
-    HRESULT STDMETHODCALLTYPE StringToID(Qorv::PCStr i_name, VARIANT_BOOL i_create, ULONG* o_id) noexcept override {
-        return m_host->StringToID(i_name, i_create, o_id);
-    }
-    HRESULT STDMETHODCALLTYPE get_EventServer(Qorv::IQorv_EventServer** o_server) noexcept override {
-        return m_host->get_EventServer(o_server);
-    }
     HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
                                                   DWORD i_wait) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override {
-        return m_host->get_MainFrameWnd(o_window);
-    }
 
 private:
-    Qorv::ComPtr<DevHost::MainInstance> m_host;
     Qorv::ComPtr<TappedFileSystems> m_file_systems;
     Qorv::ComPtr<TimedUi> m_ui;
     const DWORD m_main_thread = GetCurrentThreadId();

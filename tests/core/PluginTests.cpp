@@ -6,6 +6,7 @@
 #include "core/host/ThreadSafeCall.h"
 #include "host/MainInstance.h"
 #include "qorv/Values.h"
+#include "support/ForwardingHost.h"
 #include "support/Log.h"
 #include "support/Outcome.h"
 #include "support/TemporaryFolder.h"
@@ -21,9 +22,10 @@ using Qorv::ComPtr;
 namespace {
 
 /// The development host, except for one call, which fails.
-class FailingHost final : public Qorv::CoClass<FailingHost, Qorv::IQorv_Inst> {
+class FailingHost final : public ForwardingHost<FailingHost> {
 public:
-    FailingHost(Qorv::IQorv_Inst* i_host, std::wstring i_failing) : m_host(i_host), m_failing(std::move(i_failing)) {}
+    FailingHost(Qorv::IQorv_Inst* i_host, std::wstring i_failing)
+        : ForwardingHost(i_host), m_failing(std::move(i_failing)) {}
 
     HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override {
         return m_failing == i_name ? E_ABORT : m_host->GetExtension(i_name, o_service);
@@ -32,21 +34,8 @@ public:
                                                 Qorv::IAUX_CabNode** o_settings) noexcept override {
         return Fails(L"settings") ? E_ABORT : m_host->GetPluginSettings(i_plugin, i_create, o_settings);
     }
-    HRESULT STDMETHODCALLTYPE GetCryptKey(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
-                                          Qorv::IAUX_CryptKey** o_key) noexcept override {
-        return m_host->GetCryptKey(i_plugin, i_create, o_key);
-    }
-    HRESULT STDMETHODCALLTYPE CreateStdBindContext(Qorv::IAFS_BindContext** o_context) noexcept override {
-        return m_host->CreateStdBindContext(o_context);
-    }
-    HRESULT STDMETHODCALLTYPE GetLocalStr(Qorv::PCStr i_id, BSTR* o_text) noexcept override {
-        return m_host->GetLocalStr(i_id, o_text);
-    }
     HRESULT STDMETHODCALLTYPE MergeLocalization(IStream* i_table) noexcept override {
         return Fails(L"localization") ? E_ABORT : m_host->MergeLocalization(i_table);
-    }
-    HRESULT STDMETHODCALLTYPE StringToID(Qorv::PCStr i_name, VARIANT_BOOL i_create, ULONG* o_id) noexcept override {
-        return m_host->StringToID(i_name, i_create, o_id);
     }
     HRESULT STDMETHODCALLTYPE get_EventServer(Qorv::IQorv_EventServer** o_server) noexcept override {
         return Fails(L"events") ? E_ABORT : m_host->get_EventServer(o_server);
@@ -56,16 +45,12 @@ public:
         m_wait = i_wait;
         return m_host->ExecuteOnMainThread(i_callback, i_wait);
     }
-    HRESULT STDMETHODCALLTYPE get_MainFrameWnd(HWND* o_window) noexcept override {
-        return m_host->get_MainFrameWnd(o_window);
-    }
 
     DWORD m_wait = 0; ///< The wait that the last call for the main thread asked for.
 
 private:
     bool Fails(const wchar_t* i_call) const { return m_failing == i_call; }
 
-    ComPtr<Qorv::IQorv_Inst> m_host;
     std::wstring m_failing;
 };
 

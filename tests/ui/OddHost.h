@@ -1,42 +1,18 @@
 #pragma once
 
-#include "host/MainInstance.h"
-#include "qorv/CoClass.h"
+#include "support/ForwardingHost.h"
 
 #include <atomic>
 
 namespace Tests {
 
 /// The development host, which refuses some things when a test wants it to.
-class OddHost final : public Qorv::CoClass<OddHost, Qorv::IQorv_Inst> {
+class OddHost final : public ForwardingHost<OddHost> {
 public:
-    explicit OddHost(Qorv::ComPtr<DevHost::MainInstance> i_host) : m_host(std::move(i_host)) {}
+    explicit OddHost(Qorv::ComPtr<Qorv::IQorv_Inst> i_host) : ForwardingHost(std::move(i_host)) {}
 
     HRESULT STDMETHODCALLTYPE GetExtension(Qorv::PCStr i_name, IUnknown** o_service) noexcept override {
         return has_no_services ? E_NOTIMPL : m_host->GetExtension(i_name, o_service);
-    }
-    HRESULT STDMETHODCALLTYPE GetPluginSettings(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
-                                                Qorv::IAUX_CabNode** o_settings) noexcept override {
-        return m_host->GetPluginSettings(i_plugin, i_create, o_settings);
-    }
-    HRESULT STDMETHODCALLTYPE GetCryptKey(Qorv::IQorv_Plugin* i_plugin, VARIANT_BOOL i_create,
-                                          Qorv::IAUX_CryptKey** o_key) noexcept override {
-        return m_host->GetCryptKey(i_plugin, i_create, o_key);
-    }
-    HRESULT STDMETHODCALLTYPE CreateStdBindContext(Qorv::IAFS_BindContext** o_context) noexcept override {
-        return m_host->CreateStdBindContext(o_context);
-    }
-    HRESULT STDMETHODCALLTYPE GetLocalStr(Qorv::PCStr i_id, BSTR* o_text) noexcept override {
-        return m_host->GetLocalStr(i_id, o_text);
-    }
-    HRESULT STDMETHODCALLTYPE MergeLocalization(IStream* i_table) noexcept override {
-        return m_host->MergeLocalization(i_table);
-    }
-    HRESULT STDMETHODCALLTYPE StringToID(Qorv::PCStr i_name, VARIANT_BOOL i_create, ULONG* o_id) noexcept override {
-        return m_host->StringToID(i_name, i_create, o_id);
-    }
-    HRESULT STDMETHODCALLTYPE get_EventServer(Qorv::IQorv_EventServer** o_server) noexcept override {
-        return m_host->get_EventServer(o_server);
     }
     HRESULT STDMETHODCALLTYPE ExecuteOnMainThread(Qorv::IQorv_ThreadSafeCallback* i_callback,
                                                   DWORD i_wait) noexcept override {
@@ -54,7 +30,6 @@ public:
     HWND frame = nullptr;
 
 private:
-    Qorv::ComPtr<DevHost::MainInstance> m_host;
     const DWORD m_main_thread = GetCurrentThreadId();
 };
 
