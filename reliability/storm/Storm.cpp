@@ -141,6 +141,7 @@ private:
     void ForAll(Job i_job) {
         std::vector<std::exception_ptr> failures(m_clients.size());
         std::vector<std::thread> threads;
+        threads.reserve(m_clients.size());
         for (std::size_t i = 0; i < m_clients.size(); ++i)
             threads.emplace_back([&, i] {
                 try {
@@ -229,7 +230,8 @@ bool Run(const StormOptions& i_options) {
             weather.Batch(batch);
             const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
             std::cout << "batch " << batch << ": " << weather.Faults() - faults << " faults in " << time.count()
-                      << " ms, all rules hold" << std::endl;
+                      << " ms, all rules hold\n"
+                      << std::flush;
             ++batch;
         } while (Clock::now() < end);
         weather.End();
@@ -238,7 +240,8 @@ bool Run(const StormOptions& i_options) {
         const std::string text = "Broken rule in batch " + std::to_string(batch) + " of seed " +
                                  std::to_string(i_options.seed) + ": " + error.what();
         std::cout << text << "\nWhat is needed to understand it is in " << i_options.folder.string()
-                  << ": transcript.txt of each client, their profiles, the account" << std::endl;
+                  << ": transcript.txt of each client, their profiles, the account\n"
+                  << std::flush;
         std::ofstream(i_options.folder / "broken-rule.txt") << text << '\n';
     }
     weather.ShowTable();
