@@ -9,8 +9,7 @@
 
 namespace Ui {
 
-/// The keys of a dialog's commands, taken from the host's modal loop: F5 and Alt+Up anywhere in the dialog (except that
-/// Alt+Up in the combo belongs to the combo), Backspace, Delete and Ctrl+A in the list. UI thread.
+/// The keys of a dialog's commands (the rows of `DialogCommands`), taken from the host's modal loop. UI thread.
 class KeyCommands final : public Qorv::CoClass<KeyCommands, Qorv::IUIX_EventLoopMonitor> {
 public:
     KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,
