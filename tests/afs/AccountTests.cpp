@@ -206,7 +206,7 @@ TEST_F(AccountTest, NobodyReadsTheToken) {
     EXPECT_HRESULT(E_FAIL, m_file_system->Delete(NameOf(L"/a"), m_details, nullptr));
     EXPECT_EQ(L"HTTP 403: No *** (who is ***?)", m_details->Text());
     EXPECT_TRUE(log.Has("X-Sent: Bearer ***\n"));
-    EXPECT_FALSE(log.Has(token.c_str()));
+    EXPECT_FALSE(log.Has(token));
 
     Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "status": 403, "body": "{\"error_summary\": \")" +
                              std::string(295, 'x') + token + R"(\"}"})");
