@@ -39,8 +39,8 @@ public:
 
     void Send(const std::string& i_line);
     void CloseInput();
-    /// The next line without its line ending; none at the end of the output. @throws RuleBroken if nothing arrives for
-    /// too long
+    /// The next line without its line ending; none after all output of a process that has ended. @throws RuleBroken if
+    /// nothing arrives for too long
     std::optional<std::string> NextLine();
     /// Waits for the end. @returns the exit code; -1 if a signal ended it
     int Wait();
@@ -50,6 +50,7 @@ private:
     pid_t m_id = -1;
     int m_input = -1;
     int m_output = -1;
+    int m_end = -1; ///< can be read once the process has ended
     std::string m_ahead;
 };
 
