@@ -1,5 +1,6 @@
 #include "afs/Location.h"
 
+#include "core/trace/Text.h"
 #include "core/trace/Trace.h"
 #include "dropbox/SharePoint.h"
 
@@ -26,8 +27,6 @@ const wchar_t* RestBehindParent(const std::wstring& i_url, const std::wstring& i
     TRACE_FUNCTION();
     if (i_url.size() < i_parent_url.size())
         return nullptr;
-    const int length = static_cast<int>(i_parent_url.size());
-    const bool is_prefix =
-        CompareStringOrdinal(i_url.c_str(), length, i_parent_url.c_str(), length, TRUE) == CSTR_EQUAL;
-    return is_prefix ? i_url.c_str() + length : nullptr;
+    const std::size_t length = i_parent_url.size();
+    return IsSameName(std::wstring_view(i_url).substr(0, length), i_parent_url) ? i_url.c_str() + length : nullptr;
 }

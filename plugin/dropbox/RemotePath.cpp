@@ -1,5 +1,6 @@
 #include "dropbox/RemotePath.h"
 
+#include "core/trace/Text.h"
 #include "core/trace/Trace.h"
 
 #include <algorithm>
@@ -22,12 +23,6 @@ std::wstring Composed(std::wstring_view i_text) {
         capacity = -result; // The first capacity is an estimate; a failure gives a better one, negated.
     }
     return {};
-}
-
-bool EqualsInAnyCase(std::wstring_view i_text, std::wstring_view i_other) noexcept {
-    TRACE_FUNCTION();
-    return CompareStringOrdinal(i_text.data(), static_cast<int>(i_text.size()), i_other.data(),
-                                static_cast<int>(i_other.size()), TRUE) == CSTR_EQUAL;
 }
 
 std::wstring Escaped(wchar_t i_unit) {
@@ -75,5 +70,5 @@ std::wstring Dropbox::HeaderText(std::wstring_view i_text, UINT i_code_page) {
 bool Dropbox::IsSamePath(std::wstring_view i_asked, std::wstring_view i_answered) {
     TRACE_FUNCTION();
     const std::wstring asked = Composed(i_asked);
-    return EqualsInAnyCase(i_asked, i_answered) || (!asked.empty() && EqualsInAnyCase(asked, Composed(i_answered)));
+    return IsSameName(i_asked, i_answered) || (!asked.empty() && IsSameName(asked, Composed(i_answered)));
 }

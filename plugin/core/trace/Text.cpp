@@ -41,3 +41,9 @@ bool EqualsNoCase(std::wstring_view i_text, std::wstring_view i_other) noexcept 
     TRACE_FUNCTION();
     return StringCompare(i_text, i_other, static_cast<int>(i_other.size())) == 0;
 }
+
+bool IsSameName(std::wstring_view i_text, std::wstring_view i_other) noexcept {
+    TRACE_FUNCTION();
+    return i_text == i_other || CompareStringOrdinal(i_text.data(), static_cast<int>(i_text.size()), i_other.data(),
+                                                     static_cast<int>(i_other.size()), TRUE) == CSTR_EQUAL;
+}

@@ -15,3 +15,8 @@ int StringCompare(std::wstring_view i_text, std::wstring_view i_other, int i_len
 
 /// Whether two texts are equal in the invariant locale, ignoring case.
 bool EqualsNoCase(std::wstring_view i_text, std::wstring_view i_other) noexcept;
+
+/// Whether two texts are equal letter by letter but for case, as the service compares names. The comparisons above also
+/// take "strasse" for "straße" and ignore characters without width: such a likeness must never be taken for the item
+/// that the user means.
+bool IsSameName(std::wstring_view i_text, std::wstring_view i_other) noexcept;

@@ -6,7 +6,6 @@
 #include "qorv/Values.h"
 #include "ui/list/NaturalOrder.h"
 #include "ui/names/NameExtension.h"
-#include "ui/names/TitleMatch.h"
 
 #include <algorithm>
 #include <map>
@@ -186,7 +185,7 @@ std::optional<std::size_t> FileRows::FindTitle(std::wstring_view i_title) const 
             continue;
         if (row.title == i_title)
             return i;
-        if (!found && IsSameTitle(row.title, i_title))
+        if (!found && IsSameName(row.title, i_title))
             found = i;
     }
     return found;

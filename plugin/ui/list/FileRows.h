@@ -38,7 +38,7 @@ public:
     const FileRow& operator[](std::size_t i_row) const noexcept { return m_rows[m_shown[i_row]]; }
 
     /// The shown row with this title, else one that differs in case only; never one that merely resembles it
-    /// (`TitleMatch.h`), nor the "../" row.
+    /// (`IsSameName`), nor the "../" row.
     std::optional<std::size_t> FindTitle(std::wstring_view i_title) const;
 
     /// The first shown row whose title begins with a text, ignoring case, searching from a row to the end and then from

@@ -2,8 +2,8 @@
 
 #include "core/trace/Check.h"
 #include "core/trace/LogText.h"
+#include "core/trace/Text.h"
 #include "qorv/Values.h"
-#include "ui/names/TitleMatch.h"
 
 #include <unordered_map>
 
@@ -39,6 +39,17 @@ std::wstring TitleError(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_na
     i_file_system->NameToString(i_name, 0, nullptr, &text);
     return FormatLogText(L"ERROR: get_Title failed for '%ls' with result %d", std::wstring(text.View()).c_str(),
                          static_cast<int>(i_result));
+}
+
+/// A key for looking titles up: titles that are the same name (`IsSameName`) have equal keys.
+std::wstring TitleKey(std::wstring_view i_title) {
+    TRACE_FUNCTION();
+    std::wstring key(i_title.size(), L'\0');
+    const int length = static_cast<int>(i_title.size());
+    if (length > 0 && LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, i_title.data(), length, key.data(), length,
+                                    nullptr, nullptr, 0) != length)
+        key = i_title;
+    return key;
 }
 
 Candidates ReadCandidates(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, const FunctionName& i_caller) {

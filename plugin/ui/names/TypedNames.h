@@ -19,7 +19,7 @@ struct TypedName {
 };
 
 /// Finds typed names among the items of a folder by their titles, ignoring case; an exact match is preferred. A title
-/// that is merely similar (`TitleMatch.h`) is not found. An item whose title cannot be read is logged under the
+/// that is merely similar (`IsSameName`) is not found. An item whose title cannot be read is logged under the
 /// caller's name and left out.
 void MatchTypedNames(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, std::vector<TypedName>& io_names,
                      const FunctionName& i_caller);
