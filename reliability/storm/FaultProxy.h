@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <list>
 #include <mutex>
@@ -42,8 +43,8 @@ public:
     FaultCounts Counts() const;
     /// How many requests had a fault that may make their call fail.
     std::uint64_t HarmCount() const;
-    /// Waits until no connection is left, for a client that has ended. @throws std::runtime_error if it takes too long
-    void WaitForQuiet() const;
+    /// Waits until no connection is left, for a client that was killed. @throws std::runtime_error if it takes too long
+    void WaitForQuiet();
     /// The requests since the last call and their faults, one line each.
     std::string TakeLog();
 
@@ -52,6 +53,7 @@ private:
 
     void Accept();
     void Note(std::string_view i_line);
+    bool IsQuietWithin(std::chrono::seconds i_time) const;
     FaultPlan Plan(std::string_view i_target);
 
     DevService::TlsAuthority& m_authority;
