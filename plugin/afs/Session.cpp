@@ -70,6 +70,15 @@ bool AskToChooseUser(Qorv::IQorv_Inst* i_host, const std::wstring& i_user_name) 
     return answer == 0;
 }
 
+/// Where an earlier failure is the one to tell of.
+void RevokeQuietly(const std::wstring& i_authorization_header) noexcept {
+    TRACE_FUNCTION();
+    try {
+        Dropbox::RevokeToken(i_authorization_header);
+    } catch (const std::exception&) { // It is in the log; the service ends the token when it expires.
+    }
+}
+
 } // namespace
 
 std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring& io_token,
@@ -105,12 +114,17 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
 }
 
 /// Continues with a new token if the service confirms that it belongs to this user: the redirect that named the user
-/// came through the browser.
+/// came through the browser. If the service cannot say, the token does not stay valid.
 bool Session::TakeSignedIn(const std::wstring& i_token, const std::wstring& i_user_id) {
     TRACE_FUNCTION();
     m_web = Dropbox::Web::Create(AuthorizationHeader(i_token));
     m_is_account_read = false; // It was another user's.
-    return GetWeb()->GetWeb()->GetUserInformation()._id == i_user_id;
+    try {
+        return GetWeb()->GetWeb()->GetUserInformation()._id == i_user_id;
+    } catch (...) {
+        RevokeQuietly(AuthorizationHeader(i_token));
+        throw;
+    }
 }
 
 Session::Session(Qorv::ComPtr<FileSystem> i_file_system, Qorv::IAFS_BindContext* i_context)

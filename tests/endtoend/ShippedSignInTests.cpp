@@ -113,6 +113,14 @@ TEST_F(SignInTest, AllowedOneAfterTheOther) {
     m_account.Reset();
 }
 
+TEST_F(SignInTest, LeavesNoTokenWhenTheServiceCannotSayWhoseItIs) {
+    Service::AddFault(R"({"path": "2/users/get_current_account", "status": 500})");
+    EXPECT_FALSE(SUCCEEDED(SignIn(sign_in_as_ada)));
+    EXPECT_EQ(m_account, nullptr);
+    EXPECT_EQ(1, Revocations());
+    Service::ClearFaults();
+}
+
 TEST_F(SignInTest, EndsAsCanceled) {
     struct Row {
         const char* name;
