@@ -53,6 +53,8 @@ std::uint32_t Response::Read(void* buffer, std::size_t max_size) {
 
 std::optional<std::uint64_t> Response::Length() const {
     TRACE_FUNCTION();
+    if (!GetHeaders(L"Transfer-Encoding").empty())
+        return std::nullopt; // The body ends where its last chunk says (RFC 9112, 6.3).
     const auto lengths = GetHeaders(L"Content-Length");
     return lengths.empty() ? std::nullopt : Number(lengths.front());
 }

@@ -163,6 +163,8 @@ TEST_F(ResponseTest, ReadsBodies) {
         {"in pieces", R"("body": "0123456789")", 3, true},
         {"a piece that fits", R"("body": "0123456789")", 5, true},
         {"chunked", R"("body": "0123456789", "chunked": true, "piece": 4)", 65536, true},
+        {"chunked, beside a length", R"("body": "0123456789", "chunked": true, "headers": {"Content-Length": "3"})",
+         65536, true},
         {"slow", R"("body": "0123456789", "piece": 4, "slow_body_ms": 5)", 65536, true},
         {"cut", R"("body": "0123456789", "truncate_body": 9)", 65536, false},
         {"cut at the start", R"("body": "0123456789", "truncate_body": 0)", 65536, false},
