@@ -264,11 +264,19 @@ TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {
     EXPECT_EQ(Open({L"/No such folder"}, "text It doesn't exist \n press Cancel \n press Cancel"), canceled);
 }
 
-TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpired) {
+TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpiredAndAsTheSameUser) {
     Then([] { Service::RevokeTokens(); }, R"(
         open Documents
         text Dropbox no longer accepts your sign-in
         press Sign in again
+        text Email
+        fill email Ben Example
+        fill password sample
+        press Sign in
+        text Allow
+        press Allow
+        text This account belongs to
+        press Choose user
         text Email
         fill email Ada Example
         fill password sample

@@ -90,7 +90,6 @@ private:
     void OnFolderShown() override;
     void OnLoadFailed(const Ui::Failure& i_failure) override;
     Ui::FailureAnswer AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Failure& i_failure) override;
-    void SignInAgain() override;
     void SelectItem(const std::wstring& i_title) override;
     void OnTypedFolderReached() override;
     void OnTypedFileReached(const std::wstring& i_title) override;
@@ -115,6 +114,9 @@ private:
     void CreateFolder(const std::wstring& i_title);
     void Delete();
     void ChooseUser();
+    void SignInAgain() override;
+    std::wstring CurrentLocation() const;
+    void ShowAfterSignIn(const std::shared_ptr<ComPtr<IAFS_Name>>& i_folder, Ui::WindowTask::Work i_sign_in);
     void RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done);
     void OnCommandEnded(const Ui::RunningCommand::End& i_end);
 

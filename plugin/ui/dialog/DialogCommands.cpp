@@ -20,6 +20,18 @@ HRESULT SignIn(IAFS_FileSys* i_file_system, const std::wstring& i_location, IQor
     return TRACE_RESULT(S_OK);
 }
 
+/// Lets the user of a location sign in again, and nobody else: what the user chooses, and types, is for that account.
+HRESULT SignInAgain(IQorv_Inst* i_host_instance, IAFS_FileSys* i_file_system, const std::wstring& i_location,
+                    IQorv_CancelFlag* i_stop_flag, ComPtr<IAFS_Name>& o_folder) {
+    TRACE_FUNCTION();
+    ComPtr<IAFS_BindContext> context; // A new one: it knows of no account, and the location names the user.
+    CHECK_HRESULT(i_host_instance->CreateStdBindContext(&context));
+    ComPtr<IAFS_Name> root;
+    CHECK_HRESULT(i_file_system->BindToPath(i_location.c_str(), context, 0, nullptr, i_stop_flag, &root));
+    CHECK_HRESULT(i_file_system->StringToName(i_location.c_str(), 0, root, &o_folder));
+    return TRACE_RESULT(S_OK);
+}
+
 /// Stops at the first failure. The provider refuses further items once the flag is set.
 HRESULT DeleteItems(IAFS_FileSys* i_file_system, const std::vector<ComPtr<IAFS_Name>>& i_names,
                     IQorv_CancelFlag* i_stop_flag) {
@@ -131,17 +143,38 @@ void Dialog::Delete() {
 
 void Dialog::ChooseUser() {
     TRACE_FUNCTION();
-    if (IsBusy())
-        return;
+    const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
+    ShowAfterSignIn(
+        folder, [file_system = m_context.file_system, from = CurrentLocation(), folder](IQorv_CancelFlag* i_stop_flag) {
+            return SignIn(file_system, from, i_stop_flag, *folder);
+        });
+}
+
+void Dialog::SignInAgain() {
+    TRACE_FUNCTION();
+    const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
+    ShowAfterSignIn(folder, [host_instance = m_context.host_instance, file_system = m_context.file_system,
+                             from = CurrentLocation(), folder](IQorv_CancelFlag* i_stop_flag) {
+        return Qorv::SignInAgain(host_instance, file_system, from, i_stop_flag, *folder);
+    });
+}
+
+std::wstring Dialog::CurrentLocation() const {
+    TRACE_FUNCTION();
     Bstr location;
     if (m_trail.GetFolder() != nullptr)
         m_context.file_system->NameToString(m_trail.GetFolder(), 0, nullptr, &location);
-    const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
-    const auto sign_in = [file_system = m_context.file_system, from = std::wstring(location.View()), folder](
-                             IQorv_CancelFlag* i_stop_flag) { return SignIn(file_system, from, i_stop_flag, *folder); };
-    RunOnWorker(L"db.msg.signingIn", sign_in, [this, folder](const Ui::Failure& i_failure) {
+    return std::wstring(location.View());
+}
+
+/// Signs in on a worker, and goes to the folder that this has found.
+void Dialog::ShowAfterSignIn(const std::shared_ptr<ComPtr<IAFS_Name>>& i_folder, Ui::WindowTask::Work i_sign_in) {
+    TRACE_FUNCTION();
+    if (IsBusy())
+        return;
+    RunOnWorker(L"db.msg.signingIn", std::move(i_sign_in), [this, i_folder](const Ui::Failure& i_failure) {
         if (SUCCEEDED(i_failure.code))
-            Connect(*folder);
+            Connect(*i_folder);
         else if (i_failure.code != ErrorCanceled)
             m_questions->TellFailure(L"db.msg.signInFailed", i_failure);
     });

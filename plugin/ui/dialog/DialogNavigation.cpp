@@ -56,11 +56,6 @@ Ui::FailureAnswer Dialog::AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Fai
     return m_questions->AskAfterLoadFailure(DisplayPath(i_folder), i_failure);
 }
 
-void Dialog::SignInAgain() {
-    TRACE_FUNCTION();
-    ChooseUser();
-}
-
 void Dialog::SelectItem(const std::wstring& i_title) {
     TRACE_FUNCTION();
     m_list->Select(i_title);
