@@ -149,6 +149,10 @@ void Client::Save() {
 }
 
 void Client::SaveAndDie() {
+    // A program's first connection takes Wine's lock on the certificates of the system. One that is killed meanwhile
+    // never releases it, and all programs after it would wait for it for ever.
+    if (m_host == nullptr)
+        List(false);
     const std::string path = PickPath();
     const Content content = NewContent();
     const fs::path file = NewLocalFile();
