@@ -270,6 +270,13 @@ TEST_F(SaveDialogTest, TakesAFileThatResemblesTheNameForAnotherOne) {
     EXPECT_EQ(Save({}, "text start.pdf \n fill ed.name /strasse.pdf \n press btn.ok"), L"/strasse.pdf");
 }
 
+TEST_F(OpenDialogTest, TakesAFolderThatResemblesTheShownOneForAnotherOne) {
+    MakeFile(L"/stra\u00dfe/a.pdf");
+    MakeFile(L"/strasse/b.pdf");
+    EXPECT_EQ(Open({L"/stra\u00dfe"}, "text a.pdf \n fill ed.name /strasse \n press btn.ok \n open b.pdf"),
+              L"/strasse/b.pdf");
+}
+
 TEST_F(SaveDialogTest, MeansTheRowThatIsSelectedAfterANameWasTyped) {
     EXPECT_EQ(Save({}, R"(
                   text start.pdf

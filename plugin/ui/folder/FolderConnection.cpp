@@ -1,28 +1,56 @@
 #include "ui/folder/FolderConnection.h"
 
 #include "core/trace/Check.h"
+#include "core/trace/Text.h"
+#include "ui/folder/NamePath.h"
 
 namespace Ui {
 
 FolderConnection::FolderConnection(Qorv::IQorv_Inst* i_host_instance, Qorv::IAFS_FileSys* i_file_system, HWND i_window,
                                    UINT i_message, Reaper& io_reaper)
-    : m_reaper(io_reaper), m_completion(std::make_shared<Completion>(Completion{i_window, i_message})) {
+    : m_host_instance(i_host_instance)
+    , m_file_system(i_file_system)
+    , m_reaper(io_reaper)
+    , m_completion(std::make_shared<Completion>(Completion{i_window, i_message})) {
+    TRACE_FUNCTION();
+    MakeNavigator();
+}
+
+FolderConnection::~FolderConnection() {
+    TRACE_FUNCTION();
+    LeaveNavigator();
+}
+
+void FolderConnection::MakeNavigator() {
     TRACE_FUNCTION();
     m_navigator = std::make_shared<FoldersNavigator>(
-        i_host_instance, i_file_system, [completion = m_completion](HRESULT i_result) {
+        m_host_instance, m_file_system, [completion = m_completion](HRESULT i_result) {
             completion->result = i_result;
             PostMessageW(completion->window, completion->message, completion->load, 0);
         });
 }
 
-FolderConnection::~FolderConnection() {
+void FolderConnection::LeaveNavigator() noexcept {
     TRACE_FUNCTION();
     m_navigator->Abandon();
     m_reaper.Take(std::move(m_navigator));
 }
 
+/// Whether the navigator takes a name for its folder's though it only resembles it, as "/strasse" resembles "/straße".
+bool FolderConnection::IsLikeness(Qorv::IAFS_Name* i_name) const {
+    TRACE_FUNCTION();
+    Qorv::IAFS_Name* const folder = m_navigator->GetFolder();
+    VARIANT_BOOL are_equal = VARIANT_FALSE;
+    return folder != nullptr && SUCCEEDED(m_file_system->NamesAreEqual(folder, i_name, &are_equal)) &&
+           are_equal != VARIANT_FALSE && !IsSameName(PathOf(m_file_system, folder), PathOf(m_file_system, i_name));
+}
+
 HRESULT FolderConnection::Show(Qorv::IAFS_Name* i_folder_or_file) {
     TRACE_FUNCTION();
+    if (IsLikeness(i_folder_or_file)) {
+        LeaveNavigator();
+        MakeNavigator(); // It has no folder yet.
+    }
     CHECK_HRESULT(Begin([&] { return m_navigator->SetFolder(i_folder_or_file); }));
     return IsLoading() ? TRACE_RESULT(S_OK) : TRACE_RESULT(S_FALSE);
 }

@@ -42,8 +42,13 @@ private:
 
     enum class Phase { idle, beginning, loading };
 
+    void MakeNavigator();
+    void LeaveNavigator() noexcept;
+    bool IsLikeness(Qorv::IAFS_Name* i_name) const;
     HRESULT Begin(const std::function<HRESULT()>& i_begin);
 
+    Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;
+    Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
     Reaper& m_reaper;
     std::shared_ptr<Completion> m_completion;
     std::shared_ptr<FoldersNavigator> m_navigator;
