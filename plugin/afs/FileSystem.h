@@ -1,5 +1,6 @@
 #pragma once
 
+#include "afs/OpenNames.h"
 #include "core/host/HostServices.h"
 #include "qorv/CoClass.h"
 
@@ -97,6 +98,9 @@ public:
                                       Qorv::IAFS_Name* i_initial_folder, HWND i_parent_window,
                                       Qorv::IAFS_NamesCollection** o_names, LONG* o_user_choise) noexcept override;
 
+    /// The names that files are open by. Several sessions may be of one account.
+    OpenNames& GetOpenNames() noexcept { return m_open_names; }
+
 private:
     /// The plug-in's own name object for the host's pointer; null for null and for a name of another file system.
     static Qorv::ComPtr<Name> GetName(IUnknown* i_name) noexcept;
@@ -106,6 +110,7 @@ private:
     HRESULT GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value);
     HRESULT GetIconProp(VARIANT* o_prop_value);
 
+    OpenNames m_open_names;
     GuardedPtr<Qorv::IAFS_Inst> m_afs_inst;
     GuardedPtr<HostServices> m_plugin; ///< Null after `Shutdown`, which may come while workers use this object.
 };

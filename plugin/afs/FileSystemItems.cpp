@@ -23,7 +23,7 @@ void BindMovedObject(Name& io_name, const std::wstring& i_path) {
     TRACE_FUNCTION();
     const std::wstring old_url = io_name.GetUrl();
     const std::wstring new_url = old_url.substr(0, old_url.size() - io_name.GetPath().size()) + i_path;
-    io_name.GetSession()->GetOpenNames().Move(old_url, new_url);
+    io_name.GetSession()->GetFileSystem()->GetOpenNames().Move(old_url, new_url);
     io_name.FollowMove(old_url, new_url); // For a name that no file is open by.
     HRESULT result = S_OK;
     FailureReason reason;

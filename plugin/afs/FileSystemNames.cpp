@@ -66,7 +66,8 @@ HRESULT STDMETHODCALLTYPE FileSystem::NameToString(Qorv::IAFS_Name* name, ULONG 
         if (local_parent == nullptr) {
             *out_name = Qorv::Bstr(LocationText(*local_name, flags)).Detach();
         } else {
-            const wchar_t* path = RestBehindParent(local_name->GetUrl(), local_parent->GetUrl());
+            const std::wstring url = local_name->GetUrl();
+            const wchar_t* path = RestBehindParent(url, local_parent->GetUrl());
             CHECK_RETURN(path != nullptr, E_INVALIDARG);
             *out_name = Qorv::Bstr(*path == L'/' ? path + 1 : path).Detach();
         }
@@ -106,15 +107,17 @@ HRESULT STDMETHODCALLTYPE FileSystem::NameIsChildOf(Qorv::IAFS_Name* name, Qorv:
 HRESULT STDMETHODCALLTYPE FileSystem::NamesAreEqual(Qorv::IAFS_Name* name1, Qorv::IAFS_Name* name2,
                                                     VARIANT_BOOL* out_are_equal) noexcept {
     TRACE_FUNCTION();
-    CHECK_RETURN(out_are_equal != nullptr, E_POINTER);
-    *out_are_equal = VARIANT_FALSE;
-    if (name1 == nullptr || name2 == nullptr) {
-        *out_are_equal = name1 == name2 ? VARIANT_TRUE : VARIANT_FALSE;
+    COM_BOUNDARY(nullptr) {
+        CHECK_RETURN(out_are_equal != nullptr, E_POINTER);
+        *out_are_equal = VARIANT_FALSE;
+        if (name1 == nullptr || name2 == nullptr) {
+            *out_are_equal = name1 == name2 ? VARIANT_TRUE : VARIANT_FALSE;
+            return TRACE_RESULT(S_OK);
+        }
+        GET_LOCAL_NAME(name1);
+        GET_LOCAL_NAME(name2);
+        if (EqualsNoCase(local_name1->GetUrl(), local_name2->GetUrl()))
+            *out_are_equal = VARIANT_TRUE;
         return TRACE_RESULT(S_OK);
-    }
-    GET_LOCAL_NAME(name1);
-    GET_LOCAL_NAME(name2);
-    if (EqualsNoCase(local_name1->GetUrl(), local_name2->GetUrl()))
-        *out_are_equal = VARIANT_TRUE;
-    return TRACE_RESULT(S_OK);
+    };
 }

@@ -100,7 +100,7 @@ Name::Name(std::shared_ptr<Session> i_session, std::wstring i_url)
 Name::~Name() {
     TRACE_FUNCTION();
     if (m_follows_moves)
-        m_session->GetOpenNames().Remove(this);
+        m_session->GetFileSystem()->GetOpenNames().Remove(this);
 }
 
 HRESULT STDMETHODCALLTYPE Name::get_FileSys(Qorv::IAFS_FileSys** out_file_system) noexcept {
@@ -112,9 +112,10 @@ HRESULT STDMETHODCALLTYPE Name::get_FileSys(Qorv::IAFS_FileSys** out_file_system
 
 std::shared_ptr<SharePoint::Object> Name::BindObject(BindObjectType kind) {
     TRACE_FUNCTION();
-    if (m_object != nullptr)
-        return IsOfType(*m_object, kind) ? m_object : nullptr;
-    const LocationParts parts = SplitLocation(m_url);
+    if (const auto object = GetObject())
+        return IsOfType(*object, kind) ? object : nullptr;
+    const std::wstring url = GetUrl();
+    const LocationParts parts = SplitLocation(url);
     const auto web = m_session->GetWeb()->GetWeb();
     if (!EqualsNoCase(parts.user_id, web->GetUserInformation()._id))
         return {};
@@ -126,24 +127,28 @@ std::shared_ptr<SharePoint::Object> Name::BindObject(BindObjectType kind) {
 
 std::shared_ptr<SharePoint::Object> Name::GetObject() const noexcept {
     TRACE_FUNCTION();
+    const std::lock_guard guard(m_lock);
     return m_object;
 }
 
 void Name::SetObject(const std::shared_ptr<SharePoint::Object>& object) {
     TRACE_FUNCTION();
     CHECK_THROW(object, HResultException(E_INVALIDARG));
-    m_url = LocationOf(*object);
+    std::wstring url = LocationOf(*object);
+    const std::lock_guard guard(m_lock);
+    m_url = std::move(url);
     m_object = object;
 }
 
 void Name::FollowMoves() {
     TRACE_FUNCTION();
-    m_session->GetOpenNames().Add(this);
+    m_session->GetFileSystem()->GetOpenNames().Add(this);
     m_follows_moves = true;
 }
 
 void Name::FollowMove(const std::wstring& i_url, const std::wstring& i_new_url) {
     TRACE_FUNCTION();
+    const std::lock_guard guard(m_lock);
     const wchar_t* const rest = RestBehindParent(m_url, i_url);
     if (rest == nullptr || (*rest != L'\0' && *rest != L'/'))
         return;
@@ -170,17 +175,18 @@ bool Name::IsReplacingAccepted() const noexcept {
 
 ComPtr<Name> Name::GetParent() const {
     TRACE_FUNCTION();
-    const std::wstring_view path = SplitLocation(m_url).path;
-    const std::size_t path_start = m_url.size() - path.size();
-    const std::size_t last_slash = m_url.rfind(L'/');
+    const std::wstring url = GetUrl();
+    const std::wstring_view path = SplitLocation(url).path;
+    const std::size_t path_start = url.size() - path.size();
+    const std::size_t last_slash = url.rfind(L'/');
     if (path.empty() || path == L"/" || last_slash == std::wstring::npos || last_slash < path_start)
         return nullptr;
-    return NewName(m_session, m_url.substr(0, last_slash));
+    return NewName(m_session, url.substr(0, last_slash));
 }
 
 ComPtr<Name> Name::CreateUnbound() const {
     TRACE_FUNCTION();
-    return NewName(m_session, m_url);
+    return NewName(m_session, GetUrl());
 }
 
 std::shared_ptr<Session> Name::GetSession() const noexcept {
@@ -188,14 +194,15 @@ std::shared_ptr<Session> Name::GetSession() const noexcept {
     return m_session;
 }
 
-const std::wstring& Name::GetUrl() const noexcept {
+std::wstring Name::GetUrl() const {
     TRACE_FUNCTION();
+    const std::lock_guard guard(m_lock);
     return m_url;
 }
 
 std::wstring Name::GetPath() const {
     TRACE_FUNCTION();
-    return std::wstring(SplitLocation(m_url).path);
+    return std::wstring(SplitLocation(GetUrl()).path);
 }
 
 bool AreOfSameUser(const Name& i_name, const Name& i_other) {

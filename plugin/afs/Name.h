@@ -5,6 +5,7 @@
 #include "qorv/CoClass.h"
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -14,7 +15,7 @@ class Session;
 
 /// A location in one signed-in account, and the remote object last found there.
 ///
-/// Names share their account's session and keep it alive. No lock: two threads must not bind the same name at once.
+/// Names share their account's session and keep it alive. Two threads must not bind the same name at once.
 class Name final : public Qorv::CoClass<Name, Qorv::IAFS_Name> {
 public:
     static constexpr IID ClassId = {0x31d488f1, 0xe0a4, 0x4951, {0xa2, 0x18, 0x70, 0xd5, 0x1c, 0x25, 0x81, 0xde}};
@@ -53,8 +54,7 @@ public:
     /// Binds the name to an object and takes over the object's location.
     void SetObject(const std::shared_ptr<SharePoint::Object>& object);
 
-    /// From now on the name follows its object when another name of the session moves it: for a name that a file is
-    /// open by.
+    /// From now on the name follows its object when another name moves it: for a name that a file is open by.
     void FollowMoves();
 
     /// The item at one location has moved to another. Updates the name if it refers to that item or to something below
@@ -75,12 +75,13 @@ public:
     Qorv::ComPtr<Name> CreateUnbound() const;
 
     std::shared_ptr<Session> GetSession() const noexcept;
-    const std::wstring& GetUrl() const noexcept;
+    std::wstring GetUrl() const;
     /// The location without the prefix and the user id.
     std::wstring GetPath() const;
 
 private:
     std::shared_ptr<Session> m_session;
+    mutable std::mutex m_lock; ///< For the two below: another session of the account may move the object meanwhile.
     std::shared_ptr<SharePoint::Object> m_object;
     std::wstring m_url;
     bool m_follows_moves = false;

@@ -6,9 +6,9 @@
 
 class Name;
 
-/// The names that one session's files are open by. Several names may refer to one file. When one of them moves the
-/// file, or a folder above it, all the others have to follow: saving by the old name would create the old file again,
-/// and opening the new place would not find the file's entry in the host's cache.
+/// The names that files are open by. Several names may refer to one file, also from several sessions of one account.
+/// When one of them moves the file, or a folder above it, all the others have to follow: saving by the old name would
+/// create the old file again, and opening the new place would not find the file's entry in the host's cache.
 class OpenNames {
 public:
     /// Adds a name until `Remove`, which the name calls when it is destroyed. Adding it again does nothing. Any thread.

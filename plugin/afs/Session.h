@@ -1,6 +1,5 @@
 #pragma once
 
-#include "afs/OpenNames.h"
 #include "dropbox/SharePoint.h"
 #include "qorv/Afs.h"
 
@@ -35,9 +34,6 @@ public:
     /// service refuses makes the first operation fail. It then throws, and asks again next time.
     std::shared_ptr<SharePoint::Object> GetWeb();
 
-    /// The names of open files, which follow their files when another name moves them.
-    OpenNames& GetOpenNames() noexcept { return m_open_names; }
-
     /// One of the host's texts for the sign-in.
     void SetCommunicationKey(std::wstring i_communication_key);
 
@@ -52,6 +48,5 @@ private:
     Qorv::ComPtr<Qorv::IAFS_FilesCache> m_files_cache;
     std::shared_ptr<SharePoint::Object> m_web;
     bool m_is_account_read = false;
-    OpenNames m_open_names;
     std::wstring m_communication_key;
 };
