@@ -206,9 +206,8 @@ public:
     bool WaitsFor(SOCKET i_socket) {
         const std::scoped_lock lock(m_mutex);
         const auto call = m_calls.find(GetCurrentThreadId());
-        if (call == m_calls.end()) {
+        if (call == m_calls.end())
             return true;
-        }
         call->second.socket = i_socket;
         return !call->second.is_closed;
     }
@@ -216,9 +215,8 @@ public:
     /// Ends the call that another thread has begun with the handle. That may be about to wait and not do so yet.
     void Close(HINTERNET i_request) {
         constexpr int most_attempts = 200; // Milliseconds.
-        for (int attempt = 0; attempt < most_attempts && Interrupt(i_request); ++attempt) {
+        for (int attempt = 0; attempt < most_attempts && Interrupt(i_request); ++attempt)
             Sleep(1);
-        }
     }
 
 private:
@@ -226,13 +224,11 @@ private:
     bool Interrupt(HINTERNET i_request) {
         const std::scoped_lock lock(m_mutex);
         for (auto& [thread, call] : m_calls) {
-            if (call.request != i_request || thread == GetCurrentThreadId()) {
+            if (call.request != i_request || thread == GetCurrentThreadId())
                 continue;
-            }
             call.is_closed = true;
-            if (call.socket == INVALID_SOCKET) {
+            if (call.socket == INVALID_SOCKET)
                 return false;
-            }
             CancelIoEx(reinterpret_cast<HANDLE>(call.socket), nullptr);
             return true;
         }
@@ -262,24 +258,24 @@ public:
     RunningCall& operator=(const RunningCall&) = delete;
 };
 
-int WSAAPI ReceiveForCall(SOCKET i_socket, char* o_data, int i_size, int i_flags) {
+/// Transfers bytes for the thread's call unless that was closed.
+template <typename Transfer>
+int TransferForCall(SOCKET i_socket, Transfer i_transfer) {
     if (!running_calls.WaitsFor(i_socket)) {
         WSASetLastError(WSAECONNABORTED);
         return SOCKET_ERROR;
     }
-    const int received = recv(i_socket, o_data, i_size, i_flags);
+    const int size = i_transfer();
     running_calls.WaitsFor(INVALID_SOCKET);
-    return received;
+    return size;
+}
+
+int WSAAPI ReceiveForCall(SOCKET i_socket, char* o_data, int i_size, int i_flags) {
+    return TransferForCall(i_socket, [&] { return recv(i_socket, o_data, i_size, i_flags); });
 }
 
 int WSAAPI SendForCall(SOCKET i_socket, const char* i_data, int i_size, int i_flags) {
-    if (!running_calls.WaitsFor(i_socket)) {
-        WSASetLastError(WSAECONNABORTED);
-        return SOCKET_ERROR;
-    }
-    const int sent = send(i_socket, i_data, i_size, i_flags);
-    running_calls.WaitsFor(INVALID_SOCKET);
-    return sent;
+    return TransferForCall(i_socket, [&] { return send(i_socket, i_data, i_size, i_flags); });
 }
 
 // ---- Streamed uploads ---------------------------------------------------------------------------------------------

@@ -51,39 +51,47 @@ void Trying(std::uint64_t i_number, std::wstring_view i_input);
 std::string Literal(std::string_view i_bytes);
 std::string Literal(std::wstring_view i_text);
 
+/// Calls `i_try(random, number)` for each input's number; stops at the first failure.
+template <typename Try>
+void ForNumbers(Try&& i_try) {
+    for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {
+        Random random(number);
+        i_try(random, number);
+    }
+}
+
+/// Calls `i_check(random, input)` with what `i_make` generates for each number.
+template <typename Make, typename Check>
+void ForMade(Make i_make, const Language& i_language, Check&& i_check) {
+    ForNumbers([&](Random& io_random, std::uint64_t i_number) {
+        const auto input = i_make(io_random, i_language);
+        const std::basic_string_view view(input.data(), input.size());
+        Trying(i_number, view);
+        SCOPED_TRACE("input " + std::to_string(i_number) + ": " + Literal(view));
+        i_check(io_random, input);
+    });
+}
+
 /// Calls `i_check(random, input)` with bytes; stops at the first failure.
 template <typename Check>
 void ForInputs(const Language& i_language, Check&& i_check) {
-    for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {
-        Random random(number);
-        const std::string input = Mutated(random, i_language);
-        Trying(number, input);
-        SCOPED_TRACE("input " + std::to_string(number) + ": " + Literal(std::string_view(input)));
-        i_check(random, input);
-    }
+    ForMade(Mutated, i_language, i_check);
 }
 
 /// The same with text.
 template <typename Check>
 void ForTexts(const Language& i_language, Check&& i_check) {
-    for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {
-        Random random(number);
-        const std::wstring input = MutatedText(random, i_language);
-        Trying(number, input);
-        SCOPED_TRACE("input " + std::to_string(number) + ": " + Literal(std::wstring_view(input)));
-        i_check(random, input);
-    }
+    ForMade(MutatedText, i_language, i_check);
 }
 
 /// Calls `i_check(random)`, which generates its own input.
 template <typename Check>
 void ForChances(Check&& i_check) {
-    for (std::uint64_t number = 0; number < InputCount() && !testing::Test::HasFailure(); ++number) {
-        Random random(number);
-        Trying(number, std::string_view("made by the test"));
-        SCOPED_TRACE("input " + std::to_string(number));
-        i_check(random);
-    }
+    ForNumbers([&](Random& io_random, std::uint64_t i_number) {
+        Trying(i_number, std::string_view("made by the test"));
+        SCOPED_TRACE("input " + std::to_string(i_number));
+        i_check(io_random);
+    });
 }
 
 } // namespace Fuzz
