@@ -58,6 +58,7 @@ HRESULT FolderConnection::Show(Qorv::IAFS_Name* i_folder_or_file) {
 HRESULT FolderConnection::Reload() {
     TRACE_FUNCTION();
     CHECK_HRESULT(Begin([&] { return m_navigator->Refresh(); }));
+    m_phase = Phase::loading; // Also if it is over already and nobody was told: `TakeUntoldResult` notices.
     return TRACE_RESULT(S_OK);
 }
 
