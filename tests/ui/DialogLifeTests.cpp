@@ -9,6 +9,14 @@
 #include "ui/dialog/DialogParameters.h"
 #include "ui/dialog/OpenSaveDialog.h"
 
+#include <psapi.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+
 namespace {
 
 using Qorv::ComPtr;
@@ -67,19 +75,58 @@ TEST_F(DialogLifeTest, StandsBetweenTheHostsFrameAndWhatComesNext) {
     DestroyWindow(host->frame);
 }
 
+/// The highest slot that some new objects get in one of the system's tables. They fill the gaps first, so it grows with
+/// each object that is left behind. Wine 8 has no other count.
+template <typename Create, typename Destroy>
+std::uintptr_t HighestSlot(Create i_create, Destroy i_destroy, std::uintptr_t i_unit) {
+    constexpr std::uintptr_t slots = 0xFFFF; // What is above them tells old handles of a slot from its new one.
+    std::array<decltype(i_create()), 256> objects{};
+    std::uintptr_t highest = 0;
+    for (auto& object : objects) {
+        object = i_create();
+        highest = std::max(highest, (reinterpret_cast<std::uintptr_t>(object) & slots) / i_unit);
+    }
+    std::ranges::for_each(objects, i_destroy);
+    return highest;
+}
+
+/// What this process uses.
+struct Usage {
+    std::uintptr_t handles = HighestSlot([] { return CreateEventW(nullptr, FALSE, FALSE, nullptr); }, &CloseHandle, 4);
+    std::uintptr_t gdi_objects = HighestSlot([] { return CreatePen(PS_SOLID, 1, 0x123456); }, &DeleteObject, 1);
+    std::uintptr_t user_objects = HighestSlot(&CreateMenu, &DestroyMenu, 2);
+    SIZE_T bytes = BytesInUse();
+
+    static SIZE_T BytesInUse() {
+        PROCESS_MEMORY_COUNTERS memory{};
+        memory.cb = sizeof memory;
+        GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+        return memory.WorkingSetSize;
+    }
+};
+
 TEST_F(DialogLifeTest, LeavesNothingBehindAfterManyRuns) {
-    DWORD handles_before = 0, handles_after = 0;
-    for (int run = 0; run < 20; ++run) {
+    const char* const text = std::getenv("DIALOG_RUNS");
+    const int runs = text == nullptr ? 20 : std::atoi(text);
+    std::optional<Usage> before;
+    for (int run = 0; run < runs; ++run) {
         if (run == 5) // What the system creates only once exists by now.
-            GetProcessHandleCount(GetCurrentProcess(), &handles_before);
+            before.emplace();
         // Every other one while it still loads.
         const Tests::OnceInUse close([run](HWND i_window) {
             return (run % 2 == 0 || DevHost::WaitForText(i_window, L"a.pdf")) && DevHost::CloseByBox(i_window, {});
         });
         EXPECT_HRESULT(Qorv::ErrorCanceled, Show());
     }
-    GetProcessHandleCount(GetCurrentProcess(), &handles_after);
-    EXPECT_LE(handles_after, handles_before + 5);
+    const Usage after;
+    std::cout << runs << " dialogs: handles " << before->handles << " to " << after.handles << ", GDI objects "
+              << before->gdi_objects << " to " << after.gdi_objects << ", USER objects " << before->user_objects
+              << " to " << after.user_objects << ", KiB " << before->bytes / 1024 << " to " << after.bytes / 1024
+              << std::endl;
+    EXPECT_LE(after.handles, before->handles + 5);
+    EXPECT_LE(after.gdi_objects, before->gdi_objects + 5);
+    EXPECT_LE(after.user_objects, before->user_objects + 5);
+    EXPECT_LE(after.bytes, before->bytes + (4U << 20));
 }
 
 TEST_F(DialogLifeTest, NoticesAnEndThatTheHostNeverDelivers) {
