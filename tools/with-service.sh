@@ -29,6 +29,9 @@ DEVTRUST=$(WindowsPath "$trust_program")
 TEST_PREMATURE_EXIT_FILE=$(WindowsPath "$folder/unfinished")
 export DEVSERVICE_STATE DEVSERVICE_ROOT DEVSERVICE_ROOT_2 DEVTRUST TEST_PREMATURE_EXIT_FILE
 
+# Local time is another than UTC, as it is for most people: a time of the wrong kind is noticed.
+export TZ=TEST-5:30
+
 exit_code=0
 RunWine "$@" || exit_code=$?
 [[ ! -e $folder/unfinished ]] || Fail "the test program ended before its tests did"
