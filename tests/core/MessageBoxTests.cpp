@@ -4,6 +4,7 @@
 #include "support/HostTest.h"
 #include "support/OnceInUse.h"
 #include "support/Outcome.h"
+#include "ui/OddHost.h"
 
 #include <shlwapi.h>
 
@@ -50,6 +51,28 @@ TEST_F(MessageBoxTest, AnswersWithTheButtonThatWasPressed) {
     const Tests::OnceInUse close([](HWND window) { return DevHost::CloseByBox(window, {}); });
     EXPECT_HRESULT(S_OK, AskForUser(answer));
     EXPECT_EQ(1U, answer) << "the close box answers like the last button";
+}
+
+TEST_F(MessageBoxTest, BelongsToTheOwnerThatItIsGiven) {
+    const HWND owner = CreateWindowW(L"STATIC", L"owner", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    HWND owner_of_box = nullptr;
+    const Tests::OnceInUse press([&](HWND window) {
+        owner_of_box = GetWindow(window, GW_OWNER);
+        return DevHost::PressButton(window, L"Cancel");
+    });
+    ULONG answer = 9;
+    EXPECT_HRESULT(
+        S_OK, Ui::ShowMessageBox(m_host, L"text", Qorv::UIX_MsgBox_IconWarning, {L"db.btn.cancel"}, answer, owner));
+    EXPECT_EQ(owner, owner_of_box) << "a hidden window, which nothing else would choose";
+    DestroyWindow(owner);
+}
+
+TEST_F(MessageBoxTest, ABoxThatCannotBeShownIsNoAnswer) {
+    const auto host = Qorv::Create<Tests::OddHost>(m_host);
+    host->has_no_services = true;
+    ULONG answer = 0;
+    EXPECT_HRESULT(E_NOTIMPL,
+                   Ui::ShowMessageBox(host, L"text", Qorv::UIX_MsgBox_IconWarning, {L"db.btn.cancel"}, answer));
 }
 
 TEST_F(MessageBoxTest, IsShownOnTheMainThreadForAWorker) {
