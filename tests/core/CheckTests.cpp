@@ -237,6 +237,10 @@ TEST(BoundaryTest, ACodeHasWordsAsWell) {
     EXPECT_EQ(ErrorInfoText(), L"inner");
     EXPECT_HRESULT(E_ABORT, Sample::BoundedCode([] { return E_ABORT; }, nullptr));
     EXPECT_EQ(ErrorInfoText(), HResultText(E_ABORT, user_language));
+    Sample::Bounded([] { throw HResultException(L"earlier", E_ABORT); }, nullptr);
+    EXPECT_HRESULT(E_ABORT, Sample::BoundedCode([] { return E_ABORT; }, nullptr));
+    EXPECT_EQ(ErrorInfoText(), HResultText(E_ABORT, user_language))
+        << "what an earlier call left is not about this one";
 
     EXPECT_HRESULT(S_OK, Sample::BoundedCode(
                              [] {

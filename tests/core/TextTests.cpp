@@ -2,6 +2,7 @@
 
 #include "core/trace/ErrorText.h"
 #include "core/trace/Exceptions.h"
+#include "core/trace/Secret.h"
 #include "core/trace/Text.h"
 #include "http/HttpException.h"
 #include "support/Outcome.h"
@@ -139,6 +140,22 @@ TEST(TextTest, ConvertsUtf8) {
         const std::wstring text = FromUtf8(broken);
         EXPECT_TRUE(text.starts_with(L"a\xFFFD")) << ToUtf8(text);
     }
+}
+
+TEST(SecretTest, IsMaskedWhileItLives) {
+    const std::wstring token = L"sl.u.0123456789abcdef";
+    const Secret other(L"short");
+    {
+        const Secret secret(token);
+        const Secret again(token);
+        EXPECT_EQ(WithoutSecrets(L"a " + token + L" b" + token), L"a *** b***");
+        const Exception exception(token, {.words = L"w " + token, .summary = token + L"/"});
+        EXPECT_EQ(exception.Message(), L"***");
+        EXPECT_EQ(exception.Reason().words, L"w ***");
+        EXPECT_EQ(exception.Reason().summary, L"***/");
+    }
+    EXPECT_EQ(WithoutSecrets(token), token);
+    EXPECT_EQ(WithoutSecrets(L"a short one"), L"a short one");
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 // The service's words as a person reads them.
 
-#include "core/trace/Exceptions.h"
-#include "core/trace/Secret.h"
 #include "http/ServiceWords.h"
 
 #include <gtest/gtest.h>
@@ -28,22 +26,6 @@ TEST(ServiceWordsTest, AreUnescaped) {
          {LR"({"error_summary": "cut)", LR"({"error_summary": "cut\)", LR"({"error_summary": "cut\u12)",
           LR"({"error_summary")", L"", LR"({"error_summary" "x"})", LR"({"error_summary": null, "path/not_found": 1})"})
         EXPECT_EQ(Http::ErrorSummary(text), L"") << text;
-}
-
-TEST(SecretTest, IsMaskedWhileItLives) {
-    const std::wstring token = L"sl.u.0123456789abcdef";
-    const Secret other(L"short");
-    {
-        const Secret secret(token);
-        const Secret again(token);
-        EXPECT_EQ(WithoutSecrets(L"a " + token + L" b" + token), L"a *** b***");
-        const Exception exception(token, {.words = L"w " + token, .summary = token + L"/"});
-        EXPECT_EQ(exception.Message(), L"***");
-        EXPECT_EQ(exception.Reason().words, L"w ***");
-        EXPECT_EQ(exception.Reason().summary, L"***/");
-    }
-    EXPECT_EQ(WithoutSecrets(token), token);
-    EXPECT_EQ(WithoutSecrets(L"a short one"), L"a short one");
 }
 
 } // namespace
