@@ -27,6 +27,7 @@ CopyTree() {
 # ProgramsFor FILE: the test programs that could notice, nearest first.
 ProgramsFor() {
     case $1 in
+    plugin/core/host/*) echo core_tests ui_tests endtoend_tests ;;
     plugin/core/*) echo core_tests endtoend_tests ;;
     plugin/http/*) echo http_tests dropbox_tests ;;
     plugin/dropbox/*) echo dropbox_tests afs_tests ;;

@@ -1,5 +1,6 @@
 #include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
+#include "core/host/ModalOwner.h"
 
 #include "support/HostTest.h"
 #include "support/OnceInUse.h"
@@ -65,6 +66,17 @@ TEST_F(MessageBoxTest, BelongsToTheOwnerThatItIsGiven) {
         S_OK, Ui::ShowMessageBox(m_host, L"text", Qorv::UIX_MsgBox_IconWarning, {L"db.btn.cancel"}, answer, owner));
     EXPECT_EQ(owner, owner_of_box) << "a hidden window, which nothing else would choose";
     DestroyWindow(owner);
+}
+
+TEST_F(MessageBoxTest, BelongsToNoWindowThatIsDisabled) {
+    const HWND window =
+        CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    SetActiveWindow(window);
+    EXPECT_EQ(window, Ui::ModalOwner(m_host));
+    EnableWindow(window, FALSE);
+    EXPECT_EQ(window, GetActiveWindow());
+    EXPECT_EQ(nullptr, Ui::ModalOwner(m_host));
+    DestroyWindow(window);
 }
 
 TEST_F(MessageBoxTest, ABoxThatCannotBeShownIsNoAnswer) {
