@@ -25,6 +25,8 @@ void MeasureListingMemory(Report& io_report, const Effort& i_effort);
 void MeasureDialog(Report& io_report, const Effort& i_effort);
 /// From loading the module to the end of `Init`, in separate processes.
 void MeasureLoading(Report& io_report, const Effort& i_effort);
+/// From the close of the last of several dialogs whose requests hang to the end of `Unload`, in separate processes.
+void MeasureUnloading(Report& io_report, const Effort& i_effort);
 /// Calls of a traced function, with the log off and on.
 void MeasureTracing(Report& io_report, const Effort& i_effort);
 
@@ -32,5 +34,6 @@ void MeasureTracing(Report& io_report, const Effort& i_effort);
 
 std::vector<double> ListInChild(const std::wstring& i_folder);
 std::vector<double> LoadInChild();
+std::vector<double> UnloadInChild();
 
 } // namespace Bench

@@ -36,10 +36,15 @@ double LoadedModule::DecodingTime() const noexcept {
 LoadedModule::~LoadedModule() {
     m_root.Reset();
     m_file_system.Reset();
-    m_plugin->Unload();
+    Unload();
     m_instance->Close();
     m_plugin.Reset();
     m_host.Reset();
+}
+
+void LoadedModule::Unload() {
+    if (!std::exchange(m_is_unloaded, true))
+        m_plugin->Unload();
 }
 
 void LoadedModule::BindAccount() {

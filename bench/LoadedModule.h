@@ -24,6 +24,9 @@ public:
     /// The part of it spent by the host decoding the plug-in's icon.
     double DecodingTime() const noexcept;
 
+    /// Ends what the plug-in still does, before the destructor would.
+    void Unload();
+
     /// Binds the service's account.
     void BindAccount();
     /// The name of a path in the account, which begins with "/". The service is not asked.
@@ -47,6 +50,7 @@ private:
     Qorv::ComPtr<Qorv::IQorv_Plugin> m_plugin;
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
     Qorv::ComPtr<Qorv::IAFS_Name> m_root;
+    bool m_is_unloaded = false;
     double m_load_time = 0;
     double m_library_time = 0;
 };

@@ -28,7 +28,8 @@ struct Topic {
 
 constexpr std::array topics{
     Topic{"transfer", &MeasureTransfers}, Topic{"list", &MeasureListings}, Topic{"memory", &MeasureListingMemory},
-    Topic{"dialog", &MeasureDialog},      Topic{"load", &MeasureLoading},  Topic{"trace", &MeasureTracing},
+    Topic{"dialog", &MeasureDialog},      Topic{"load", &MeasureLoading},  Topic{"unload", &MeasureUnloading},
+    Topic{"trace", &MeasureTracing},
 };
 
 struct Options {
@@ -66,10 +67,16 @@ void RunTopics(const Options& i_options) {
         report.Write(i_options.json);
 }
 
+std::vector<double> RunJob(const std::string& i_job, const std::string& i_argument) {
+    if (i_job == "list")
+        return ListInChild(DevHost::FromUtf8(i_argument));
+    return i_job == "load" ? LoadInChild() : UnloadInChild();
+}
+
 /// Returns the exit code.
 int Run(const std::vector<std::string>& i_arguments) {
     if (i_arguments.size() == 3 && i_arguments.front() == child_option) {
-        AnswerParent(i_arguments[1] == "list" ? ListInChild(DevHost::FromUtf8(i_arguments[2])) : LoadInChild());
+        AnswerParent(RunJob(i_arguments[1], i_arguments[2]));
         return 0;
     }
     CLI::App program("Measures the module that ships and prints a table. ./bench.sh sets up what it needs.",
