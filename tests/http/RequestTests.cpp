@@ -2,6 +2,7 @@
 
 #include "http/HttpTest.h"
 
+#include "core/trace/Secret.h"
 #include "core/trace/Text.h"
 #include "support/Content.h"
 
@@ -171,6 +172,18 @@ TEST_F(RequestTest, SplitsAddresses) {
                           "be either HTTP or HTTPS\"\n"));
     for (const wchar_t* const wrong : {L"", L"no address"})
         EXPECT_NE(OutcomeOf([&] { Http::Session::CrackUri(wrong); }).type, "") << ToUtf8(wrong);
+}
+
+TEST_F(RequestTest, KeepsItsCurrentTokenSecret) {
+    const std::wstring words = L"sl.0123456789abcdef and sl.fedcba9876543210";
+    {
+        auto session = Open(L"" DROPBOX_API_HOST);
+        session.SetAuthorizationHeader(L"Authorization:Bearer sl.0123456789abcdef\n");
+        EXPECT_EQ(WithoutSecrets(words), L"*** and sl.fedcba9876543210");
+        session.SetAuthorizationHeader(L"Authorization:Bearer sl.fedcba9876543210\n");
+        EXPECT_EQ(WithoutSecrets(words), L"sl.0123456789abcdef and ***");
+    }
+    EXPECT_EQ(WithoutSecrets(words), words);
 }
 
 } // namespace
