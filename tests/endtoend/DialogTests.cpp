@@ -243,6 +243,17 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
     EXPECT_FALSE(Exists(L"/New.pdf")) << "the dialog only chooses";
 }
 
+/// No row is selected in a folder that was just entered, but one has the focus.
+TEST_F(SaveDialogTest, TakesEnterInTheListForSaveUnlessSomethingIsSelected) {
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, "open Documents \n text Inner \n key Enter"), L"/Documents/New.pdf");
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, R"(
+                  open Documents
+                  open Inner
+                  text deep.pdf
+                  key Enter)"),
+              L"/Documents/Inner/New.pdf");
+}
+
 TEST_F(SaveDialogTest, AsksBeforeAFileIsReplaced) {
     const std::string question = "text \"start.pdf\" already exists \n ";
     EXPECT_EQ(Save({}, "text Documents \n fill ed.name start.pdf \n press btn.ok \n " + question + "press Replace"),

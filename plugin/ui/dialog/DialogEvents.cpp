@@ -104,20 +104,19 @@ std::wstring Dialog::SelectedNames() const {
     return count == 1 ? names.substr(1, names.size() - 2) : names;
 }
 
-/// A double click, or Enter: a single folder is always opened, even where folders are chosen. Uses the selection, or
-/// the row if nothing is selected.
-void Dialog::OnRowActivated(LONG i_row) {
+/// A double click, or Enter: a single folder is always opened, even where folders are chosen. With nothing selected,
+/// Enter is the default button's: the row that merely has the focus is nobody's choice.
+void Dialog::OnRowActivated(LONG) {
     TRACE_FUNCTION();
     if (IsBusy())
         return;
-    auto selection = m_list->GetSelection();
-    if (const Ui::FileRow* const row = m_list->GetRow(i_row); row != nullptr && selection.empty())
-        selection = {row};
+    const auto selection = m_list->GetSelection();
+    if (selection.empty())
+        return Confirm();
     Ui::DialogMode mode = m_mode;
     if (selection.size() == 1)
         mode.chooses_folder = false;
-    if (!selection.empty())
-        Carry(Ui::DecideSelection(mode, selection));
+    Carry(Ui::DecideSelection(mode, selection));
 }
 
 void Dialog::OnColumnClicked(LONG i_column) {
