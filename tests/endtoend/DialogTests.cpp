@@ -25,7 +25,7 @@ TEST_F(OpenDialogTest, OpensAFile) {
              {"row and button", {}, "row start.pdf \n press btn.ok", L"/start.pdf"},
              {"keyboard alone",
               {},
-              "text start.pdf \n key Home Enter \n text c.txt \n key End Enter",
+              "text start.pdf \n key Down Up Enter \n text c.txt \n key End Enter",
               L"/Documents/c.txt"},
              {"type-ahead", {L"/Documents"}, "text b.pdf \n type b \n key Enter", L"/Documents/b.pdf"},
              {"typed name", {L"/Documents"}, "text a.pdf \n fill ed.name A.PDF \n key Enter", L"/Documents/a.pdf"},
@@ -104,6 +104,10 @@ TEST_F(OpenDialogTest, ChoosesFolders) {
                       L"/Documents"},
              {"the root", {L"--folder"}, "text Documents \n press btn.ok", L"/"},
              {"a row", {L"--folder"}, "row Documents \n press btn.ok", L"/Documents"},
+             {"not the one just left, which only stands selected",
+              {L"--folder", L"/Documents/Inner"},
+              "text ../ \n press Up one level \n text Inner \n press Choose",
+              L"/Documents"},
              {"one gone into",
               {L"--folder"},
               "open Documents \n open Inner \n text Documents/Inner \n press btn.ok",
@@ -286,6 +290,32 @@ TEST_F(OpenDialogTest, TakesAFolderThatResemblesTheShownOneForAnotherOne) {
     MakeFile(L"/strasse/b.pdf");
     EXPECT_EQ(Open({L"/stra\u00dfe"}, "text a.pdf \n fill ed.name /strasse \n press btn.ok \n open b.pdf"),
               L"/strasse/b.pdf");
+}
+
+TEST_F(SaveDialogTest, GoesIntoAFolderThatWasJustMade) {
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, R"(
+                  text start.pdf
+                  press New folder
+                  edit Made
+                  key Enter
+                  press Open
+                  text ../
+                  gone start.pdf
+                  press Save)"),
+              L"/Made/New.pdf");
+}
+
+TEST_F(SaveDialogTest, SaysWhatItsButtonWillDo) {
+    EXPECT_EQ(Save({L"--action-title", L"Put it there"}, R"(
+                  text start.pdf
+                  text Put it there
+                  row Documents
+                  gone Put it there
+                  press Open
+                  text Inner
+                  fill ed.name x.pdf
+                  press Put it there)"),
+              L"/Documents/x.pdf");
 }
 
 TEST_F(SaveDialogTest, MeansTheRowThatIsSelectedAfterANameWasTyped) {

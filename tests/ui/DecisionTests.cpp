@@ -118,6 +118,55 @@ TEST_F(DecisionTest, MakesTheMostOfWhatIsSelected) {
     }
 }
 
+TEST_F(DecisionTest, KnowsWhetherTheRowsOrTheNameAreMeant) {
+    const struct {
+        const char* what;
+        Ui::DialogMode mode;
+        Ui::DialogContent content;
+        bool means_selection;
+        bool goes_to_folder; ///< What the button says.
+    } cases[] = {
+        {"nothing", open_one, {}, false, false},
+        {"a file", open_one, {.selection = Selection({a_pdf}), .text = L"a.pdf"}, true, false},
+        {"a folder", open_one, {.selection = Selection({docs})}, true, true},
+        {"up", open_one, {.selection = Selection({up})}, true, true},
+        {"the folder left", open_one, {.selection = Selection({docs}), .is_selection_chosen = false}, true, true},
+        {"a name, typed",
+         open_one,
+         {.selection = Selection({docs}), .text = L"a.pdf", .is_text_typed = true},
+         false,
+         false},
+        {"a folder's name, typed", open_one, {.text = L"docs", .is_text_typed = true}, false, true},
+        {"up, typed", save, {.text = L"..", .is_text_typed = true}, false, true},
+        {"a path, typed", save, {.text = L"/Here/x", .is_text_typed = true}, false, false},
+        {"a folder's path, typed", save, {.text = L"/Here/", .is_text_typed = true}, false, true},
+        {"a name to save", save, {.text = L"x.pdf", .is_text_typed = true}, false, false},
+        {"the folder left, and a name to save",
+         save,
+         {.selection = Selection({docs}), .is_selection_chosen = false, .text = L"x.pdf"},
+         false,
+         false},
+        {"the folder left, and no name",
+         save,
+         {.selection = Selection({docs}), .is_selection_chosen = false},
+         false,
+         false},
+        {"a clicked folder, and a name to save", save, {.selection = Selection({docs}), .text = L"x.pdf"}, true, true},
+        {"a folder to choose", choose_folder, {.selection = Selection({docs})}, true, false},
+        {"up, among folders", choose_folder, {.selection = Selection({up})}, true, true},
+        {"the folder left, among folders",
+         choose_folder,
+         {.selection = Selection({docs}), .is_selection_chosen = false},
+         false,
+         false},
+        {"a path, among folders", choose_folder, {.text = L"/Here", .is_text_typed = true}, false, true},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(test.means_selection, Ui::MeansSelection(test.mode, test.content)) << test.what;
+        EXPECT_EQ(test.goes_to_folder, Ui::GoesToFolder(test.mode, test.content, m_rows)) << test.what;
+    }
+}
+
 TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
     const struct {
         const char* what;

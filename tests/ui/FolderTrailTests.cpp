@@ -153,7 +153,7 @@ private:
         } else if (i_word == "again") {
             m_trail->Reload();
         } else if (i_word == "made") {
-            m_trail->Reload({.selected_title = argument()});
+            m_trail->Reload({.selected_title = argument(), .is_selection_chosen = true});
         } else if (i_word == "ok" || i_word == "gone" || i_word == "bad") {
             const HRESULT result = i_word == "ok" ? S_OK : i_word == "gone" ? E_INVALIDARG : E_FAIL;
             m_trail->OnLoadEnded(static_cast<DWORD>(result));
@@ -190,7 +190,9 @@ private:
                                      : Ui::FailureAnswer::give_up;
     }
     void SignInAgain() override { Tell(L"signs-in"); }
-    void SelectItem(const std::wstring& i_title) override { Tell(L"selects:", i_title); }
+    void SelectItem(const std::wstring& i_title, bool i_is_chosen) override {
+        Tell(i_is_chosen ? L"chooses:" : L"selects:", i_title);
+    }
     void OnTypedFolderReached() override { Tell(L"typed-folder"); }
     void OnTypedFileReached(const std::wstring& i_title) override { Tell(L"typed-file:", i_title); }
 
@@ -216,7 +218,7 @@ TEST_F(FolderTrailTest, LeadsThroughTheFolders) {
         {"not above the root", "go / ok up", "<> loads shows <> | at "},
         {"again", "go /a ok again ok", "</a> loads shows </a> </a> reloads shows </a> | at /a"},
         {"again, with what was made", "go /a ok made N ok",
-         "</a> loads shows </a> </a> reloads shows </a> selects:N | at /a"},
+         "</a> loads shows </a> </a> reloads shows </a> chooses:N | at /a"},
         {"where one is already", "go /a ok go /A", "</a> loads shows </a> </A> </a> | at /a"},
         {"a typed folder", "go / ok type /a ok", "<> loads shows <> </a> loads shows </a> typed-folder | at /a"},
         {"a typed folder where one is", "go /a ok type /A", "</a> loads shows </a> </A> </a> typed-folder | at /a"},

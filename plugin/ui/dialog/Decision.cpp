@@ -55,6 +55,21 @@ Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
 
 } // namespace
 
+bool MeansSelection(const DialogMode& i_mode, const DialogContent& i_content) {
+    TRACE_FUNCTION();
+    // Where files are opened, the folder left can only be entered again. Elsewhere something else would be chosen.
+    const bool is_chosen = i_content.is_selection_chosen || (i_mode.is_open && !i_mode.chooses_folder);
+    return is_chosen && !i_content.selection.empty() && (!i_content.is_text_typed || i_content.text.empty());
+}
+
+bool GoesToFolder(const DialogMode& i_mode, const DialogContent& i_content, const FileRows& i_rows) {
+    TRACE_FUNCTION();
+    const Decision decision = MeansSelection(i_mode, i_content) ? DecideSelection(i_mode, i_content.selection)
+                                                                : DecideWay(i_content.text, i_rows);
+    return decision.kind == Kind::enter || decision.kind == Kind::go_up ||
+           (decision.kind == Kind::go_to && (i_mode.chooses_folder || decision.text.ends_with(L'/')));
+}
+
 Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows) {
     TRACE_FUNCTION();
     if (i_text == parent_entry || i_text == parent_title)

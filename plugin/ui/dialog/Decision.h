@@ -21,6 +21,14 @@ struct DialogMode {
     bool asks_before_replacing = false;
 };
 
+/// What a dialog shows when OK is pressed.
+struct DialogContent {
+    std::vector<const FileRow*> selection{};
+    bool is_selection_chosen = true; ///< By the user; after Up the dialog itself selects the folder left.
+    std::wstring text{};             ///< Of the name box.
+    bool is_text_typed = false;      ///< By the user or the caller, not put there for the selected rows.
+};
+
 /// What to do.
 struct Decision {
     enum class Kind {
@@ -40,6 +48,12 @@ struct Decision {
     std::wstring text{};                 ///< The location to go to, or the name that is refused.
     const wchar_t* message_id = nullptr; ///< Of the localized text for the refusal; "%1" in it is the name.
 };
+
+/// Whether OK means the selected rows, and not the name box.
+bool MeansSelection(const DialogMode& i_mode, const DialogContent& i_content);
+
+/// Whether OK will only go to another folder, so that its button should say so.
+bool GoesToFolder(const DialogMode& i_mode, const DialogContent& i_content, const FileRows& i_rows);
 
 /// What a text in the name box means as a path to a folder: nothing if it is a name. A text that begins with "/" or
 /// "dropbox://", "..", or the title of a listed folder is a path.

@@ -3,6 +3,7 @@
 #include "core/host/LocalizedText.h"
 #include "core/host/Resource.h"
 #include "core/trace/Check.h"
+#include "qorv/Values.h"
 #include "ui/dialog/DialogMessages.h"
 
 namespace Qorv {
@@ -128,6 +129,9 @@ HRESULT Dialog::InitWindow() {
             CHECK_HRESULT(m_items.m_ok->put_Text(Text(L"db.btn.choose").c_str()));
         CHECK_HRESULT(m_items.m_name_label->put_Text(Text(L"db.lb.folder").c_str()));
     }
+    Bstr ok_caption;
+    CHECK_HRESULT(m_items.m_ok->get_Text(&ok_caption));
+    m_ok_caption = ok_caption.View();
     CHECK_HRESULT(m_items.m_settings->put_IsVisible(VariantBool(m_parameters->SettingsBtnCallbacks != nullptr)));
     if (m_parameters->InitialFileName.Length() > 0) {
         CHECK_HRESULT(m_items.m_name->put_Text(m_parameters->InitialFileName));
@@ -200,6 +204,20 @@ void Dialog::UpdateItems() {
             m_items.m_commands->put_IsCommandEnabled(static_cast<LONG>(row.command), VariantBool(CanRun(row.command)));
     Enable(m_items.m_ok, !IsBusy(), m_items.m_list);
     Enable(m_items.m_choose_user, !IsBusy(), m_items.m_list);
+    UpdateOkCaption();
+}
+
+/// The button says what it will do. Writes only a caption that has changed, so that nothing flickers.
+void Dialog::UpdateOkCaption() {
+    TRACE_FUNCTION();
+    if (m_pObj == nullptr || m_list == nullptr)
+        return;
+    const std::wstring caption =
+        Ui::GoesToFolder(m_mode, Content(), m_list->GetRows()) ? Text(L"db.btn.open") : m_ok_caption;
+    Bstr shown;
+    m_items.m_ok->get_Text(&shown);
+    if (shown.View() != caption)
+        m_items.m_ok->put_Text(caption.c_str());
 }
 
 std::wstring Dialog::Text(PCStr i_id, std::initializer_list<std::wstring_view> i_arguments) const {

@@ -58,6 +58,7 @@ private:
     HRESULT InitFilter();
     HRESULT InitWindow();
     void UpdateItems();
+    void UpdateOkCaption();
     bool IsBusy() const noexcept;
     void CheckWorkers();
     std::wstring Text(PCStr i_id, std::initializer_list<std::wstring_view> i_arguments = {}) const;
@@ -90,12 +91,13 @@ private:
     void OnFolderShown() override;
     void OnLoadFailed(const Ui::Failure& i_failure) override;
     Ui::FailureAnswer AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Failure& i_failure) override;
-    void SelectItem(const std::wstring& i_title) override;
+    void SelectItem(const std::wstring& i_title, bool i_is_chosen) override;
     void OnTypedFolderReached() override;
     void OnTypedFileReached(const std::wstring& i_title) override;
     std::wstring DisplayPath(IAFS_Name* i_name) const;
 
     // DialogChoice.cpp: what OK means
+    Ui::DialogContent Content() const;
     void Confirm();
     void Carry(const Ui::Decision& i_decision);
     void GoTo(const std::wstring& i_location);
@@ -131,6 +133,7 @@ private:
 
     ComPtr<IUIX_Obj> m_pObj; ///< The window while it exists.
     HWND m_window = nullptr;
+    std::wstring m_ok_caption; ///< The OK button's when it does what the dialog is for.
     Ui::DialogItems m_items;
     ComPtr<Ui::FileList> m_list;
     std::shared_ptr<FilesExtensionFilter> m_filter;
@@ -141,7 +144,8 @@ private:
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 
-    bool m_is_name_typed = false; ///< The name box shows what the user typed, not what the list put there.
+    bool m_is_selection_chosen = true; ///< By the user, not by the dialog.
+    bool m_is_name_typed = false;      ///< The name box shows what the user typed, not what the list put there.
 };
 
 } // namespace Qorv

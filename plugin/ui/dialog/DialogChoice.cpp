@@ -10,15 +10,19 @@
 
 namespace Qorv {
 
+Ui::DialogContent Dialog::Content() const {
+    TRACE_FUNCTION();
+    return {m_list->GetSelection(), m_is_selection_chosen, NameText(), m_is_name_typed};
+}
+
 void Dialog::Confirm() {
     TRACE_FUNCTION();
     if (IsBusy())
         return;
-    const std::wstring text = NameText();
-    const auto selection = m_list->GetSelection();
-    if (!selection.empty() && (!m_is_name_typed || text.empty()))
-        return Carry(Ui::DecideSelection(m_mode, selection));
-    const Ui::Decision way = Ui::DecideWay(text, m_list->GetRows());
+    const Ui::DialogContent content = Content();
+    if (Ui::MeansSelection(m_mode, content))
+        return Carry(Ui::DecideSelection(m_mode, content.selection));
+    const Ui::Decision way = Ui::DecideWay(content.text, m_list->GetRows());
     if (way.kind == Ui::Decision::Kind::enter || way.kind == Ui::Decision::Kind::go_up)
         ResetName(); // It was a path, not a name.
     if (way.kind != Ui::Decision::Kind::nothing)

@@ -116,7 +116,7 @@ void Dialog::CreateFolder(const std::wstring& i_title) {
     RunOnWorker(L"db.msg.creatingFolder", create, [this, i_title](const Ui::Failure& i_failure) {
         if (FAILED(i_failure.code))
             m_questions->TellFailure(L"db.msg.createFailed", i_failure);
-        m_trail.Reload({.selected_title = i_title});
+        m_trail.Reload({.selected_title = i_title, .is_selection_chosen = true});
     });
 }
 

@@ -84,6 +84,7 @@ void Dialog::OnSettings(LONG) {
 void Dialog::OnSelectionChanged(LONG) {
     TRACE_FUNCTION();
     const auto selection = m_list->GetSelection();
+    m_is_selection_chosen = true;
     if (!selection.empty())
         m_is_name_typed = false; // OK means the rows from here on.
     if (const std::wstring names = SelectedNames(); !names.empty())
@@ -144,6 +145,7 @@ void Dialog::OnCommand(LONG i_command) {
 void Dialog::OnNameChanged(LONG) {
     TRACE_FUNCTION();
     m_is_name_typed = true;
+    UpdateOkCaption();
 }
 
 void Dialog::OnFilterChanged(LONG) {

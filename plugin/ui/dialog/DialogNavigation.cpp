@@ -32,6 +32,8 @@ void Dialog::ShowPath(IAFS_Name* i_folder) {
 void Dialog::OnLoadBegun(bool i_is_reload) {
     TRACE_FUNCTION();
     m_list->Empty(Text(L"db.msg.loading"), i_is_reload);
+    if (!i_is_reload)
+        m_is_selection_chosen = true; // Nothing is selected in the next folder.
     if (!m_is_name_typed && m_mode.is_open && !i_is_reload)
         m_items.m_name->put_Text(L""); // The list put it there, and no longer lists it.
     UpdateItems();
@@ -56,11 +58,13 @@ Ui::FailureAnswer Dialog::AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Fai
     return m_questions->AskAfterLoadFailure(DisplayPath(i_folder), i_failure);
 }
 
-void Dialog::SelectItem(const std::wstring& i_title) {
+void Dialog::SelectItem(const std::wstring& i_title, bool i_is_chosen) {
     TRACE_FUNCTION();
-    m_list->Select(i_title);
-    if (!m_mode.is_open && !NameText().empty())
-        m_is_name_typed = true; // The user hasn't chosen the row, so OK still means the name.
+    if (m_list->Select(i_title)) {
+        m_is_selection_chosen = i_is_chosen;
+        // OK still means the name, unless the row is the user's choice.
+        m_is_name_typed = !i_is_chosen && !m_mode.is_open && !NameText().empty();
+    }
     UpdateItems();
 }
 

@@ -112,7 +112,7 @@ void FolderTrail::Arrive() {
     TRACE_FUNCTION();
     const Arrival arrival = std::exchange(m_arrival, {});
     if (!arrival.selected_title.empty())
-        m_view.SelectItem(arrival.selected_title);
+        m_view.SelectItem(arrival.selected_title, arrival.is_selection_chosen);
     if (arrival.target == nullptr)
         return;
     VARIANT_BOOL is_folder = VARIANT_FALSE;

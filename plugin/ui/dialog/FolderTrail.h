@@ -12,6 +12,7 @@ namespace Ui {
 /// What to do in a folder once it is shown.
 struct Arrival {
     std::wstring selected_title{};          ///< Of the item to select, such as the folder that the user came from.
+    bool is_selection_chosen = false;       ///< The user wants that item, which was just made.
     Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: if it is a file's, the user means the file.
     bool may_be_new = false;                ///< The target may be a file that isn't there yet.
 };

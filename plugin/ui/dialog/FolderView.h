@@ -25,7 +25,8 @@ public:
     virtual void SignInAgain() = 0;
 
     // On arrival
-    virtual void SelectItem(const std::wstring& i_title) = 0;
+    /// Selects an item; chosen means that the user wanted it, such as a folder just made.
+    virtual void SelectItem(const std::wstring& i_title, bool i_is_chosen) = 0;
     /// The typed location was that of the folder.
     virtual void OnTypedFolderReached() = 0;
     /// The typed location is that of a file in the folder, or of a new one.
