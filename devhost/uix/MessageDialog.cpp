@@ -27,9 +27,11 @@ MessageDialog::MessageDialog(HWND i_owner, const MessageContent& i_content, Mess
     , m_icon(LoadSystemIcon(i_content.icon, m_layout.icon)) {
     AddControl(L"STATIC", i_content.text, SS_LEFT | SS_NOPREFIX, m_layout.text, text_id);
     for (std::size_t index = 0; index < i_content.buttons.size(); ++index)
-        AddControl(L"BUTTON", i_content.buttons[index], WS_TABSTOP | (index == 0 ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),
+        AddControl(L"BUTTON", i_content.buttons[index],
+                   WS_TABSTOP | (index == i_content.default_button ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),
                    m_layout.buttons[index], static_cast<WORD>(first_button_id + index));
-    SendMessageW(Window(), DM_SETDEFID, first_button_id, 0);
+    m_default_button_id = static_cast<WORD>(first_button_id + i_content.default_button);
+    SendMessageW(Window(), DM_SETDEFID, m_default_button_id, 0);
 }
 
 HWND MessageDialog::AddControl(PCWSTR i_class, const std::wstring& i_text, DWORD i_style, const RECT& i_place,
@@ -52,6 +54,7 @@ ULONG MessageDialog::Ask(LoopMonitors& io_monitors) {
 }
 
 HRESULT MessageDialog::OnInit() {
+    SendMessageW(Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(Window(), m_default_button_id)), TRUE);
     MessageBeep(m_icon != nullptr ? MB_ICONWARNING : MB_OK);
     return S_OK;
 }

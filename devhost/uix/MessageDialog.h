@@ -28,6 +28,7 @@ private:
     std::optional<LRESULT> OnMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) override;
 
     MessageLayout m_layout;
+    WORD m_default_button_id = 0;
     HICON m_icon = nullptr; ///< The system's own. Null for none.
 };
 

@@ -13,6 +13,7 @@ struct MessageContent {
     std::wstring text;
     std::vector<std::wstring> buttons; ///< At least one.
     PCWSTR icon = nullptr;             ///< One of the system's (IDI_), null for none.
+    std::size_t default_button = 0;
 };
 
 /// Where everything of a message box goes, in pixels of its client area.

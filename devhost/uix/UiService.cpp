@@ -107,11 +107,15 @@ HRESULT STDMETHODCALLTYPE UiService::ShowMsgBox(const Qorv::UIX_MsgBoxParameters
     if (o_answer == nullptr)
         return E_POINTER;
     *o_answer = 0;
-    if (i_parameters == nullptr || i_parameters->buttons == nullptr || i_parameters->button_count == 0)
+    if (i_parameters == nullptr || i_parameters->buttons == nullptr ||
+        i_parameters->default_button >= i_parameters->button_count)
         return E_INVALIDARG;
     return Answer([&] {
-        MessageContent content{
-            TextOf(i_parameters->title), TextOf(i_parameters->text), {}, SystemIcon(i_parameters->icon)};
+        MessageContent content{TextOf(i_parameters->title),
+                               TextOf(i_parameters->text),
+                               {},
+                               SystemIcon(i_parameters->icon),
+                               i_parameters->default_button};
         for (ULONG index = 0; index < i_parameters->button_count; ++index)
             content.buttons.push_back(TextOf(i_parameters->buttons[index]));
         *o_answer = MessageDialog(i_parameters->owner, content).Ask(*m_monitors);

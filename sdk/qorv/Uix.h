@@ -115,8 +115,9 @@ struct UIX_MsgBoxParameters {
     PCStr title = nullptr;
     PCStr text = nullptr;
     ULONG icon = UIX_MsgBox_IconNone;
-    const PCStr* buttons = nullptr; ///< Captions, left to right; the first is the default.
+    const PCStr* buttons = nullptr; ///< Captions, left to right.
     ULONG button_count = 0;
+    ULONG default_button = 0; ///< The one that has the focus at first, and that Enter presses. E_INVALIDARG without it.
 };
 
 /// The service itself.

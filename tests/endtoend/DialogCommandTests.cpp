@@ -81,6 +81,21 @@ TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
     EXPECT_TRUE(Exists(L"/Documents/b.pdf"));
 }
 
+TEST_F(DialogCommandTest, TakesEnterForNo) {
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  key Delete
+                  text Do you want to delete the file "a.pdf"?
+                  key Enter
+                  window Open from Dropbox
+                  text a.pdf
+                  close)"),
+              canceled);
+    EXPECT_TRUE(Exists(L"/Documents/a.pdf"));
+    EXPECT_EQ(Save({}, "open start.pdf \n text \"start.pdf\" already exists \n key Enter \n window Save to \n close"),
+              canceled);
+}
+
 TEST_F(DialogCommandTest, NeverDeletesTheWayUp) {
     EXPECT_EQ(Open({L"/Documents/Inner"}, R"(
                   row ../

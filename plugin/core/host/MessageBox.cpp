@@ -15,7 +15,8 @@ namespace {
 constexpr wchar_t title_id[] = L"db.str.fileSystemName";
 
 HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-                         std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner) {
+                         std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner,
+                         ULONG i_default_button) {
     TRACE_FUNCTION();
     std::vector<std::wstring> captions;
     captions.reserve(i_buttons.size());
@@ -36,6 +37,7 @@ HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_
         .icon = i_icon,
         .buttons = buttons.data(),
         .button_count = static_cast<ULONG>(buttons.size()),
+        .default_button = i_default_button,
     };
     CHECK_HRESULT(uix_instance->ShowMsgBox(&parameters, &o_answer));
     return TRACE_RESULT(S_OK);
@@ -44,11 +46,13 @@ HRESULT ShowOnMainThread(Qorv::IQorv_Inst* host_instance, const std::wstring& i_
 } // namespace
 
 HRESULT Ui::ShowMessageBox(Qorv::IQorv_Inst* host_instance, const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-                           std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner) {
+                           std::initializer_list<Qorv::PCStr> i_buttons, ULONG& o_answer, HWND i_owner,
+                           ULONG i_default_button) {
     TRACE_FUNCTION();
     HRESULT result = E_UNEXPECTED;
-    const HRESULT call_result = CallThreadSafe(
-        host_instance, [&] { result = ShowOnMainThread(host_instance, i_text, i_icon, i_buttons, o_answer, i_owner); });
+    const HRESULT call_result = CallThreadSafe(host_instance, [&] {
+        result = ShowOnMainThread(host_instance, i_text, i_icon, i_buttons, o_answer, i_owner, i_default_button);
+    });
     CHECK_HRESULT(call_result);
     CHECK_HRESULT(result);
     return TRACE_RESULT(S_OK);

@@ -10,6 +10,9 @@ namespace Ui {
 namespace {
 
 constexpr std::size_t most_names = 10; ///< That a question lists.
+constexpr std::size_t many_items = 10; ///< From here on, deleting them is worth a warning.
+constexpr ULONG yes = 0;               ///< The button of a question that does it.
+constexpr ULONG no = 1;                ///< The button that leaves everything as it is.
 
 } // namespace
 
@@ -30,20 +33,22 @@ void DialogQuestions::TellFailure(Qorv::PCStr i_text_id, const Failure& i_failur
 
 bool DialogQuestions::AskToReplace(const std::wstring& i_name) const {
     TRACE_FUNCTION();
-    return Ask(Text(L"db.msg.replace", {i_name}), Qorv::UIX_MsgBox_IconQuestion,
-               {L"db.btn.replace", L"db.btn.cancel"}) == 0;
+    return Ask(Text(L"db.msg.replace", {i_name}), Qorv::UIX_MsgBox_IconQuestion, {L"db.btn.replace", L"db.btn.cancel"},
+               no) == yes;
 }
 
 bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) const {
     TRACE_FUNCTION();
+    const bool has_folder = std::ranges::any_of(i_rows, &FileRow::is_folder);
     std::wstring text;
     if (i_rows.size() == 1)
-        text = Text(i_rows.front()->is_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {i_rows.front()->title});
+        text = Text(has_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {i_rows.front()->title});
     else
-        text = Text(std::ranges::any_of(i_rows, &FileRow::is_folder) ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles",
-                    {std::to_wstring(i_rows.size())}) +
+        text = Text(has_folder ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles", {std::to_wstring(i_rows.size())}) +
                L"\n" + NamesOf(i_rows);
-    return Ask(text, Qorv::UIX_MsgBox_IconQuestion, {L"db.btn.delete", L"db.btn.cancel"}) == 0;
+    const bool is_much = has_folder || i_rows.size() >= many_items;
+    return Ask(text, is_much ? Qorv::UIX_MsgBox_IconWarning : Qorv::UIX_MsgBox_IconQuestion,
+               {L"db.btn.delete", L"db.btn.cancel"}, no) == yes;
 }
 
 FailureAnswer DialogQuestions::AskAfterLoadFailure(const std::wstring& i_folder, const Failure& i_failure) const {
@@ -60,11 +65,13 @@ FailureAnswer DialogQuestions::AskAfterLoadFailure(const std::wstring& i_folder,
 
 /// The index of the pressed button, or of the last one if none was pressed.
 ULONG DialogQuestions::Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-                           std::initializer_list<Qorv::PCStr> i_buttons) const {
+                           std::initializer_list<Qorv::PCStr> i_buttons, ULONG i_default_button) const {
     TRACE_FUNCTION();
     const ULONG last = static_cast<ULONG>(i_buttons.size()) - 1;
     ULONG answer = last;
-    return SUCCEEDED(ShowMessageBox(m_host_instance, i_text, i_icon, i_buttons, answer, m_window)) ? answer : last;
+    return SUCCEEDED(ShowMessageBox(m_host_instance, i_text, i_icon, i_buttons, answer, m_window, i_default_button))
+               ? answer
+               : last;
 }
 
 std::wstring DialogQuestions::Text(Qorv::PCStr i_id, std::initializer_list<std::wstring_view> i_arguments) const {

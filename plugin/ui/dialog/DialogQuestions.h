@@ -25,17 +25,18 @@ public:
     /// Says what failed: a localized text with "%1" for the failure.
     void TellFailure(Qorv::PCStr i_text_id, const Failure& i_failure) const;
 
+    // These two only do it if the user presses the button for it: Enter and Esc leave everything as it is.
+    /// Names the file that is there already.
     bool AskToReplace(const std::wstring& i_name) const;
-
-    /// Names what will be deleted: the item, or the first of many.
+    /// Names what will be deleted: the item, or the first of many. A folder, or many items, are worth a warning.
     bool AskToDelete(const std::vector<const FileRow*>& i_rows) const;
 
     /// Says why a folder can't be shown, and asks what to do. The folder is given as a person reads it.
     FailureAnswer AskAfterLoadFailure(const std::wstring& i_folder, const Failure& i_failure) const;
 
 private:
-    ULONG Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon,
-              std::initializer_list<Qorv::PCStr> i_buttons) const;
+    ULONG Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon, std::initializer_list<Qorv::PCStr> i_buttons,
+              ULONG i_default_button = 0) const;
     std::wstring Text(Qorv::PCStr i_id, std::initializer_list<std::wstring_view> i_arguments) const;
     std::wstring NamesOf(const std::vector<const FileRow*>& i_rows) const;
 
