@@ -2,6 +2,7 @@
 
 #include "script/WindowSearch.h"
 #include "uix/ControlName.h"
+#include "uix/List.h"
 #include "uix/WindowText.h"
 
 #include <algorithm>
@@ -41,7 +42,7 @@ int ColumnCount(HWND i_list) {
 /// The window's list; null while it cannot be used.
 HWND UsableList(HWND i_window) {
     const HWND list = FindChild(i_window, [](HWND i_child) { return HasClass(i_child, list_class); });
-    return list != nullptr && IsWindowEnabled(list) ? list : nullptr;
+    return list != nullptr && IsWindowEnabled(list) && !IsListBusy(list) ? list : nullptr;
 }
 
 std::optional<int> FindRow(HWND i_list, const std::wstring& i_text) {
@@ -208,9 +209,13 @@ bool ChooseCommand(HWND i_window, const std::wstring& i_text) {
     return true;
 }
 
+bool ShowsBusyList(HWND i_window) {
+    return FindChild(i_window, IsListBusy) != nullptr;
+}
+
 bool ListShowsText(HWND i_control, const std::wstring& i_text) {
-    if (!HasClass(i_control, list_class))
-        return false;
+    if (!HasClass(i_control, list_class) || IsListBusy(i_control))
+        return false; // A busy list's rows are about to be replaced.
     const int columns = ColumnCount(i_control);
     for (int row = 0, count = RowCount(i_control); row < count; ++row)
         for (int column = 0; column < columns; ++column)

@@ -24,6 +24,9 @@ bool ChooseItem(HWND i_window, const std::wstring& i_name_and_text);
 /// Picks a command from the open menu, or else from the list's own.
 bool ChooseCommand(HWND i_window, const std::wstring& i_text);
 
+/// Whether a list in the window is busy: nobody can tell yet what it will show.
+bool ShowsBusyList(HWND i_window);
+
 /// Whether a control is a list with this text in, or as part of, one of its cells.
 bool ListShowsText(HWND i_control, const std::wstring& i_text);
 

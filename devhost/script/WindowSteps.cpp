@@ -43,7 +43,7 @@ bool WaitForText(HWND i_window, const std::wstring& i_text) {
 }
 
 bool WaitUntilGone(HWND i_window, const std::wstring& i_text) {
-    return !ShowsText(i_window, i_text);
+    return !ShowsBusyList(i_window) && !ShowsText(i_window, i_text);
 }
 
 bool WaitForPage(HWND i_window, const std::wstring& i_address) {

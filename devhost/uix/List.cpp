@@ -19,6 +19,14 @@ UINT PaintMessage() {
     return message;
 }
 
+// On a busy list's control.
+constexpr wchar_t busy_property[] = L"QorvHostListBusy";
+
+bool IsRowInput(UINT i_message) {
+    return (i_message >= WM_LBUTTONDOWN && i_message <= WM_MBUTTONDBLCLK) || i_message == WM_KEYDOWN ||
+           i_message == WM_CHAR || i_message == WM_CONTEXTMENU;
+}
+
 bool ChangesSelection(UINT i_old_state, UINT i_new_state) {
     return ((i_old_state ^ i_new_state) & LVIS_SELECTED) != 0;
 }
@@ -50,6 +58,8 @@ LRESULT List::OnNotify(NMHDR& io_notification) {
     case LVN_GETDISPINFOW:
         FillCell(reinterpret_cast<NMLVDISPINFOW&>(io_notification).item);
         return 0;
+    case NM_CUSTOMDRAW:
+        return DrawRow(reinterpret_cast<NMLVCUSTOMDRAW&>(io_notification));
     case LVN_ODFINDITEMW:
         return FindRow(reinterpret_cast<const NMLVFINDITEMW&>(io_notification));
     case LVN_ITEMCHANGED: {
@@ -81,6 +91,17 @@ LRESULT List::OnNotify(NMHDR& io_notification) {
     }
 }
 
+LRESULT List::DrawRow(NMLVCUSTOMDRAW& io_request) const {
+    if (!m_is_busy)
+        return CDRF_DODEFAULT;
+    if (io_request.nmcd.dwDrawStage == CDDS_PREPAINT)
+        return CDRF_NOTIFYITEMDRAW;
+    if (io_request.nmcd.dwDrawStage != CDDS_ITEMPREPAINT)
+        return CDRF_DODEFAULT;
+    io_request.clrText = GetSysColor(COLOR_GRAYTEXT);
+    return CDRF_NEWFONT;
+}
+
 std::wstring List::CellText(int i_row, int i_column) const {
     Qorv::Bstr text;
     const bool is_given = m_source != nullptr && SUCCEEDED(m_source->GetCellText(i_row, i_column, &text));
@@ -107,7 +128,16 @@ int List::FindRow(const NMLVFINDITEMW& i_request) {
         i_request.lvfi.psz == nullptr)
         return -1;
     const LONG first_row = HasRow(i_request.iStart) ? i_request.iStart : 0;
-    return SUCCEEDED(m_source->FindRow(i_request.lvfi.psz, first_row, &row)) ? static_cast<int>(row) : -1;
+    const std::wstring text = TypedSince(i_request.lvfi.psz);
+    return SUCCEEDED(m_source->FindRow(text.c_str(), first_row, &row)) ? static_cast<int>(row) : -1;
+}
+
+/// The control collects the letters that are typed quickly, also across a change of the rows, for which they begin anew.
+std::wstring List::TypedSince(const std::wstring& i_text) {
+    m_typed = i_text;
+    if (i_text.size() <= m_old_typed.size() || !i_text.starts_with(m_old_typed))
+        m_old_typed.clear(); // The control has begun anew by itself.
+    return i_text.substr(m_old_typed.size());
 }
 
 void List::OnEdited(const LVITEMW& i_row) {
@@ -120,13 +150,18 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
         ReleasePainting();
         return 0;
     }
+    if (m_is_busy && IsRowInput(i_message)) {
+        if (i_message == WM_LBUTTONDOWN)
+            ::SetFocus(Window());
+        return 0;
+    }
     switch (i_message) {
     case WM_GETDLGCODE: {
-        // Enter goes to the list if it has a row to activate, else to the default button.
+        // Enter goes to the list if it has a row that can be activated, else to the default button.
         const auto* const message = reinterpret_cast<const MSG*>(i_lparam);
         const LRESULT code = DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
         const bool is_enter = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_RETURN;
-        return is_enter && FocusedRow() != -1 ? code | DLGC_WANTMESSAGE : code;
+        return is_enter && FocusedRow() != -1 && !m_is_busy ? code | DLGC_WANTMESSAGE : code;
     }
     case WM_KEYDOWN:
         if (i_wparam != VK_RETURN)
@@ -146,7 +181,7 @@ LRESULT List::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam)
         return 0;
     case WM_PAINT: {
         const LRESULT result = DialogItem::OnControlMessage(i_message, i_wparam, i_lparam);
-        if (RowCount() == 0 && !m_empty_text.empty())
+        if (!m_empty_text.empty())
             PaintEmptyText();
         return result;
     }
@@ -205,8 +240,10 @@ void List::PaintEmptyText() const {
     GetWindowRect(Header(), &head);
     RECT area;
     GetClientRect(Window(), &area);
-    area.top += head.bottom - head.top + margin;
+    area.top = std::max(area.top + head.bottom - head.top, RowsBottom()) + margin;
     InflateRect(&area, static_cast<int>(-margin), 0);
+    if (area.top >= area.bottom)
+        return;
     const HDC device = GetDC(Window());
     const HGDIOBJ old_font = SelectObject(device, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
     FillRect(device, &area, GetSysColorBrush(COLOR_WINDOW));
@@ -218,9 +255,12 @@ void List::PaintEmptyText() const {
     ReleaseDC(Window(), device);
 }
 
-/// For programs that ask the window for its text, such as screen readers.
-void List::PutEmptyTextAsText() const {
-    SetWindowTextW(Window(), RowCount() == 0 ? m_empty_text.c_str() : L"");
+/// Of the visible area; 0 without rows.
+LONG List::RowsBottom() const {
+    RECT row{};
+    row.left = LVIR_BOUNDS;
+    const LONG count = RowCount();
+    return count > 0 && SendPointer(LVM_GETITEMRECT, static_cast<WPARAM>(count - 1), &row) != FALSE ? row.bottom : 0;
 }
 
 // What the plug-in asks for.
@@ -298,13 +338,13 @@ HRESULT STDMETHODCALLTYPE List::put_RowCount(LONG i_count) noexcept {
     return ChangeControl([&] {
         m_row_editor->GiveUp();
         ForgetEvents();
+        m_old_typed = m_typed;
         HoldPainting();
         if (const LONG focused = FocusedRow(); focused != -1)
             SetRowState(focused, 0, LVIS_FOCUSED);
         Send(LVM_SETITEMCOUNT); // Missing rows are not selected.
         if (Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(i_count), LPARAM{0}) == FALSE)
             return E_OUTOFMEMORY;
-        PutEmptyTextAsText();
         if (i_count > 0)
             Send(LVM_ENSUREVISIBLE, 0, FALSE);
         return S_OK;
@@ -316,9 +356,25 @@ HRESULT STDMETHODCALLTYPE List::put_EmptyText(Qorv::PCStr i_text) noexcept {
         return E_POINTER;
     return WithControl([&] {
         m_empty_text = i_text;
-        PutEmptyTextAsText();
-        if (RowCount() == 0)
-            InvalidateRect(Window(), nullptr, TRUE);
+        SetWindowTextW(Window(), i_text); // For programs that ask for it, such as screen readers.
+        InvalidateRect(Window(), nullptr, TRUE);
+    });
+}
+
+bool IsListBusy(HWND i_control) {
+    return GetPropW(i_control, busy_property) != nullptr;
+}
+
+HRESULT STDMETHODCALLTYPE List::put_IsBusy(VARIANT_BOOL i_is_busy) noexcept {
+    return ChangeControl([&] {
+        m_is_busy = i_is_busy != VARIANT_FALSE;
+        if (m_is_busy) {
+            m_row_editor->GiveUp();
+            SetPropW(Window(), busy_property, reinterpret_cast<HANDLE>(UINT_PTR{1}));
+        } else {
+            RemovePropW(Window(), busy_property);
+        }
+        InvalidateRect(Window(), nullptr, TRUE);
     });
 }
 

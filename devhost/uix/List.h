@@ -19,6 +19,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_RowCount(LONG* o_count) noexcept override;
     HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) noexcept override;
     HRESULT STDMETHODCALLTYPE put_EmptyText(Qorv::PCStr i_text) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_IsBusy(VARIANT_BOOL i_is_busy) noexcept override;
     HRESULT STDMETHODCALLTYPE put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) noexcept override;
     HRESULT STDMETHODCALLTYPE GetNextSelected(LONG i_after_row, LONG* o_row) noexcept override;
     HRESULT STDMETHODCALLTYPE SelectRow(LONG i_row, VARIANT_BOOL i_is_selected) noexcept override;
@@ -34,13 +35,15 @@ private:
 
     std::wstring CellText(int i_row, int i_column) const;
     void FillCell(LVITEMW& io_cell);
+    LRESULT DrawRow(NMLVCUSTOMDRAW& io_request) const;
     int FindRow(const NMLVFINDITEMW& i_request);
+    std::wstring TypedSince(const std::wstring& i_text);
     void OnEdited(const LVITEMW& i_row);
     void FitColumn(int i_column) const;
     void AskForMenu(HWND i_for, LPARAM i_place);
     POINT PlaceForMenu() const;
     void PaintEmptyText() const;
-    void PutEmptyTextAsText() const;
+    LONG RowsBottom() const;
 
     HWND Header() const { return reinterpret_cast<HWND>(Send(LVM_GETHEADER)); }
     LONG RowCount() const { return static_cast<LONG>(Send(LVM_GETITEMCOUNT)); }
@@ -57,7 +60,13 @@ private:
     std::optional<RowEditor> m_row_editor;
     Qorv::ComPtr<Qorv::IUIX_ListSource> m_source;
     std::wstring m_empty_text;
+    std::wstring m_typed;     ///< Last looked for by type-ahead.
+    std::wstring m_old_typed; ///< What was typed of it for other rows.
     bool m_is_painting_held = false;
+    bool m_is_busy = false;
 };
+
+/// Whether a list's control takes no input just now (`IUIX_List::put_IsBusy`).
+bool IsListBusy(HWND i_control);
 
 } // namespace DevHost

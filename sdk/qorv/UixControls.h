@@ -12,7 +12,7 @@ struct IUIX_Image;
 
 /// What an item reports to the dialog's sink, and what the event's detail is.
 enum UIX_ItemEventKind : ULONG {
-    UIX_ItemEvent_Click = 1,            ///< A button was pressed. No detail: 0.
+    UIX_ItemEvent_Click = 1,            ///< A button was pressed, or a label clicked. No detail: 0.
     UIX_ItemEvent_Changed = 2,          ///< The user changed an edit's text, or a combo's selection. 0.
     UIX_ItemEvent_SelectionChanged = 3, ///< The user changed a list's selection. 0.
     UIX_ItemEvent_Activated = 4,        ///< Double click on a list's row, or Enter in the list: the row.
@@ -33,6 +33,16 @@ struct IUIX_Item : IUnknown {
     /// Whether the item has the keyboard focus.
     virtual HRESULT STDMETHODCALLTYPE get_HasFocus(VARIANT_BOOL* o_has_focus) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetFocus() = 0;
+};
+
+/// A text.
+struct IUIX_Label : IUnknown {
+    static constexpr IID Id = {0x8c1d4f70, 0x2a96, 0x4be3, {0x9d, 0x05, 0x61, 0xf7, 0x3b, 0x8e, 0xa2, 0x14}};
+    /// Where a single line that doesn't fit is cut: at the end initially. One that is cut in the middle keeps its last
+    /// part, like a path, and has the whole text as its tool tip.
+    virtual HRESULT STDMETHODCALLTYPE put_IsCutInMiddle(VARIANT_BOOL i_is_cut_in_middle) = 0;
+    /// Its place on the screen, such as for a menu beneath it.
+    virtual HRESULT STDMETHODCALLTYPE get_ScreenRect(RECT* o_rect) = 0;
 };
 
 /// A single-line edit box.
@@ -92,8 +102,11 @@ struct IUIX_List : IUnknown {
     /// The source now has different rows: the list asks for all again, and none is selected or has the focus. Events
     /// about the old rows that are still pending are dropped; editing is cancelled.
     virtual HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) = 0;
-    /// Shown in the list while it has no rows.
+    /// Shown beneath the list's rows, which may be none; nothing initially.
     virtual HRESULT STDMETHODCALLTYPE put_EmptyText(PCStr i_text) = 0;
+    /// A busy list greys its rows and takes neither mouse nor keys for them: they are about to be replaced. It keeps the
+    /// focus, and Enter is the default button's.
+    virtual HRESULT STDMETHODCALLTYPE put_IsBusy(VARIANT_BOOL i_is_busy) = 0;
     /// Whether several rows can be selected; initially as the layout says. Selected rows stay selected.
     virtual HRESULT STDMETHODCALLTYPE put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) = 0;
     /// The first selected row after the given one (-1 to begin); -1 when there is none.

@@ -5,6 +5,7 @@
 #include "qorv/Values.h"
 #include "script/KeySteps.h"
 #include "script/ListSteps.h"
+#include "uix/List.h"
 
 #include <commctrl.h>
 
@@ -381,6 +382,44 @@ TEST_F(ListTest, SaysWhyItIsEmpty) {
         EXPECT_EQ(dark_pixels(), text_pixels) << "drawn again over itself";
         m_list->put_EmptyText(L"");
         EXPECT_EQ(dark_pixels(), 0);
+        Fill(1);
+        const int row_pixels = dark_pixels();
+        m_list->put_EmptyText(L"This folder is empty.");
+        EXPECT_GT(dark_pixels(), row_pixels + 50) << "beneath the row";
+    });
+}
+
+TEST_F(ListTest, TakesNoInputWhileItIsBusy) {
+    Use([&] {
+        m_list->put_FocusedRow(1);
+        m_list.As<Qorv::IUIX_Item>()->SetFocus();
+        m_list->put_IsBusy(VARIANT_TRUE);
+        EXPECT_TRUE(DevHost::IsListBusy(Control(L"lst")));
+        EXPECT_FALSE(DevHost::ClickRow(m_sink->Window(), L"3"));
+        SendMessageW(Control(L"lst"), WM_KEYDOWN, VK_DOWN, 1);
+        LONG focused = -1;
+        m_list->get_FocusedRow(&focused);
+        EXPECT_EQ(focused, 1);
+        EXPECT_EQ(GetFocus(), Control(L"lst"));
+        m_list->put_IsBusy(VARIANT_FALSE);
+        SendMessageW(Control(L"lst"), WM_KEYDOWN, VK_DOWN, 1);
+        m_list->get_FocusedRow(&focused);
+        EXPECT_EQ(focused, 2);
+    });
+}
+
+TEST_F(ListTest, BeginsTypeAheadAnewForOtherRows) {
+    Use([&] {
+        m_list.As<Qorv::IUIX_Item>()->SetFocus();
+        const auto focused_after = [&](wchar_t i_letter) {
+            SendMessageW(Control(L"lst"), WM_CHAR, i_letter, 1);
+            LONG focused = -1;
+            m_list->get_FocusedRow(&focused);
+            return focused;
+        };
+        EXPECT_EQ(focused_after(L'7'), 7);
+        Fill(10);
+        EXPECT_EQ(focused_after(L'4'), 4) << "not \"74\"";
     });
 }
 

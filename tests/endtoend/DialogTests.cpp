@@ -155,6 +155,23 @@ TEST_F(OpenDialogTest, ListsWhatTheFilterPasses) {
     EXPECT_EQ(Open(second, "text a.pdf \n gone c.txt \n open a.pdf"), L"/Documents/a.pdf");
 }
 
+TEST_F(OpenDialogTest, SaysWhyThereIsNothingToSee) {
+    fs::create_directories(Service::LocalPath(L"/Documents/Empty"));
+    const char steps[] = R"(
+        text deep.pdf
+        gone This folder
+        choose cb.filter Texts
+        text This folder has no files of the selected type
+        key Alt+Up
+        open Empty
+        text This folder is empty
+        text ../
+        close)";
+    EXPECT_EQ(Open({L"/Documents/Inner", L"--filters", L"PDF files|*.pdf|Texts|*.txt|"}, steps), canceled);
+    EXPECT_EQ(Open({L"/Documents/Inner", L"--folder"}, "text This folder has no folders in it \n close"), canceled);
+    fs::remove(Service::LocalPath(L"/Documents/Empty"));
+}
+
 TEST_F(OpenDialogTest, ShowsTheCallersTexts) {
     EXPECT_EQ(Open({L"--title", L"Attach a document", L"--action-title", L"&Attach", L"--cancel-title", L"Not now",
                     L"--settings", L"--settings-title", L"Rules..."},

@@ -41,7 +41,7 @@ void Dialog::OnLoadBegun(bool i_is_reload) {
 
 void Dialog::OnFolderShown() {
     TRACE_FUNCTION();
-    m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder(), Text(L"db.msg.emptyFolder"));
+    m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder());
     if (!m_is_name_typed && m_mode.is_open)
         m_items.m_name->put_Text(SelectedNames().c_str()); // Without those that are gone.
     UpdateItems();

@@ -70,11 +70,9 @@ HRESULT FileList::Empty(const std::wstring& i_text, bool i_keeps_selection) {
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
-                       const std::wstring& i_empty_text) {
+HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder) {
     TRACE_FUNCTION();
     m_rows.Load(i_file_system, i_items, i_parent_folder);
-    CHECK_HRESULT(m_control->put_EmptyText(i_empty_text.c_str()));
     CHECK_HRESULT(ShowRows(std::exchange(m_kept_selection, {})));
     return TRACE_RESULT(S_OK);
 }
@@ -137,6 +135,28 @@ HRESULT FileList::ShowRows(const Selection& i_selection) {
         CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
     if (focused != no_row)
         CHECK_HRESULT(m_control->put_FocusedRow(focused));
+    CHECK_HRESULT(ShowContentText());
+    return TRACE_RESULT(S_OK);
+}
+
+/// Says beneath the rows, or the "../" row alone, why there are no others.
+HRESULT FileList::ShowContentText() {
+    TRACE_FUNCTION();
+    std::wstring text;
+    switch (m_rows.GetContent()) {
+    case FileRows::Content::some:
+        break;
+    case FileRows::Content::no_folders:
+        text = FormatString(m_host_instance, L"db.msg.noFolders");
+        break;
+    case FileRows::Content::none_of_type:
+        text = FormatString(m_host_instance, L"db.msg.noneOfType");
+        break;
+    case FileRows::Content::nothing:
+        text = FormatString(m_host_instance, L"db.msg.emptyFolder");
+        break;
+    }
+    CHECK_HRESULT(m_control->put_EmptyText(text.c_str()));
     return TRACE_RESULT(S_OK);
 }
 

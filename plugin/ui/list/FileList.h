@@ -30,9 +30,8 @@ public:
     /// Removes all rows; the text appears in the list instead. With `i_keeps_selection`, the next `Fill` selects again
     /// what is selected now.
     HRESULT Empty(const std::wstring& i_text, bool i_keeps_selection = false);
-    /// Lists a folder; if it is empty, the text appears in the list instead.
-    HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
-                 const std::wstring& i_empty_text);
+    /// Lists a folder. If there is nothing to see in it, the list says why.
+    HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder);
     /// Applies the filter again. The selection stays.
     HRESULT Refresh();
     /// Sorts by a column; reverses the order if it is already sorted by it. The selection stays.
@@ -68,6 +67,7 @@ private:
 
     Selection RememberSelection() const;
     HRESULT ShowRows(const Selection& i_selection);
+    HRESULT ShowContentText();
     bool IsNewFolder(LONG i_row) const noexcept;
 
     Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;

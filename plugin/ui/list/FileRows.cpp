@@ -176,6 +176,16 @@ void FileRows::Order() {
     });
 }
 
+FileRows::Content FileRows::GetContent() const noexcept {
+    TRACE_FUNCTION();
+    const auto is_item = [](const FileRow& i_row) { return !i_row.is_parent; };
+    if (std::ranges::any_of(m_shown, [&](RowIndex i_row) { return is_item(m_rows[i_row]); }))
+        return Content::some;
+    if (std::ranges::none_of(m_rows, is_item))
+        return Content::nothing;
+    return m_is_folders_only ? Content::no_folders : Content::none_of_type;
+}
+
 std::optional<std::size_t> FileRows::FindTitle(std::wstring_view i_title) const {
     TRACE_FUNCTION();
     std::optional<std::size_t> found;

@@ -37,6 +37,10 @@ public:
     std::size_t size() const noexcept { return m_shown.size(); }
     const FileRow& operator[](std::size_t i_row) const noexcept { return m_rows[m_shown[i_row]]; }
 
+    /// Whether anything but the "../" row is shown, and if not, why.
+    enum class Content { some, no_folders, none_of_type, nothing };
+    Content GetContent() const noexcept;
+
     /// The shown row with this title, else one that differs in case only; never one that merely resembles it
     /// (`IsSameName`), nor the "../" row.
     std::optional<std::size_t> FindTitle(std::wstring_view i_title) const;
