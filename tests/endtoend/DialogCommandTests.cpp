@@ -273,10 +273,54 @@ TEST_F(DialogFailureTest, ComesBackFromAFolderThatIsGone) {
         key F5
         text It doesn't exist, or no longer exists
         press Cancel
+        text a.pdf
         key Alt+Up
         open start.pdf)");
     EXPECT_EQ(Open({L"/Documents"}, "text a.pdf"), L"/start.pdf");
-    EXPECT_EQ(Open({L"/No such folder"}, "text It doesn't exist \n press Cancel \n press Cancel"), canceled);
+}
+
+TEST_F(DialogFailureTest, BeginsInTheNearestFolderThatExists) {
+    EXPECT_EQ(Open({L"/Documents/No such/folder"}, R"(
+                  text /Documents/No such/folder doesn't exist any more
+                  press OK
+                  open a.pdf)"),
+              L"/Documents/a.pdf");
+    EXPECT_EQ(Open({L"/Documents/a.pdf"}, "text b.pdf \n press Open"), L"/Documents/a.pdf");
+    EXPECT_EQ(Save({L"/Documents/a.pdf"}, "text b.pdf \n press Save \n text \"a.pdf\" already exists \n press Replace"),
+              L"/Documents/a.pdf");
+    EXPECT_EQ(Save({L"/Documents/a.pdf", L"--name", L"Copy.pdf"}, "text b.pdf \n press Save"), L"/Documents/Copy.pdf");
+}
+
+TEST_F(DialogFailureTest, KeepsTheRowsThatItCannotReplace) {
+    Service::AddFault(R"({"path": "2/files/list_folder", "skip": 1, "status": 500, "times": 1, "delay_ms": 1000})");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  text a.pdf
+                  row Inner
+                  press Open
+                  text Loading...
+                  text Dropbox is having a problem at the moment
+                  press Cancel
+                  text a.pdf
+                  gone Loading...
+                  open b.pdf)"),
+              L"/Documents/b.pdf");
+    EXPECT_EQ(2, CountRequests("POST /2/files/list_folder ")) << "the way back needs no connection";
+}
+
+TEST_F(DialogFailureTest, DoesOnArrivalWhatOkMeantWhileLoading) {
+    Service::AddFault(R"({"path": "2/files/list_folder", "skip": 1, "real": true, "times": 1, "delay_ms": 1000})");
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, "open Documents \n text Loading... \n press Save"), L"/Documents/New.pdf");
+    Service::AddFault(R"({"path": "2/files/list_folder", "skip": 1, "status": 500, "times": 1, "delay_ms": 1000})");
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, R"(
+                  open Documents
+                  text Loading...
+                  press Save
+                  text Dropbox is having a problem at the moment
+                  press Cancel
+                  text start.pdf
+                  close)"),
+              canceled)
+        << "not in the folder before";
 }
 
 TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpiredAndAsTheSameUser) {

@@ -101,11 +101,13 @@ protected:
     void TearDown() override {
         m_last_parent.Reset();
         m_last_origin.Reset();
+        m_file_system.Reset();
         LiveObjectsTest::TearDown();
     }
 
     /// Walks the steps, and answers what the view was told of them:
     ///   go, type, new PATH   show it; as a location that was typed; as one that may be a new file's
+    ///   start PATH           begin there, in another account
     ///   up, again, made T    the folder above; load again; load again to select a title
     ///   ok, gone, bad        how the load ends
     ///   check, lost          a look at the load, which runs; which has failed untold
@@ -114,10 +116,10 @@ protected:
     ///                        and whatever it answers must not matter any more
     std::string Walk(const std::string& i_steps) {
         m_told.clear();
-        const auto file_system = Qorv::Create<PathFileSystem>();
-        auto source = std::make_unique<ScriptedSource>(file_system);
+        m_file_system = Qorv::Create<PathFileSystem>();
+        auto source = std::make_unique<ScriptedSource>(m_file_system);
         m_source = source.get();
-        Ui::FolderTrail trail(file_system, *this);
+        Ui::FolderTrail trail(m_file_system, *this);
         m_trail = &trail;
         trail.Connect(std::move(source), nullptr);
         std::istringstream words(i_steps);
@@ -148,6 +150,10 @@ private:
         } else if (i_word == "type" || i_word == "new") {
             const auto target = name();
             m_trail->Show(target, {.selected_title = {}, .target = target, .may_be_new = i_word == "new"});
+        } else if (i_word == "start") {
+            auto source = std::make_unique<ScriptedSource>(m_file_system);
+            m_source = source.get();
+            m_trail->Connect(std::move(source), name());
         } else if (i_word == "up") {
             m_trail->ShowParent();
         } else if (i_word == "again") {
@@ -175,6 +181,7 @@ private:
     void ShowPath(IAFS_Name* i_folder) override { Tell(L"<", PathOf(i_folder) + L">"); }
     void OnLoadBegun(bool i_is_reload) override { Tell(i_is_reload ? L"reloads" : L"loads"); }
     void OnFolderShown() override { Tell(L"shows"); }
+    void OnLoadGivenUp() override { Tell(L"returns"); }
     void OnLoadFailed(const Ui::Failure&) override { Tell(L"fails"); }
     Ui::FailureAnswer AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Failure&) override {
         Tell(L"asks:", PathOf(i_folder));
@@ -189,13 +196,16 @@ private:
                : answer == "quit"    ? Ui::FailureAnswer::sign_in
                                      : Ui::FailureAnswer::give_up;
     }
-    void SignInAgain() override { Tell(L"signs-in"); }
+    void SignInAgain(IAFS_Name* i_folder) override { Tell(L"signs-in:", PathOf(i_folder)); }
     void SelectItem(const std::wstring& i_title, bool i_is_chosen) override {
         Tell(i_is_chosen ? L"chooses:" : L"selects:", i_title);
     }
     void OnTypedFolderReached() override { Tell(L"typed-folder"); }
     void OnTypedFileReached(const std::wstring& i_title) override { Tell(L"typed-file:", i_title); }
+    void OnStartFileReached(const std::wstring& i_title) override { Tell(L"start-file:", i_title); }
+    void OnStartFolderGone(IAFS_Name* i_folder) override { Tell(L"gone:", PathOf(i_folder)); }
 
+    ComPtr<PathFileSystem> m_file_system;
     ScriptedSource* m_source = nullptr;
     Ui::FolderTrail* m_trail = nullptr;
     std::deque<std::string> m_answers;
@@ -235,37 +245,62 @@ TEST_F(FolderTrailTest, LeadsThroughTheFolders) {
 
 TEST_F(FolderTrailTest, ComesBackFromAFailure) {
     const std::string a = "</a> loads shows </a> ", b_fails = "</b> loads fails asks:/b ";
+    const std::string not_to_b = "</b> loads </a> returns asks:/b ";
     const struct {
         const char* what;
         const char* steps;
         std::string told;
     } rows[] = {
-        {"to the folder before", "go /a ok go /b bad ok", a + b_fails + a + "| at /a"},
+        {"to the folder before", "go /a ok go /b bad bad", a + not_to_b + "| at /a"},
         {"nowhere, when there was none", "go /b bad", b_fails + "| not at /b"},
-        {"one question only", "go /a ok go /b bad bad", a + b_fails + "</a> loads fails | not at /a"},
-        {"the next failure is asked about again", "go /a ok go /b bad bad again bad",
-         a + b_fails + "</a> loads fails </a> reloads fails asks:/a | not at /a"},
-        {"and after a way back that was good", "go /a ok go /b bad ok go /b bad ok",
-         a + b_fails + a + b_fails + a + "| at /a"},
+        {"the next failure is asked about again", "go /a ok go /b bad go /c bad",
+         a + not_to_b + "</c> loads </a> returns asks:/c | at /a"},
         {"the folder itself fails to reload", "go /a ok again bad again ok",
-         a + "</a> reloads fails asks:/a </a> reloads shows </a> | at /a"},
-        {"tried again", "go /a ok go /b try bad ok", a + b_fails + "</b> reloads shows </b> | at /b"},
+         a + "</a> reloads </a> returns asks:/a </a> reloads shows </a> | at /a"},
+        {"the folder before can be loaded again", "go /a ok go /b bad again ok",
+         a + not_to_b + "</a> reloads shows </a> | at /a"},
+        {"and so can the one above it", "go /a/b ok go /c bad up ok",
+         "</a/b> loads shows </a/b> </c> loads </a/b> returns asks:/c </a> loads shows </a> selects:b | at /a"},
+        {"tried again", "go /a ok go /b try bad ok", a + not_to_b + "</b> loads shows </b> | at /b"},
         {"tried again, and the typed file is still meant", "type /b/x.pdf try bad ok",
-         "</b/x.pdf> loads fails asks:/b/x.pdf </b/x.pdf> reloads shows </b> typed-file:x.pdf | at /b"},
+         "</b/x.pdf> loads fails asks:/b/x.pdf </b/x.pdf> loads shows </b> typed-file:x.pdf | at /b"},
         {"given up, and the typed file is not meant any more", "type /b/x.pdf bad again ok",
-         "</b/x.pdf> loads fails asks:/b/x.pdf </b/x.pdf> reloads shows </b> | at /b"},
-        {"another way to a folder that failed", "go /b bad go /B ok", b_fails + "</B> </B> reloads shows </b> | at /b"},
-        {"a new sign-in", "go /b sign-in bad", b_fails + "signs-in | not at /b"},
-        {"closed together with the question", "go /a ok go /b quit bad again", a + b_fails + "| not at /b"},
-        {"a file that is gone, and was never new", "go / ok type /a/x.pdf gone ok",
-         "<> loads shows <> </a/x.pdf> loads fails asks:/a/x.pdf <> loads shows <> | at "},
-        {"a new file whose folder is gone too", "go / ok new /b/N gone gone ok",
-         "<> loads shows <> </b/N> loads </b> loads fails asks:/b <> loads shows <> | at "},
-        {"a new file, and no connection", "go / ok new /b/N bad ok",
-         "<> loads shows <> </b/N> loads fails asks:/b/N <> loads shows <> | at "},
-        {"a load whose end is never told", "go /a ok go /b check lost check ok", a + b_fails + a + "| at /a"},
-        {"a load that cannot even begin", "go /a ok odd go /b ok",
-         a + "</b> fails asks:/b </a> </a> reloads shows </a> | at /a"},
+         "</b/x.pdf> loads fails asks:/b/x.pdf </b/x.pdf> loads shows </b> | at /b"},
+        {"another way to a folder that failed", "go /b bad go /B ok", b_fails + "</B> loads shows </b> | at /b"},
+        {"a new sign-in", "go /a ok go /b sign-in bad", a + not_to_b + "signs-in:/b | at /a"},
+        {"closed together with the question", "go /a ok go /b quit bad again", a + not_to_b + "| not at /a"},
+        {"a file that is gone, and was never new", "go / ok type /a/x.pdf gone",
+         "<> loads shows <> </a/x.pdf> loads <> returns asks:/a/x.pdf | at "},
+        {"a new file whose folder is gone too", "go / ok new /b/N gone gone",
+         "<> loads shows <> </b/N> loads </b> loads <> returns asks:/b | at "},
+        {"a new file, and no connection", "go / ok new /b/N bad",
+         "<> loads shows <> </b/N> loads <> returns asks:/b/N | at "},
+        {"a load whose end is never told", "go /a ok go /b check lost check", a + not_to_b + "| at /a"},
+        {"a load that cannot even begin", "go /a ok odd go /b", a + "</b> </a> returns asks:/b | at /a"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.told, Walk(row.steps)) << row.what;
+}
+
+TEST_F(FolderTrailTest, BeginsAsNearAsItCan) {
+    const struct {
+        const char* what;
+        const char* steps;
+        const char* told;
+    } rows[] = {
+        {"in a folder", "start /a ok", "</a> loads shows </a> | at /a"},
+        {"at a file", "start /a/x.pdf ok", "</a/x.pdf> loads shows </a> start-file:x.pdf | at /a"},
+        {"above a folder that is gone", "start /a/b gone ok",
+         "</a/b> loads </a> loads shows </a> gone:/a/b | at /a"},
+        {"far above it", "start /a/b gone gone ok",
+         "</a/b> loads </a> loads <> loads shows <> gone:/a/b | at "},
+        {"not above the root", "start / gone", "<> loads fails asks: | not at "},
+        {"not above a folder that may exist", "start /a bad", "</a> loads fails asks:/a | not at /a"},
+        {"at a file, tried again", "start /a/x.pdf try bad ok",
+         "</a/x.pdf> loads fails asks:/a/x.pdf </a/x.pdf> loads shows </a> start-file:x.pdf | at /a"},
+        {"only at the start", "start /a ok go /b gone",
+         "</a> loads shows </a> </b> loads </a> returns asks:/b | at /a"},
+        {"anew", "start /a ok start /b bad", "</a> loads shows </a> </b> loads fails asks:/b | not at /b"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.told, Walk(row.steps)) << row.what;
@@ -281,8 +316,8 @@ TEST_F(FolderTrailTest, KnowsWhereItIs) {
         {"go /a/b", L"/a", L""},
         {"go /a/b bad", L"/a", L""},
         {"go /c/d ok go /a/b", L"/a", L"/c/d"},
-        {"go /c/d ok go /a/b sign-in bad", L"/a", L"/c/d"},
-        {"go /c/d ok go /a/b quit bad", L"/a", L"/c/d"},
+        {"go /c/d ok go /a/b sign-in bad", L"/c", L"/c/d"},
+        {"go /c/d ok go /a/b quit bad", L"/c", L"/c/d"},
     };
     for (const auto& row : rows) {
         Walk(row.steps);

@@ -157,6 +157,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnMessage(UINT i_message, WPARAM i_w_param, LP
     CHECK_HRESULT(Handle([&] {
         if (i_message == Ui::folder_loaded_message) {
             m_trail.OnLoadEnded(i_w_param);
+            ConfirmWhatWaits();
         } else if (i_message == Ui::task_done_message) {
             if (const auto end = m_command.TakeEnd(i_w_param))
                 OnCommandEnded(*end);
@@ -190,6 +191,7 @@ bool Dialog::IsBusy() const noexcept {
 void Dialog::CheckWorkers() {
     TRACE_FUNCTION();
     m_trail.CheckLoad();
+    ConfirmWhatWaits();
     if (const auto end = m_command.TakeUntoldEnd())
         OnCommandEnded(*end);
 }
@@ -202,7 +204,7 @@ void Dialog::UpdateItems() {
     for (const Ui::CommandRow& row : Ui::DialogCommands())
         if (row.text_id != nullptr)
             m_items.m_commands->put_IsCommandEnabled(static_cast<LONG>(row.command), VariantBool(CanRun(row.command)));
-    Enable(m_items.m_ok, !IsBusy(), m_items.m_list);
+    Enable(m_items.m_ok, !m_command.IsRunning(), m_items.m_list);
     Enable(m_items.m_choose_user, !IsBusy(), m_items.m_list);
     UpdateOkCaption();
 }

@@ -24,7 +24,8 @@ namespace Qorv {
 /// account, and the decisions. UI thread.
 ///
 /// Everything that calls the service runs on a worker: a folder's load, or a command. Only one runs at a time, and
-/// whatever the user asks for meanwhile is ignored; only closing never waits.
+/// whatever the user asks for meanwhile is ignored, except OK while a folder loads, which waits for it. Only closing
+/// never waits.
 class Dialog final : public CoClass<Dialog, IUIX_ObjSink>, private Ui::FolderView {
 public:
     /// What all dialogs of the plug-in share.
@@ -89,16 +90,20 @@ private:
     void ShowPath(IAFS_Name* i_folder) override;
     void OnLoadBegun(bool i_is_reload) override;
     void OnFolderShown() override;
+    void OnLoadGivenUp() override;
     void OnLoadFailed(const Ui::Failure& i_failure) override;
     Ui::FailureAnswer AskAfterLoadFailure(IAFS_Name* i_folder, const Ui::Failure& i_failure) override;
     void SelectItem(const std::wstring& i_title, bool i_is_chosen) override;
     void OnTypedFolderReached() override;
     void OnTypedFileReached(const std::wstring& i_title) override;
+    void OnStartFileReached(const std::wstring& i_title) override;
+    void OnStartFolderGone(IAFS_Name* i_folder) override;
     std::wstring DisplayPath(IAFS_Name* i_name) const;
 
     // DialogChoice.cpp: what OK means
     Ui::DialogContent Content() const;
     void Confirm();
+    void ConfirmWhatWaits();
     void Carry(const Ui::Decision& i_decision);
     void GoTo(const std::wstring& i_location);
     void SaveNew(const Ui::TypedName& i_name);
@@ -115,9 +120,9 @@ private:
     void NewFolder();
     void CreateFolder(const std::wstring& i_title);
     void Delete();
-    void ChooseUser();
-    void SignInAgain() override;
-    std::wstring CurrentLocation() const;
+    void ChooseUser(IAFS_Name* i_folder);
+    void SignInAgain(IAFS_Name* i_folder) override;
+    std::wstring LocationOf(IAFS_Name* i_folder) const;
     void ShowAfterSignIn(const std::shared_ptr<ComPtr<IAFS_Name>>& i_folder, Ui::WindowTask::Work i_sign_in);
     void RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done);
     void OnCommandEnded(const Ui::RunningCommand::End& i_end);
@@ -144,6 +149,8 @@ private:
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 
+    bool m_is_reload = false;          ///< The running load is that of the listed folder.
+    bool m_is_ok_waiting = false;      ///< OK was pressed while a folder loads.
     bool m_is_selection_chosen = true; ///< By the user, not by the dialog.
     bool m_is_name_typed = false;      ///< The name box shows what the user typed, not what the list put there.
 };

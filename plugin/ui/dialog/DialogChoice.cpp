@@ -17,6 +17,8 @@ Ui::DialogContent Dialog::Content() const {
 
 void Dialog::Confirm() {
     TRACE_FUNCTION();
+    if (m_trail.IsLoading())
+        m_is_ok_waiting = true;
     if (IsBusy())
         return;
     const Ui::DialogContent content = Content();
@@ -31,6 +33,15 @@ void Dialog::Confirm() {
         Carry(Ui::DecideTypedNames(m_mode, GetNamesFromNameEditControl()));
     else
         m_questions->TellWhyNot(L"db.msg.noFolder", {});
+}
+
+/// What OK meant while the folder was loading: it is done on arrival.
+void Dialog::ConfirmWhatWaits() {
+    TRACE_FUNCTION();
+    if (IsBusy() || !std::exchange(m_is_ok_waiting, false))
+        return;
+    if (m_pObj != nullptr && m_trail.IsShown())
+        Confirm();
 }
 
 void Dialog::Carry(const Ui::Decision& i_decision) {

@@ -34,10 +34,12 @@ HRESULT SignInAgain(IQorv_Inst* i_host_instance, IAFS_FileSys* i_file_system, co
 
 /// Stops at the first failure. The provider refuses further items once the flag is set.
 HRESULT DeleteItems(IAFS_FileSys* i_file_system, const std::vector<ComPtr<IAFS_Name>>& i_names,
-                    IQorv_CancelFlag* i_stop_flag) {
+                    IQorv_CancelFlag* i_stop_flag, std::vector<ComPtr<IAFS_Name>>& o_deleted) {
     TRACE_FUNCTION();
-    for (const auto& name : i_names)
+    for (const auto& name : i_names) {
         CHECK_HRESULT(i_file_system->Delete(name, nullptr, i_stop_flag));
+        o_deleted.push_back(name);
+    }
     return TRACE_RESULT(S_OK);
 }
 
@@ -130,40 +132,44 @@ void Dialog::Delete() {
         names.push_back(row->name);
     if (!m_questions->AskToDelete(rows) || m_pObj == nullptr || IsBusy())
         return;
-    const auto remove = [file_system = m_context.file_system, names](IQorv_CancelFlag* i_stop_flag) {
-        return DeleteItems(file_system, names, i_stop_flag);
+    const auto deleted = std::make_shared<std::vector<ComPtr<IAFS_Name>>>();
+    deleted->reserve(names.size());
+    const auto remove = [file_system = m_context.file_system, names, deleted](IQorv_CancelFlag* i_stop_flag) {
+        return DeleteItems(file_system, names, i_stop_flag, *deleted);
     };
     const PCStr failure_id = names.size() == 1 ? L"db.msg.nothingDeleted" : L"db.msg.deleteFailed";
-    RunOnWorker(L"db.msg.deleting", remove, [this, failure_id](const Ui::Failure& i_failure) {
+    RunOnWorker(L"db.msg.deleting", remove, [this, failure_id, deleted](const Ui::Failure& i_failure) {
+        m_trail.Forget(*deleted); // Their names must not be used again.
+        m_list->Remove(*deleted);
         if (FAILED(i_failure.code))
             m_questions->TellFailure(failure_id, i_failure);
-        m_trail.Reload(); // The names of deleted items must not be used again.
+        m_trail.Reload();
     });
 }
 
-void Dialog::ChooseUser() {
+/// Shows the folder again if the same user signs in.
+void Dialog::ChooseUser(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
     const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
-    ShowAfterSignIn(
-        folder, [file_system = m_context.file_system, from = CurrentLocation(), folder](IQorv_CancelFlag* i_stop_flag) {
-            return SignIn(file_system, from, i_stop_flag, *folder);
-        });
+    ShowAfterSignIn(folder,
+                    [file_system = m_context.file_system, from = LocationOf(i_folder), folder](
+                        IQorv_CancelFlag* i_stop_flag) { return SignIn(file_system, from, i_stop_flag, *folder); });
 }
 
-void Dialog::SignInAgain() {
+void Dialog::SignInAgain(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
     const auto folder = std::make_shared<ComPtr<IAFS_Name>>();
     ShowAfterSignIn(folder, [host_instance = m_context.host_instance, file_system = m_context.file_system,
-                             from = CurrentLocation(), folder](IQorv_CancelFlag* i_stop_flag) {
+                             from = LocationOf(i_folder), folder](IQorv_CancelFlag* i_stop_flag) {
         return Qorv::SignInAgain(host_instance, file_system, from, i_stop_flag, *folder);
     });
 }
 
-std::wstring Dialog::CurrentLocation() const {
+std::wstring Dialog::LocationOf(IAFS_Name* i_folder) const {
     TRACE_FUNCTION();
     Bstr location;
-    if (m_trail.GetFolder() != nullptr)
-        m_context.file_system->NameToString(m_trail.GetFolder(), 0, nullptr, &location);
+    if (i_folder != nullptr)
+        m_context.file_system->NameToString(i_folder, 0, nullptr, &location);
     return std::wstring(location.View());
 }
 

@@ -72,7 +72,7 @@ void Dialog::OnCancel(LONG) {
 
 void Dialog::OnChooseUser(LONG) {
     TRACE_FUNCTION();
-    ChooseUser();
+    ChooseUser(m_trail.GetFolder());
 }
 
 void Dialog::OnSettings(LONG) {
@@ -145,6 +145,7 @@ void Dialog::OnCommand(LONG i_command) {
 void Dialog::OnNameChanged(LONG) {
     TRACE_FUNCTION();
     m_is_name_typed = true;
+    m_is_ok_waiting = false; // It was about another name.
     UpdateOkCaption();
 }
 

@@ -10,6 +10,7 @@ namespace Qorv {
 
 void Dialog::Connect(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
+    m_list->Empty({}); // The account may be another one.
     m_trail.Connect(std::make_unique<Ui::FolderConnection>(m_context.host_instance, m_context.file_system, m_window,
                                                            Ui::folder_loaded_message, m_context.reaper),
                     i_folder);
@@ -31,24 +32,35 @@ void Dialog::ShowPath(IAFS_Name* i_folder) {
 
 void Dialog::OnLoadBegun(bool i_is_reload) {
     TRACE_FUNCTION();
-    m_list->Empty(Text(L"db.msg.loading"), i_is_reload);
-    if (!i_is_reload)
-        m_is_selection_chosen = true; // Nothing is selected in the next folder.
+    m_is_reload = i_is_reload;
+    m_list->BeginLoading(Text(L"db.msg.loading"));
     if (!m_is_name_typed && m_mode.is_open && !i_is_reload)
-        m_items.m_name->put_Text(L""); // The list put it there, and no longer lists it.
+        m_items.m_name->put_Text(L""); // The list put it there, and is about to list something else.
     UpdateItems();
 }
 
 void Dialog::OnFolderShown() {
     TRACE_FUNCTION();
-    m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder());
+    m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder(), m_is_reload);
+    if (!m_is_reload)
+        m_is_selection_chosen = true; // Nothing is selected.
     if (!m_is_name_typed && m_mode.is_open)
         m_items.m_name->put_Text(SelectedNames().c_str()); // Without those that are gone.
     UpdateItems();
 }
 
+void Dialog::OnLoadGivenUp() {
+    TRACE_FUNCTION();
+    m_is_ok_waiting = false;
+    m_list->EndLoading();
+    if (!m_is_name_typed && m_mode.is_open)
+        m_items.m_name->put_Text(SelectedNames().c_str());
+    UpdateItems();
+}
+
 void Dialog::OnLoadFailed(const Ui::Failure& i_failure) {
     TRACE_FUNCTION();
+    m_is_ok_waiting = false;
     m_list->Empty(Ui::FailureText(m_context.host_instance, i_failure));
     UpdateItems();
 }
@@ -77,12 +89,29 @@ void Dialog::OnTypedFileReached(const std::wstring& i_title) {
     TRACE_FUNCTION();
     m_items.m_name->put_Text(i_title.c_str());
     m_is_name_typed = true;
+    m_is_ok_waiting = false; // This is what it meant.
     if (!m_mode.is_open)
         return Confirm();
     // The full name was typed, so no extension is added.
     std::vector<Ui::TypedName> names{{.text = i_title}};
     Ui::MatchTypedNames(m_context.file_system, m_trail.GetItems(), names, trace_function.Name());
     Carry(Ui::DecideTypedNames(m_mode, names));
+}
+
+/// To save, it proposes the file's name, unless the caller has proposed one. To open, the file is the user's choice.
+void Dialog::OnStartFileReached(const std::wstring& i_title) {
+    TRACE_FUNCTION();
+    const bool is_listed = m_list->Select(i_title);
+    if (m_mode.chooses_folder || !NameText().empty())
+        return UpdateItems();
+    m_items.m_name->put_Text(i_title.c_str());
+    m_is_name_typed = !is_listed || !m_mode.is_open;
+    UpdateItems();
+}
+
+void Dialog::OnStartFolderGone(IAFS_Name* i_folder) {
+    TRACE_FUNCTION();
+    m_questions->TellWhyNot(L"db.msg.startGone", DisplayPath(i_folder));
 }
 
 /// The path as a person reads it.

@@ -18,9 +18,10 @@ void FolderTrail::Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Nam
     TRACE_FUNCTION();
     m_source = std::move(i_source);
     m_state = State::nothing;
-    m_last_shown_folder.Reset();
+    m_shown = {};
+    m_is_source_shown = false;
     if (i_folder != nullptr)
-        Show(i_folder, {});
+        Show(i_folder, {.target = i_folder, .is_start = true});
 }
 
 void FolderTrail::Disconnect() noexcept {
@@ -36,17 +37,14 @@ void FolderTrail::Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival) {
     m_folder = i_folder_or_file;
     m_view.ShowPath(m_folder); // While it loads, only the worker may use the name.
     const HRESULT result = m_source->Show(m_folder);
-    if (FAILED(result)) {
-        OnLoadFailed({result, TakeThreadReason()});
-    } else if (result == S_OK) {
-        OnLoadBegun(false);
-    } else if (IsShown()) {
-        m_folder = m_source->GetFolder(); // The folder itself, not another name of it.
-        m_view.ShowPath(m_folder);
-        Arrive();
-    } else {
-        Reload(); // It couldn't be loaded last time.
-    }
+    if (result != S_FALSE)
+        return OnBegun(result);
+    if (!m_is_source_shown)
+        return OnBegun(m_source->Reload()); // It couldn't be loaded last time.
+    m_state = State::shown;
+    m_folder = m_shown.folder; // The folder itself, not another name of it.
+    m_view.ShowPath(m_folder);
+    Arrive();
 }
 
 void FolderTrail::ShowParent() {
@@ -55,27 +53,35 @@ void FolderTrail::ShowParent() {
         Show(parent, {.selected_title = TitleOf(m_file_system, m_folder)});
 }
 
+void FolderTrail::Forget(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names) {
+    TRACE_FUNCTION();
+    for (const auto& name : i_names)
+        m_shown.items.erase(name);
+}
+
 void FolderTrail::Reload() {
     TRACE_FUNCTION();
     Reload(m_arrival);
 }
 
+/// The source may have tried another folder since.
 void FolderTrail::Reload(Arrival i_arrival) {
     TRACE_FUNCTION();
     if (m_source == nullptr || IsLoading() || m_folder == nullptr)
         return;
     m_arrival = std::move(i_arrival);
     m_view.ShowPath(m_folder);
-    if (const HRESULT result = m_source->Reload(); FAILED(result))
-        OnLoadFailed({result, TakeThreadReason()});
-    else
-        OnLoadBegun(true);
+    const HRESULT result = m_source->Show(m_folder);
+    OnBegun(result == S_FALSE ? m_source->Reload() : result);
 }
 
-void FolderTrail::OnLoadBegun(bool i_is_reload) {
+void FolderTrail::OnBegun(HRESULT i_result) {
     TRACE_FUNCTION();
+    m_is_source_shown = false;
+    if (FAILED(i_result))
+        return OnLoadFailed({i_result, TakeThreadReason()});
     m_state = State::loading;
-    m_view.OnLoadBegun(i_is_reload);
+    m_view.OnLoadBegun(m_folder == m_shown.folder);
 }
 
 void FolderTrail::OnLoadEnded(WPARAM i_load) {
@@ -100,8 +106,8 @@ void FolderTrail::OnResult(HRESULT i_result) {
         return OnLoadFailed({i_result, m_source->GetFailureReason()});
     m_state = State::shown;
     m_folder = m_source->GetFolder(); // The folder itself, if the name was a file's.
-    m_last_shown_folder = m_folder;
-    m_is_going_back = false;
+    m_shown = {m_folder, m_source->GetParentFolder(), m_source->GetItems()};
+    m_is_source_shown = true;
     m_view.OnFolderShown();
     m_view.ShowPath(m_folder);
     Arrive();
@@ -113,52 +119,71 @@ void FolderTrail::Arrive() {
     const Arrival arrival = std::exchange(m_arrival, {});
     if (!arrival.selected_title.empty())
         m_view.SelectItem(arrival.selected_title, arrival.is_selection_chosen);
+    if (arrival.gone != nullptr)
+        return m_view.OnStartFolderGone(arrival.gone);
     if (arrival.target == nullptr)
         return;
-    VARIANT_BOOL is_folder = VARIANT_FALSE;
-    m_file_system->NamesAreEqual(arrival.target, m_folder, &is_folder);
-    if (is_folder != VARIANT_FALSE)
+    const bool is_folder = IsSameFolder(arrival.target, m_folder);
+    if (is_folder && !arrival.is_start)
         m_view.OnTypedFolderReached();
-    else
+    else if (!is_folder && arrival.is_start)
+        m_view.OnStartFileReached(TitleOf(m_file_system, arrival.target));
+    else if (!is_folder)
         m_view.OnTypedFileReached(TitleOf(m_file_system, arrival.target));
 }
 
+bool FolderTrail::IsSameFolder(Qorv::IAFS_Name* i_left, Qorv::IAFS_Name* i_right) const {
+    TRACE_FUNCTION();
+    VARIANT_BOOL are_equal = VARIANT_FALSE;
+    m_file_system->NamesAreEqual(i_left, i_right, &are_equal);
+    return are_equal != VARIANT_FALSE;
+}
+
+/// For what doesn't exist: a file to be saved, whose folder may, or where the dialog was to begin.
+bool FolderTrail::ShowParentInstead() {
+    TRACE_FUNCTION();
+    if (!m_arrival.may_be_new && !m_arrival.is_start)
+        return false;
+    const auto parent = GetParentFolder();
+    if (parent == nullptr)
+        return false;
+    Arrival arrival{.target = m_arrival.target};
+    if (m_arrival.is_start)
+        arrival = {.is_start = true, .gone = m_arrival.gone != nullptr ? m_arrival.gone : m_folder};
+    Show(parent, std::move(arrival));
+    return true;
+}
+
+/// Leads back to the folder that was shown before, if there is one, and asks what to do.
 void FolderTrail::OnLoadFailed(const Failure& i_failure) {
     TRACE_FUNCTION();
     m_state = State::failed;
-    // A file to be saved that doesn't exist yet; its folder may.
-    if (m_arrival.may_be_new && i_failure.code == E_INVALIDARG)
-        if (const auto parent = GetParentFolder())
-            return Show(parent, {.selected_title = {}, .target = m_arrival.target});
-
-    m_view.OnLoadFailed(i_failure);
-    if (std::exchange(m_is_going_back, false))
-        return; // The user has been told of one failure already.
-    const FailureAnswer answer = m_view.AskAfterLoadFailure(m_folder, i_failure);
+    if (i_failure.code == E_INVALIDARG && ShowParentInstead())
+        return;
+    const Qorv::ComPtr<Qorv::IAFS_Name> failed_folder = m_folder;
+    Arrival arrival = std::exchange(m_arrival, {});
+    if (m_shown.folder != nullptr) {
+        m_state = State::shown;
+        m_folder = m_shown.folder;
+        m_view.ShowPath(m_folder);
+        m_view.OnLoadGivenUp();
+    } else {
+        m_view.OnLoadFailed(i_failure);
+    }
+    const FailureAnswer answer = m_view.AskAfterLoadFailure(failed_folder, i_failure);
     if (m_source == nullptr)
         return; // The dialog was closed while the question was open.
     if (answer == FailureAnswer::try_again)
-        Reload();
+        Show(failed_folder, std::move(arrival));
     else if (answer == FailureAnswer::sign_in)
-        m_view.SignInAgain();
-    else
-        GoBack();
-}
-
-void FolderTrail::GoBack() {
-    TRACE_FUNCTION();
-    m_arrival = {};
-    if (m_last_shown_folder == nullptr || m_last_shown_folder == m_folder)
-        return;
-    m_is_going_back = true;
-    Show(m_last_shown_folder, {});
+        m_view.SignInAgain(failed_folder);
 }
 
 Qorv::ComPtr<Qorv::IAFS_Name> FolderTrail::GetParentFolder() const {
     TRACE_FUNCTION();
     Qorv::ComPtr<Qorv::IAFS_Name> parent;
     if (IsShown())
-        parent = m_source->GetParentFolder();
+        parent = m_shown.parent;
     else if (m_folder != nullptr)
         m_file_system->NameGetParent(m_folder, &parent);
     return parent;
@@ -168,7 +193,7 @@ Qorv::ComPtr<Qorv::IAFS_Name> FolderTrail::GetOrigin() const {
     TRACE_FUNCTION();
     if (IsShown())
         return m_folder;
-    return m_last_shown_folder != nullptr ? m_last_shown_folder : RootOf(m_file_system, m_folder);
+    return m_shown.folder != nullptr ? m_shown.folder : RootOf(m_file_system, m_folder);
 }
 
 } // namespace Ui

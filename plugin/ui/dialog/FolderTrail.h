@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Ui {
 
@@ -15,6 +16,8 @@ struct Arrival {
     bool is_selection_chosen = false;       ///< The user wants that item, which was just made.
     Qorv::ComPtr<Qorv::IAFS_Name> target{}; ///< A typed location: if it is a file's, the user means the file.
     bool may_be_new = false;                ///< The target may be a file that isn't there yet.
+    bool is_start = false;                  ///< The target was not typed: the dialog begins there.
+    Qorv::ComPtr<Qorv::IAFS_Name> gone{};   ///< Where the dialog was to begin, if that doesn't exist.
 };
 
 /// A dialog's navigation through the folders of an account: where it is, what it does on arrival, and what follows if a
@@ -29,7 +32,8 @@ public:
     FolderTrail(const FolderTrail&) = delete;
     FolderTrail& operator=(const FolderTrail&) = delete;
 
-    /// Starts over, for instance in another account. The folder may be null: then nothing is shown yet.
+    /// Starts over, for instance in another account. The folder may be a file, or null: then nothing is shown yet. If it
+    /// doesn't exist, the nearest one above it is shown.
     void Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Name* i_folder);
     /// Releases the source. Nothing is shown, asked or loaded from here on.
     void Disconnect() noexcept;
@@ -39,6 +43,8 @@ public:
     void Show(Qorv::IAFS_Name* i_folder_or_file, Arrival i_arrival);
     /// Shows the folder above, and selects the folder that the user came from.
     void ShowParent();
+    /// Lets go of items that no longer exist.
+    void Forget(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names);
     /// Loads the folder again. Whatever is still to be done on arrival stays pending.
     void Reload();
     /// Loads the folder again, with something else to do on arrival.
@@ -56,16 +62,24 @@ public:
     Qorv::ComPtr<Qorv::IAFS_Name> GetParentFolder() const;
     /// Where typed locations start from: a folder that was shown, else a root. Null before the first folder.
     Qorv::ComPtr<Qorv::IAFS_Name> GetOrigin() const;
-    /// What the shown folder holds.
-    const FolderItems& GetItems() const noexcept { return m_source->GetItems(); }
+    /// What the folder that was shown last holds.
+    const FolderItems& GetItems() const noexcept { return m_shown.items; }
 
 private:
     enum class State { nothing, loading, shown, failed };
 
-    void OnLoadBegun(bool i_is_reload);
+    /// A folder that was loaded. It outlives the source's next load, which may fail.
+    struct ShownFolder {
+        Qorv::ComPtr<Qorv::IAFS_Name> folder;
+        Qorv::ComPtr<Qorv::IAFS_Name> parent; ///< Null for a root.
+        FolderItems items;
+    };
+
+    void OnBegun(HRESULT i_result);
+    bool IsSameFolder(Qorv::IAFS_Name* i_left, Qorv::IAFS_Name* i_right) const;
+    bool ShowParentInstead();
     void OnResult(HRESULT i_result);
     void OnLoadFailed(const Failure& i_failure);
-    void GoBack();
     void Arrive();
 
     Qorv::ComPtr<Qorv::IAFS_FileSys> m_file_system;
@@ -73,8 +87,8 @@ private:
     std::unique_ptr<FolderSource> m_source;
     State m_state = State::nothing;
     Qorv::ComPtr<Qorv::IAFS_Name> m_folder;
-    Qorv::ComPtr<Qorv::IAFS_Name> m_last_shown_folder; ///< Where to go back to after a failure.
-    bool m_is_going_back = false;                      ///< To that folder, after a failure.
+    ShownFolder m_shown;            ///< Where a failure leads back to.
+    bool m_is_source_shown = false; ///< The source's last load was that of the shown folder.
     Arrival m_arrival;
 };
 

@@ -60,20 +60,47 @@ void FileList::SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folder
     m_rows.SetFilter(std::move(i_filter), i_is_folders_only);
 }
 
-HRESULT FileList::Empty(const std::wstring& i_text, bool i_keeps_selection) {
+HRESULT FileList::Empty(const std::wstring& i_text) {
     TRACE_FUNCTION();
-    m_kept_selection = i_keeps_selection ? RememberSelection() : Selection{};
     m_new_folder.reset();
     m_rows.Clear();
     CHECK_HRESULT(m_control->put_EmptyText(i_text.c_str()));
     CHECK_HRESULT(m_control->put_RowCount(0));
+    CHECK_HRESULT(m_control->put_IsBusy(VARIANT_FALSE));
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder) {
+HRESULT FileList::BeginLoading(const std::wstring& i_text) {
     TRACE_FUNCTION();
+    if (m_new_folder)
+        CHECK_HRESULT(ShowRows({})); // Without the row that is being named.
+    CHECK_HRESULT(m_control->put_EmptyText(i_text.c_str()));
+    CHECK_HRESULT(m_control->put_IsBusy(VARIANT_TRUE));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::EndLoading() {
+    TRACE_FUNCTION();
+    CHECK_HRESULT(m_control->put_IsBusy(VARIANT_FALSE));
+    CHECK_HRESULT(ShowContentText());
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
+                       bool i_keeps_selection) {
+    TRACE_FUNCTION();
+    const Selection selection = i_keeps_selection ? RememberSelection() : Selection{};
     m_rows.Load(i_file_system, i_items, i_parent_folder);
-    CHECK_HRESULT(ShowRows(std::exchange(m_kept_selection, {})));
+    CHECK_HRESULT(m_control->put_IsBusy(VARIANT_FALSE));
+    CHECK_HRESULT(ShowRows(selection));
+    return TRACE_RESULT(S_OK);
+}
+
+HRESULT FileList::Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names) {
+    TRACE_FUNCTION();
+    const Selection selection = RememberSelection();
+    m_rows.Remove(i_names);
+    CHECK_HRESULT(ShowRows(selection));
     return TRACE_RESULT(S_OK);
 }
 

@@ -27,11 +27,18 @@ public:
 
     void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
 
-    /// Removes all rows; the text appears in the list instead. With `i_keeps_selection`, the next `Fill` selects again
-    /// what is selected now.
-    HRESULT Empty(const std::wstring& i_text, bool i_keeps_selection = false);
-    /// Lists a folder. If there is nothing to see in it, the list says why.
-    HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder);
+    /// Removes all rows; the text appears in the list instead.
+    HRESULT Empty(const std::wstring& i_text);
+    /// The rows stay, but cannot be used until the next `Fill`, `EndLoading` or `Empty`. The text appears beneath them.
+    HRESULT BeginLoading(const std::wstring& i_text);
+    /// The rows can be used again.
+    HRESULT EndLoading();
+    /// Lists a folder. If there is nothing to see in it, the list says why. With `i_keeps_selection`, it is the folder
+    /// that is listed already, and the selection stays.
+    HRESULT Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder,
+                 bool i_keeps_selection);
+    /// Removes the rows of items that no longer exist.
+    HRESULT Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names);
     /// Applies the filter again. The selection stays.
     HRESULT Refresh();
     /// Sorts by a column; reverses the order if it is already sorted by it. The selection stays.
@@ -77,7 +84,6 @@ private:
     FileRows m_rows;
     FileColumn m_sort_column = FileColumn::name;
     bool m_is_descending = false;
-    Selection m_kept_selection;
     std::optional<std::wstring> m_new_folder; ///< The text of the row that is being named.
 };
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace Ui {
 namespace {
@@ -104,6 +105,13 @@ void FileRows::Load(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_item
             m_rows.push_back(std::move(row));
     }
     std::ranges::sort(m_rows, {}, &FileRow::sort_key);
+    Show();
+}
+
+void FileRows::Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names) {
+    TRACE_FUNCTION();
+    const std::set<Qorv::ComPtr<Qorv::IAFS_Name>> names(i_names.begin(), i_names.end());
+    std::erase_if(m_rows, [&](const FileRow& i_row) { return !i_row.is_parent && names.contains(i_row.name); });
     Show();
 }
 

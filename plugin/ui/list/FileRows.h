@@ -20,6 +20,9 @@ public:
     /// logged and left out. The parent folder may be null: then there is no "../" row. Filter and order stay.
     void Load(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_items, Qorv::IAFS_Name* i_parent_folder);
 
+    /// Lets go of items that no longer exist.
+    void Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names);
+
     /// Lets go of all items. Filter and order stay.
     void Clear() noexcept;
 
