@@ -128,7 +128,7 @@ key Enter
 text For the committee
 picture save-dialog.png
 open For the committee
-text Dropbox/Documents/For the committee
+text /Documents/For the committee
 press Save
 STEPS
 Expect "the service's folder has the new folder" test -d "$served/Documents/For the committee"

@@ -5,7 +5,8 @@
 
 namespace DevHost {
 
-/// A text, drawn as the layout's flags say. A single line that doesn't fit ends in an ellipsis, or has it in its middle.
+/// A text, drawn as the layout's flags say. A single line that doesn't fit ends in an ellipsis, or has it in its
+/// middle.
 class Label final : public Qorv::CoClass<Label, DialogItem, Qorv::IUIX_Label> {
 public:
     void OnCommand(WORD i_notification) override;

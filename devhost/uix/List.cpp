@@ -132,7 +132,8 @@ int List::FindRow(const NMLVFINDITEMW& i_request) {
     return SUCCEEDED(m_source->FindRow(text.c_str(), first_row, &row)) ? static_cast<int>(row) : -1;
 }
 
-/// The control collects the letters that are typed quickly, also across a change of the rows, for which they begin anew.
+/// The control collects the letters that are typed quickly, also across a change of the rows, for which they begin
+/// anew.
 std::wstring List::TypedSince(const std::wstring& i_text) {
     m_typed = i_text;
     if (i_text.size() <= m_old_typed.size() || !i_text.starts_with(m_old_typed))

@@ -104,8 +104,8 @@ struct IUIX_List : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE put_RowCount(LONG i_count) = 0;
     /// Shown beneath the list's rows, which may be none; nothing initially.
     virtual HRESULT STDMETHODCALLTYPE put_EmptyText(PCStr i_text) = 0;
-    /// A busy list greys its rows and takes neither mouse nor keys for them: they are about to be replaced. It keeps the
-    /// focus, and Enter is the default button's.
+    /// A busy list greys its rows and takes neither mouse nor keys for them: they are about to be replaced. It keeps
+    /// the focus, and Enter is the default button's.
     virtual HRESULT STDMETHODCALLTYPE put_IsBusy(VARIANT_BOOL i_is_busy) = 0;
     /// Whether several rows can be selected; initially as the layout says. Selected rows stay selected.
     virtual HRESULT STDMETHODCALLTYPE put_IsMultiSelect(VARIANT_BOOL i_is_multi_select) = 0;

@@ -21,12 +21,12 @@ TEST_F(DialogCommandTest, MakesANamedFolder) {
                   text Reports
                   focus lst.files
                   key Enter
-                  text Dropbox/Reports
+                  text Dropbox (Ada Example)/Reports
                   menu New folder
                   edit 2026
                   key Enter
                   open 2026
-                  text Dropbox/Reports/2026
+                  text Dropbox (Ada Example)/Reports/2026
                   press btn.cancel)"),
               canceled);
     EXPECT_TRUE(fs::is_directory(Service::LocalPath(L"/Reports/2026")));

@@ -3,6 +3,10 @@
 
 #include "ShippedDialogTest.h"
 
+#include "script/WindowSearch.h"
+#include "uix/ControlName.h"
+#include "uix/WindowText.h"
+
 namespace Tests {
 namespace {
 
@@ -104,6 +108,19 @@ TEST_F(OpenDialogTest, ChoosesFolders) {
                       L"/Documents"},
              {"the root", {L"--folder"}, "text Documents \n press btn.ok", L"/"},
              {"a row", {L"--folder"}, "row Documents \n press btn.ok", L"/Documents"},
+             {"a file's name, mended",
+              {L"--folder"},
+              R"(window Choose a folder in Dropbox
+                 fill ed.name start.pdf
+                 key Enter
+                 text "start.pdf" is a file
+                 press OK
+                 row Documents
+                 fill ed.name /Documents
+                 key Enter
+                 text Inner
+                 press Choose)",
+              L"/Documents"},
              {"not the one just left, which only stands selected",
               {L"--folder", L"/Documents/Inner"},
               "text ../ \n press Up one level \n text Inner \n press Choose",
@@ -153,6 +170,20 @@ TEST_F(OpenDialogTest, ListsWhatTheFilterPasses) {
     EXPECT_EQ(FilterIndex(), 0);
     second.back() = L"7";
     EXPECT_EQ(Open(second, "text a.pdf \n gone c.txt \n open a.pdf"), L"/Documents/a.pdf");
+}
+
+TEST_F(OpenDialogTest, NamesTheAccountTheFolderAndWhatIsSelected) {
+    EXPECT_EQ(Open({L"/Documents/Inner"}, "text Dropbox (Ada Example)/Documents/Inner \n close"), canceled);
+    const auto name_box = [] {
+        return DevHost::FindTopWindow([](HWND i_window) {
+                   const HWND box = DevHost::FindControl(i_window, L"ed.name");
+                   return box != nullptr && DevHost::WindowText(box) == L"Documents";
+               }) != nullptr;
+    };
+    Then([&] { EXPECT_TRUE(name_box()); },
+         "open Documents \n text Inner \n key Alt+Up \n text Documents \n gone Inner");
+    Then([&] { EXPECT_FALSE(name_box()) << "the folder left is not chosen"; }, "press Choose");
+    EXPECT_EQ(Open({L"--folder"}, "text Dropbox (Ada Example) \n row Documents"), L"/");
 }
 
 TEST_F(OpenDialogTest, SaysWhyThereIsNothingToSee) {

@@ -181,7 +181,7 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
         {"files", open_several, {L"a.pdf", L"b.pdf"}, Kind::choose, L""},
         {"a missing file", open_several, {L"a.pdf", L"c.pdf"}, Kind::refuse, L"db.msg.fileNotFound"},
         {"a folder among files", open_several, {L"a.pdf", L"Docs"}, Kind::refuse, L"db.msg.notAFile"},
-        {"a file among folders", choose_folder, {L"a.pdf"}, Kind::refuse, L"db.msg.folderNotFound"},
+        {"a file among folders", choose_folder, {L"a.pdf"}, Kind::refuse, L"db.msg.notAFolder"},
         {"a missing folder", choose_folder, {L"Nowhere"}, Kind::refuse, L"db.msg.folderNotFound"},
         {"a new file", save, {L"new.pdf"}, Kind::save_new, L""},
         {"a new file, unasked", save_silently, {L"new.pdf"}, Kind::save_new, L""},

@@ -290,10 +290,8 @@ TEST_F(FolderTrailTest, BeginsAsNearAsItCan) {
     } rows[] = {
         {"in a folder", "start /a ok", "</a> loads shows </a> | at /a"},
         {"at a file", "start /a/x.pdf ok", "</a/x.pdf> loads shows </a> start-file:x.pdf | at /a"},
-        {"above a folder that is gone", "start /a/b gone ok",
-         "</a/b> loads </a> loads shows </a> gone:/a/b | at /a"},
-        {"far above it", "start /a/b gone gone ok",
-         "</a/b> loads </a> loads <> loads shows <> gone:/a/b | at "},
+        {"above a folder that is gone", "start /a/b gone ok", "</a/b> loads </a> loads shows </a> gone:/a/b | at /a"},
+        {"far above it", "start /a/b gone gone ok", "</a/b> loads </a> loads <> loads shows <> gone:/a/b | at "},
         {"not above the root", "start / gone", "<> loads fails asks: | not at "},
         {"not above a folder that may exist", "start /a bad", "</a> loads fails asks:/a | not at /a"},
         {"at a file, tried again", "start /a/x.pdf try bad ok",

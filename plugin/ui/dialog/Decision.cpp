@@ -109,7 +109,8 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
     if (i_names.empty())
         return {.kind = i_mode.chooses_folder ? Kind::choose_shown : Kind::nothing};
     if (i_mode.chooses_folder) // A folder's title would be a path to it.
-        return Refuse(L"db.msg.folderNotFound", i_names.front().text);
+        return Refuse(i_names.front().name != nullptr ? L"db.msg.notAFolder" : L"db.msg.folderNotFound",
+                      i_names.front().text);
     for (const TypedName& name : i_names) {
         if (name.is_folder)
             return Refuse(L"db.msg.notAFile", name.text);

@@ -95,7 +95,7 @@ HRESULT STDMETHODCALLTYPE Dialog::OnInit() noexcept {
         CHECK_HRESULT(m_pObj->get_Window(&m_window));
         m_questions = std::make_unique<Ui::DialogQuestions>(m_context.host_instance, m_window);
         CHECK_HRESULT(m_items.Find(m_pObj, m_context.host_instance, m_context.ui));
-        CHECK_HRESULT(m_items.PutCaptions(m_pObj, *m_parameters));
+        CHECK_HRESULT(m_items.PutCaptions(m_pObj, m_context.host_instance, *m_parameters));
         CHECK_HRESULT(InitFilter());
         CHECK_HRESULT(InitWindow());
         m_watch = std::make_unique<Ui::WatchTimer>([this] { Handle([this] { CheckWorkers(); }); });
@@ -124,11 +124,8 @@ HRESULT Dialog::InitWindow() {
     CHECK_HRESULT(m_list->Init());
     CHECK_HRESULT(m_items.m_list_rows->put_IsMultiSelect(VariantBool(m_mode.is_open && m_mode.allows_several)));
 
-    if (m_mode.chooses_folder) {
-        if (m_parameters->ActionBtnTitle.Length() == 0)
-            CHECK_HRESULT(m_items.m_ok->put_Text(Text(L"db.btn.choose").c_str()));
-        CHECK_HRESULT(m_items.m_name_label->put_Text(Text(L"db.lb.folder").c_str()));
-    }
+    // The end of a path is the folder that one is in.
+    CHECK_HRESULT(m_items.m_path_label->put_IsCutInMiddle(VARIANT_TRUE));
     Bstr ok_caption;
     CHECK_HRESULT(m_items.m_ok->get_Text(&ok_caption));
     m_ok_caption = ok_caption.View();

@@ -81,8 +81,10 @@ private:
     void OnCommand(LONG i_command);
     HRESULT OnFilterComboSelectionChanged();
     bool IsOneName(const std::wstring& i_text) const;
-    /// What the name box shows for the files that are selected: the name, or a quoted list of several.
+    /// What the name box shows for what is selected: the name, or a quoted list of several. Only files, or, where one
+    /// is chosen, a folder.
     std::wstring SelectedNames() const;
+    void ShowSelectedNames();
 
     // DialogNavigation.cpp: folders
     void Connect(IAFS_Name* i_folder);
@@ -146,6 +148,7 @@ private:
     ComPtr<Ui::KeyCommands> m_keys;
 
     Ui::FolderTrail m_trail;
+    std::wstring m_user_name; ///< Of the account that is shown; empty until it is known.
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 

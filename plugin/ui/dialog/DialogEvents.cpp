@@ -87,9 +87,17 @@ void Dialog::OnSelectionChanged(LONG) {
     m_is_selection_chosen = true;
     if (!selection.empty())
         m_is_name_typed = false; // OK means the rows from here on.
-    if (const std::wstring names = SelectedNames(); !names.empty())
+    const std::wstring names = SelectedNames();
+    if (!names.empty() || (m_mode.chooses_folder && !m_is_name_typed))
         m_items.m_name->put_Text(names.c_str());
     UpdateItems();
+}
+
+/// Unless the box is the user's. A folder that merely stands selected isn't chosen.
+void Dialog::ShowSelectedNames() {
+    TRACE_FUNCTION();
+    if (!m_is_name_typed && m_mode.is_open)
+        m_items.m_name->put_Text(m_is_selection_chosen || !m_mode.chooses_folder ? SelectedNames().c_str() : L"");
 }
 
 std::wstring Dialog::SelectedNames() const {
@@ -97,7 +105,7 @@ std::wstring Dialog::SelectedNames() const {
     std::wstring names;
     std::size_t count = 0;
     for (const Ui::FileRow* const row : m_list->GetSelection()) {
-        if (row->is_folder)
+        if (row->is_parent || row->is_folder != m_mode.chooses_folder)
             continue;
         ++count;
         names += (count > 1 ? L" \"" : L"\"") + row->title + L"\"";

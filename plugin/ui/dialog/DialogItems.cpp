@@ -1,5 +1,6 @@
 #include "ui/dialog/DialogItems.h"
 
+#include "core/host/LocalizedText.h"
 #include "core/trace/Check.h"
 #include "ui/dialog/DialogCommand.h"
 
@@ -25,6 +26,7 @@ HRESULT PutCaption(Qorv::IUIX_Item* i_item, const Qorv::Bstr& i_caption) {
 HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui) {
     TRACE_FUNCTION();
     CHECK_HRESULT(FindItem(i_object, path_label_id, m_path));
+    CHECK_HRESULT(FindItem(i_object, path_label_id, m_path_label));
     CHECK_HRESULT(FindItem(i_object, files_list_id, m_list));
     CHECK_HRESULT(FindItem(i_object, files_list_id, m_list_rows));
     CHECK_HRESULT(FindItem(i_object, name_label_id, m_name_label));
@@ -42,8 +44,14 @@ HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_ins
     return TRACE_RESULT(S_OK);
 }
 
-HRESULT DialogItems::PutCaptions(Qorv::IUIX_Obj* i_object, const DialogParameters& i_parameters) {
+HRESULT DialogItems::PutCaptions(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance,
+                                 const DialogParameters& i_parameters) {
     TRACE_FUNCTION();
+    if ((i_parameters.Flags & DialogParameters::ChooseFolder) != 0) {
+        CHECK_HRESULT(i_object->put_Title(FormatString(i_host_instance, L"db.dlg.chooseFolder").c_str()));
+        CHECK_HRESULT(m_ok->put_Text(FormatString(i_host_instance, L"db.btn.choose").c_str()));
+        CHECK_HRESULT(m_name_label->put_Text(FormatString(i_host_instance, L"db.lb.folder").c_str()));
+    }
     if (i_parameters.Title.Length() > 0)
         CHECK_HRESULT(i_object->put_Title(i_parameters.Title));
     CHECK_HRESULT(PutCaption(m_ok, i_parameters.ActionBtnTitle));

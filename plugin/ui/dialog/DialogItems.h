@@ -24,10 +24,13 @@ struct DialogItems {
     /// Finds the layout's items, and adds the command bar.
     HRESULT Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui);
 
-    /// Gives the window and its buttons the captions that the caller wants.
-    HRESULT PutCaptions(Qorv::IUIX_Obj* i_object, const DialogParameters& i_parameters);
+    /// Gives the window and its items the captions for choosing folders, if that is what the dialog does, and those
+    /// that the caller wants.
+    HRESULT PutCaptions(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_instance,
+                        const DialogParameters& i_parameters);
 
     Qorv::ComPtr<Qorv::IUIX_Item> m_path;
+    Qorv::ComPtr<Qorv::IUIX_Label> m_path_label;
     Qorv::ComPtr<Qorv::IUIX_Item> m_list;
     Qorv::ComPtr<Qorv::IUIX_List> m_list_rows;
     Qorv::ComPtr<Qorv::IUIX_Item> m_name_label;

@@ -11,6 +11,7 @@ namespace Qorv {
 void Dialog::Connect(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
     m_list->Empty({}); // The account may be another one.
+    m_user_name.clear();
     m_trail.Connect(std::make_unique<Ui::FolderConnection>(m_context.host_instance, m_context.file_system, m_window,
                                                            Ui::folder_loaded_message, m_context.reaper),
                     i_folder);
@@ -26,7 +27,11 @@ void Dialog::Disconnect() noexcept {
 
 void Dialog::ShowPath(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
-    const std::wstring path = i_folder != nullptr ? DisplayPath(i_folder) : std::wstring();
+    std::wstring path;
+    if (i_folder != nullptr)
+        path = m_user_name.empty()
+                   ? DisplayPath(i_folder)
+                   : Text(L"db.lb.userPath", {m_user_name, Ui::PathOf(m_context.file_system, i_folder)});
     m_items.m_path->put_Text(path.c_str());
 }
 
@@ -41,11 +46,12 @@ void Dialog::OnLoadBegun(bool i_is_reload) {
 
 void Dialog::OnFolderShown() {
     TRACE_FUNCTION();
+    if (m_user_name.empty())
+        m_user_name = Ui::UserNameOf(m_context.file_system, m_trail.GetFolder());
     m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder(), m_is_reload);
     if (!m_is_reload)
         m_is_selection_chosen = true; // Nothing is selected.
-    if (!m_is_name_typed && m_mode.is_open)
-        m_items.m_name->put_Text(SelectedNames().c_str()); // Without those that are gone.
+    ShowSelectedNames();              // Without those that are gone.
     UpdateItems();
 }
 
@@ -53,8 +59,7 @@ void Dialog::OnLoadGivenUp() {
     TRACE_FUNCTION();
     m_is_ok_waiting = false;
     m_list->EndLoading();
-    if (!m_is_name_typed && m_mode.is_open)
-        m_items.m_name->put_Text(SelectedNames().c_str());
+    ShowSelectedNames();
     UpdateItems();
 }
 
@@ -76,6 +81,8 @@ void Dialog::SelectItem(const std::wstring& i_title, bool i_is_chosen) {
         m_is_selection_chosen = i_is_chosen;
         // OK still means the name, unless the row is the user's choice.
         m_is_name_typed = !i_is_chosen && !m_mode.is_open && !NameText().empty();
+        if (i_is_chosen && m_mode.chooses_folder)
+            m_items.m_name->put_Text(SelectedNames().c_str());
     }
     UpdateItems();
 }

@@ -32,8 +32,8 @@ public:
     FolderTrail(const FolderTrail&) = delete;
     FolderTrail& operator=(const FolderTrail&) = delete;
 
-    /// Starts over, for instance in another account. The folder may be a file, or null: then nothing is shown yet. If it
-    /// doesn't exist, the nearest one above it is shown.
+    /// Starts over, for instance in another account. The folder may be a file, or null: then nothing is shown yet. If
+    /// it doesn't exist, the nearest one above it is shown.
     void Connect(std::unique_ptr<FolderSource> i_source, Qorv::IAFS_Name* i_folder);
     /// Releases the source. Nothing is shown, asked or loaded from here on.
     void Disconnect() noexcept;

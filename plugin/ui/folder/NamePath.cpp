@@ -19,6 +19,15 @@ std::wstring TitleOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name)
     return path.substr(path.rfind(L'/') + 1); // npos + 1 is 0.
 }
 
+std::wstring UserNameOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_bound_name) {
+    TRACE_FUNCTION();
+    Qorv::Variant value;
+    if (FAILED(i_file_system->get_Prop(i_bound_name, L"UserName", &value)) || value->vt != VT_BSTR ||
+        value->bstrVal == nullptr)
+        return {};
+    return {value->bstrVal, SysStringLen(value->bstrVal)};
+}
+
 Qorv::ComPtr<Qorv::IAFS_Name> RootOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name) {
     TRACE_FUNCTION();
     Qorv::ComPtr<Qorv::IAFS_Name> root;

@@ -14,6 +14,10 @@ std::wstring PathOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
 /// The last element of the path.
 std::wstring TitleOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
 
+/// The name of the account's user. Only for a name that is bound, such as a folder's that has been listed; empty if it
+/// cannot be had.
+std::wstring UserNameOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_bound_name);
+
 /// The root of a name's account; null for no name.
 Qorv::ComPtr<Qorv::IAFS_Name> RootOf(Qorv::IAFS_FileSys* i_file_system, Qorv::IAFS_Name* i_name);
 
