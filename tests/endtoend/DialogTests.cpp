@@ -193,7 +193,7 @@ TEST_F(OpenDialogTest, SaysWhyThereIsNothingToSee) {
         gone This folder
         choose cb.filter Texts
         text This folder has no files of the selected type
-        key Alt+Up
+        press Up one level
         open Empty
         text This folder is empty
         text ../
@@ -283,11 +283,16 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
               R"(text start.pdf
                  fill ed.name what?.pdf
                  press btn.ok
-                 text "what?.pdf" isn't a name Dropbox accepts
+                 text A name in Dropbox can't contain ?
                  key Esc
                  fill ed.name what.pdf
                  press btn.ok)",
               L"/what.pdf"},
+             {"blanks alone are no name",
+              {},
+              "text start.pdf \n focus ed.name \n key Space Space \n press btn.ok \n row Documents \n press Open \n text Inner \n"
+              "fill ed.name x.pdf \n press Save",
+              L"/Documents/x.pdf"},
          }) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(Save(row.arguments, row.steps), row.answer);

@@ -2,6 +2,7 @@
 #include "ui/dialog/Decision.h"
 #include "ui/folder/FolderLoad.h"
 #include "ui/list/FileRows.h"
+#include "ui/names/NewName.h"
 
 #include <atomic>
 
@@ -188,8 +189,8 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
         {"an existing file", save, {L"A.pdf"}, Kind::ask_to_replace, L""},
         {"an existing file, unasked", save_silently, {L"a.pdf"}, Kind::choose, L""},
         {"files to save", save, {L"x.pdf", L"y.pdf"}, Kind::refuse, L"db.msg.oneFile"},
-        {"a path to save to", save, {L"sub/x.pdf"}, Kind::refuse, L"db.msg.badName"},
-        {"a name that the service does not take", save, {L"what?.pdf"}, Kind::refuse, L"db.msg.badName"},
+        {"a path to save to", save, {L"sub/x.pdf"}, Kind::refuse, L"db.msg.nameCharacters"},
+        {"a name that the service does not take", save, {L"what?.pdf"}, Kind::refuse, L"db.msg.nameCharacters"},
     };
     for (const auto& test : cases) {
         const Ui::Decision decision = Typed(test.mode, test.texts);
@@ -224,36 +225,47 @@ TEST_F(DecisionTest, TakesNoLikenessForTheNameThatIsMeant) {
     EXPECT_EQ(Kind::nothing, Ui::DecideWay(L"Do\u200bcs", m_rows).kind) << "a folder is not entered either";
 }
 
-TEST_F(DecisionTest, KnowsTheNamesThatTheServiceTakes) {
+TEST_F(DecisionTest, SaysWhichRuleANewNameBreaks) {
     const std::wstring longest(255, L'n');
     const struct {
         std::wstring name;
-        bool is_good;
+        std::wstring message; ///< Empty for a good name.
+        std::wstring characters{};
     } cases[] = {
-        {L"letter.pdf", true},
-        {L"Übersicht é.pdf", true},
-        {longest, true},
-        {longest + L"n", false},
-        {L"", false},
-        {L".", false},
-        {L"..", false},
-        {L"...", true},
-        {L"a/b", false},
-        {L"a\\b", false},
-        {L"a\"b", false},
-        {L"a:b", false},
-        {L"blank ", false},
-        {L" blank", true},
-        {L"line\nbreak", false},
-        {L"no-break\u00a0", false},
-        {L"Thumbs.db", false},
-        {L"~$letter.docx", false},
-        {L"~letter.tmp", false},
-        {L"世界 \xD83D\xDE00.pdf", true},
-        {L"half a pair \xD83D.pdf", false},
+        {L"letter.pdf", L""},
+        {L"Übersicht é.pdf", L""},
+        {longest, L""},
+        {longest + L"n", L"db.msg.nameTooLong"},
+        {L"", L"db.msg.badName"},
+        {L".", L"db.msg.nameReserved"},
+        {L"..", L"db.msg.nameReserved"},
+        {L"...", L""},
+        {L"a/b", L"db.msg.nameCharacters", L"/"},
+        {L"a\\b", L"db.msg.nameCharacters", L"\\"},
+        {L"a\"b\"?c*", L"db.msg.nameCharacters", L"\" ? *"},
+        {L"a:b", L"db.msg.nameCharacters", L":"},
+        {L"blank ", L"db.msg.nameEnd"},
+        {L" blank", L""},
+        {L"line\nbreak", L"db.msg.badName"},
+        {L"no-break\u00a0", L"db.msg.nameEnd"},
+        {L"Thumbs.db", L"db.msg.nameReserved"},
+        {L"~$letter.docx", L"db.msg.nameReserved"},
+        {L"~letter.tmp", L"db.msg.nameReserved"},
+        {L"世界 \xD83D\xDE00.pdf", L""},
+        {L"half a pair \xD83D.pdf", L"db.msg.badName"},
     };
-    for (const auto& test : cases)
-        EXPECT_EQ(test.is_good, Ui::IsNameForService(test.name)) << ToUtf8(test.name);
+    for (const auto& test : cases) {
+        const auto fault = Ui::FaultOfNewName(test.name);
+        EXPECT_EQ(test.message, fault ? fault->message_id : L"") << ToUtf8(test.name);
+        EXPECT_EQ(test.characters, fault ? fault->characters : L"") << ToUtf8(test.name);
+    }
+}
+
+TEST_F(DecisionTest, HoldsNoRuleAboutNewNamesAgainstAnExistingFile) {
+    Ui::TypedName existing{.text = L"blank ", .name = m_rows[a_pdf].name};
+    EXPECT_EQ(Kind::ask_to_replace, Ui::DecideTypedNames(save, {existing}).kind);
+    existing.name.Reset();
+    EXPECT_EQ(Kind::refuse, Ui::DecideTypedNames(save, {existing}).kind);
 }
 
 } // namespace

@@ -1,11 +1,10 @@
 #include "ui/dialog/Decision.h"
 
 #include "afs/Location.h"
-#include "afs/Name.h"
 #include "core/trace/Text.h"
 #include "core/trace/Trace.h"
-#include "dropbox/NameRules.h"
 #include "ui/list/FileRows.h"
+#include "ui/names/NewName.h"
 
 #include <algorithm>
 
@@ -43,13 +42,19 @@ std::wstring LocationText(const std::wstring& i_text) {
     return std::wstring(location_prefix) + i_text.substr(location_prefix.size());
 }
 
-/// The name of a file to save: an existing one, or a new one that the service takes.
+/// The name of a file to save: an existing one, for which no rule about new ones counts, or a new one that the service
+/// takes.
 Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
     TRACE_FUNCTION();
-    if (!IsNameForService(i_name.text))
-        return Refuse(L"db.msg.badName", i_name.text);
-    if (i_name.name == nullptr)
+    if (i_name.name == nullptr) {
+        if (const auto fault = FaultOfNewName(i_name.text))
+            return {.kind = Kind::refuse,
+                    .names = {},
+                    .text = i_name.text,
+                    .message_id = fault->message_id,
+                    .detail = fault->characters};
         return {.kind = Kind::save_new, .names = {i_name}};
+    }
     return {.kind = i_mode.asks_before_replacing ? Kind::ask_to_replace : Kind::choose, .names = {i_name}};
 }
 
@@ -122,11 +127,6 @@ Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>
     if (!i_mode.is_open)
         return DecideFileToSave(i_mode, i_names.front());
     return {.kind = Kind::choose, .names = i_names};
-}
-
-bool IsNameForService(std::wstring_view i_name) {
-    TRACE_FUNCTION();
-    return Dropbox::TakesName(i_name) && Name::IsStringValid(std::wstring(location_prefix).append(L"/").append(i_name));
 }
 
 } // namespace Ui

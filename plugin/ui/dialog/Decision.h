@@ -4,7 +4,6 @@
 #include "ui/names/TypedNames.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 // What the user means by pressing OK, judged by what the dialog shows. No windows, and no calls to the service.
@@ -47,6 +46,7 @@ struct Decision {
     std::vector<TypedName> names{};
     std::wstring text{};                 ///< The location to go to, or the name that is refused.
     const wchar_t* message_id = nullptr; ///< Of the localized text for the refusal; "%1" in it is the name.
+    std::wstring detail{};               ///< "%2" in it.
 };
 
 /// Whether OK means the selected rows, and not the name box.
@@ -64,8 +64,5 @@ Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileR
 
 /// What to do with typed names, after the extension rules, matched with what the folder holds.
 Decision DecideTypedNames(const DialogMode& i_mode, const std::vector<TypedName>& i_names);
-
-/// Whether the service accepts a text as the name of a new file or folder.
-bool IsNameForService(std::wstring_view i_name);
 
 } // namespace Ui

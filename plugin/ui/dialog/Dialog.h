@@ -120,6 +120,7 @@ private:
     void RunCommand(Ui::DialogCommand i_command);
     bool CanRun(Ui::DialogCommand i_command) const;
     void NewFolder();
+    bool RefuseNewName(const std::wstring& i_title);
     void CreateFolder(const std::wstring& i_title);
     void Delete();
     void ChooseUser(IAFS_Name* i_folder);

@@ -10,9 +10,13 @@
 
 namespace Qorv {
 
+/// While another folder loads, what is selected in the listed one doesn't count any more.
 Ui::DialogContent Dialog::Content() const {
     TRACE_FUNCTION();
-    return {m_list->GetSelection(), m_is_selection_chosen, NameText(), m_is_name_typed};
+    Ui::DialogContent content{{}, m_is_selection_chosen, NameText(), m_is_name_typed};
+    if (!m_trail.IsLoading() || m_is_reload)
+        content.selection = m_list->GetSelection();
+    return content;
 }
 
 void Dialog::Confirm() {
@@ -74,7 +78,7 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
         SaveNew(i_decision.names.front());
         break;
     case Ui::Decision::Kind::refuse:
-        m_questions->TellWhyNot(i_decision.message_id, i_decision.text);
+        m_questions->TellWhyNot(i_decision.message_id, i_decision.text, i_decision.detail);
         break;
     }
 }
@@ -140,11 +144,13 @@ void Dialog::End() {
     m_pObj->EndModal(IDOK, nullptr);
 }
 
+/// Blanks alone count as nothing.
 std::wstring Dialog::NameText() const {
     TRACE_FUNCTION();
     Bstr text;
     m_items.m_name->get_Text(&text);
-    return std::wstring(text.View());
+    const bool is_blank = text.View().find_first_not_of(L' ') == std::wstring_view::npos;
+    return is_blank ? std::wstring() : std::wstring(text.View());
 }
 
 /// Shows the initial text of the name box: for Save, the name that the caller proposes.
@@ -153,6 +159,7 @@ void Dialog::ResetName() {
     const BSTR proposed = m_mode.is_open ? nullptr : m_parameters->InitialFileName.m_str;
     m_items.m_name->put_Text(proposed != nullptr ? proposed : L"");
     m_is_name_typed = proposed != nullptr;
+    UpdateOkCaption();
 }
 
 std::vector<Ui::TypedName> Dialog::GetNamesFromNameEditControl() {

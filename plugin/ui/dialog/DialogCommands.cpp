@@ -3,6 +3,7 @@
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
 #include "ui/dialog/Dialog.h"
+#include "ui/names/NewName.h"
 
 namespace Qorv {
 namespace {
@@ -96,15 +97,27 @@ void Dialog::NewFolder() {
     m_list->BeginNewFolder(title);
 }
 
+/// Tells the user what is wrong with a name for the shown folder, if anything is.
+bool Dialog::RefuseNewName(const std::wstring& i_title) {
+    TRACE_FUNCTION();
+    if (const auto fault = Ui::FaultOfNewName(i_title))
+        m_questions->TellWhyNot(fault->message_id, i_title, fault->characters);
+    else if (m_list->GetRows().FindTitle(i_title))
+        m_questions->TellWhyNot(L"db.msg.nameTaken", i_title);
+    else
+        return false;
+    return true;
+}
+
 void Dialog::OnNewFolderNamed(LONG) {
     TRACE_FUNCTION();
     const auto title = m_list->EndNewFolder();
     if (!title || title->empty() || !CanRun(Ui::DialogCommand::new_folder))
         return;
-    if (Ui::IsNameForService(*title))
+    if (!RefuseNewName(*title))
         CreateFolder(*title);
-    else
-        m_questions->TellWhyNot(L"db.msg.badName", *title);
+    else if (CanRun(Ui::DialogCommand::new_folder))
+        m_list->BeginNewFolder(*title); // To be mended.
 }
 
 void Dialog::CreateFolder(const std::wstring& i_title) {

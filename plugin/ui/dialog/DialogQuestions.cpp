@@ -21,9 +21,10 @@ DialogQuestions::DialogQuestions(Qorv::IQorv_Inst* i_host_instance, HWND i_windo
     TRACE_FUNCTION();
 }
 
-void DialogQuestions::TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name) const {
+void DialogQuestions::TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name,
+                                 const std::wstring& i_detail) const {
     TRACE_FUNCTION();
-    Ask(Text(i_text_id, {i_name}), Qorv::UIX_MsgBox_IconWarning, {L"db.btn.ok"});
+    Ask(Text(i_text_id, {i_name, i_detail}), Qorv::UIX_MsgBox_IconWarning, {L"db.btn.ok"});
 }
 
 void DialogQuestions::TellFailure(Qorv::PCStr i_text_id, const Failure& i_failure) const {

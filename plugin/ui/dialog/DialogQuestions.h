@@ -19,8 +19,8 @@ class DialogQuestions {
 public:
     DialogQuestions(Qorv::IQorv_Inst* i_host_instance, HWND i_window);
 
-    /// Says why something isn't done: a localized text with "%1" for the name.
-    void TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name) const;
+    /// Says why something isn't done: a localized text with "%1" for the name, and "%2" for what is wrong with it.
+    void TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name, const std::wstring& i_detail = {}) const;
 
     /// Says what failed: a localized text with "%1" for the failure.
     void TellFailure(Qorv::PCStr i_text_id, const Failure& i_failure) const;
