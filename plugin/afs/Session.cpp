@@ -20,7 +20,7 @@ namespace {
 
 HResultException SignInCanceled() {
     TRACE_FUNCTION();
-    return {L"The sign-in was cancelled", Qorv::ErrorCanceled};
+    return {L"The sign-in was canceled", Qorv::ErrorCanceled};
 }
 
 /// The account id as the service writes it: in the redirect of a sign-in it is percent-encoded ("dbid%3A...").

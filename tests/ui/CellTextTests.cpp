@@ -1,4 +1,5 @@
 #include "ui/list/CellText.h"
+#include "ui/list/CountText.h"
 
 #include "core/trace/Text.h"
 #include "dropbox/DateTime.h"
@@ -44,6 +45,10 @@ TEST_F(CellTextTest, TellsSizesAndDatesInTheUsersForm) {
         EXPECT_LT(text.size(), 12U) << ToUtf8(text);
     }
     EXPECT_EQ(L"", cells.Text(Row(L"Docs", L"", true), Ui::FileColumn::size));
+    row.size = 1;
+    EXPECT_EQ(L"1 byte", cells.Text(row, Ui::FileColumn::size));
+    EXPECT_EQ(L"999", Ui::CountText(999));
+    EXPECT_EQ(6U, Ui::CountText(10'000).size()) << "one separator, and no decimals";
 
     EXPECT_EQ(L"", cells.Text(row, Ui::FileColumn::date)) << "it is not known";
     row.modified = Dropbox::Utility::ParseDateTime(L"2015-05-12T15:50:38Z");

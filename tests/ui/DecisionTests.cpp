@@ -201,6 +201,18 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
     EXPECT_NE(nullptr, Typed(save, {L"A.pdf"}).names.front().name);
 }
 
+TEST_F(DecisionTest, IsLoggedAsASentence) {
+    const std::pair<Ui::Decision, const wchar_t*> rows[] = {
+        {Ui::DecideSelection(open_several, Selection({a_pdf, b_pdf})), L"INFORMATION: Choosing 2 names, 'a.pdf' first"},
+        {Ui::DecideSelection(open_several, Selection({docs, a_pdf})),
+         L"WARNING: Refusing 'Docs' because of db.msg.notAFile"},
+        {Ui::DecideWay(L"/x", m_rows), L"INFORMATION: The location '/x' is meant - going there"},
+        {Typed(save, {L"a.pdf"}), L"INFORMATION: The file 'a.pdf' exists - asking whether to replace it"},
+    };
+    for (const auto& [decision, sentence] : rows)
+        EXPECT_EQ(sentence, Ui::LogSentence(decision));
+}
+
 TEST_F(DecisionTest, TakesNoLikenessForTheNameThatIsMeant) {
     for (const wchar_t* const typed : {L"Strasse.pdf", L"STRASSE.pdf", L"Straße.pdf"}) {
         const Ui::Decision decision = Typed(save, {typed});

@@ -3,7 +3,9 @@
 #include "core/trace/Text.h"
 #include "support/ForwardingHost.h"
 #include "support/HostTest.h"
+#include "support/Log.h"
 #include "ui/dialog/DialogQuestions.h"
+#include "ui/list/CountText.h"
 
 namespace {
 
@@ -108,6 +110,20 @@ TEST_F(DialogQuestionsTest, SuggestsTheSafeAnswer) {
     m_ui->answer = 0;
     m_ui->result = E_FAIL;
     EXPECT_FALSE(m_questions->AskToDelete({&file})) << "nobody was asked";
+}
+
+TEST_F(DialogQuestionsTest, LogsTheAnswer) {
+    const Tests::LogCapture log;
+    m_ui->answer = 1;
+    m_questions->AskToReplace(L"a.pdf");
+    EXPECT_TRUE(log.Has("INFORMATION: '\"a.pdf\" already exists. Do you want to replace it?' was answered with "
+                        "'db.btn.cancel'"));
+}
+
+TEST_F(DialogQuestionsTest, CountsInTheUsersForm) {
+    const Ui::FileRow file = Row(L"a.pdf");
+    m_questions->AskToDelete(std::vector<const Ui::FileRow*>(10'000, &file));
+    EXPECT_TRUE(m_ui->text.find(Ui::CountText(10'000) + L" files") != std::wstring::npos) << ToUtf8(m_ui->text);
 }
 
 TEST_F(DialogQuestionsTest, SuggestsToTryAgain) {

@@ -60,6 +60,32 @@ Decision DecideFileToSave(const DialogMode& i_mode, const TypedName& i_name) {
 
 } // namespace
 
+std::wstring LogSentence(const Decision& i_decision) {
+    TRACE_FUNCTION();
+    const std::wstring name = i_decision.names.empty() ? std::wstring() : i_decision.names.front().text;
+    switch (i_decision.kind) {
+    case Kind::nothing:
+        return L"INFORMATION: Nothing is selected or typed - doing nothing";
+    case Kind::go_up:
+        return L"INFORMATION: The folder above is meant - going there";
+    case Kind::enter:
+        return L"INFORMATION: The folder '" + name + L"' is meant - going there";
+    case Kind::go_to:
+        return L"INFORMATION: The location '" + i_decision.text + L"' is meant - going there";
+    case Kind::choose_shown:
+        return L"INFORMATION: Nothing is selected or typed - choosing the shown folder";
+    case Kind::choose:
+        return L"INFORMATION: Choosing " + std::to_wstring(i_decision.names.size()) + L" names, '" + name + L"' first";
+    case Kind::ask_to_replace:
+        return L"INFORMATION: The file '" + name + L"' exists - asking whether to replace it";
+    case Kind::save_new:
+        return L"INFORMATION: The file '" + name + L"' is not listed - asking the service for it";
+    case Kind::refuse:
+        return L"WARNING: Refusing '" + i_decision.text + L"' because of " + i_decision.message_id;
+    }
+    return {};
+}
+
 bool MeansSelection(const DialogMode& i_mode, const DialogContent& i_content) {
     TRACE_FUNCTION();
     // Where files are opened, the folder left can only be entered again. Elsewhere something else would be chosen.

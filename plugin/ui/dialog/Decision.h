@@ -49,6 +49,9 @@ struct Decision {
     std::wstring detail{};               ///< "%2" in it.
 };
 
+/// A decision as a sentence for the log.
+std::wstring LogSentence(const Decision& i_decision);
+
 /// Whether OK means the selected rows, and not the name box.
 bool MeansSelection(const DialogMode& i_mode, const DialogContent& i_content);
 

@@ -21,12 +21,17 @@ Ui::DialogContent Dialog::Content() const {
 
 void Dialog::Confirm() {
     TRACE_FUNCTION();
-    if (m_trail.IsLoading())
+    if (m_trail.IsLoading()) {
+        TRACE_TEXT(L"INFORMATION: OK was pressed while a folder loads - waiting for it");
         m_is_ok_waiting = true;
+    }
     if (IsBusy())
         return;
     const Ui::DialogContent content = Content();
-    if (Ui::MeansSelection(m_mode, content))
+    const bool means_selection = Ui::MeansSelection(m_mode, content);
+    TRACE_TEXT(means_selection ? L"INFORMATION: OK means what is selected"
+                               : L"INFORMATION: OK means what the name box says");
+    if (means_selection)
         return Carry(Ui::DecideSelection(m_mode, content.selection));
     const Ui::Decision way = Ui::DecideWay(content.text, m_list->GetRows());
     if (way.kind == Ui::Decision::Kind::enter || way.kind == Ui::Decision::Kind::go_up)
@@ -50,6 +55,7 @@ void Dialog::ConfirmWhatWaits() {
 
 void Dialog::Carry(const Ui::Decision& i_decision) {
     TRACE_FUNCTION();
+    TRACE_TEXT(Ui::LogSentence(i_decision));
     switch (i_decision.kind) {
     case Ui::Decision::Kind::nothing:
         m_items.m_name->SetFocus();

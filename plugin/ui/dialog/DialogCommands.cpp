@@ -1,6 +1,7 @@
 // The commands of a dialog, which change what is in the account, or the account.
 
 #include "core/trace/Check.h"
+#include "core/trace/LogText.h"
 #include "qorv/Values.h"
 #include "ui/dialog/Dialog.h"
 #include "ui/names/NewName.h"
@@ -204,6 +205,7 @@ void Dialog::ShowAfterSignIn(const std::shared_ptr<ComPtr<IAFS_Name>>& i_folder,
 void Dialog::RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done) {
     TRACE_FUNCTION();
     CHECK_THROW(!IsBusy(), HResultException(E_UNEXPECTED));
+    TRACE_TEXT(FormatLogText(L"INFORMATION: Command begins: %ls", i_status_id));
     m_command.Begin(m_window, std::move(i_work), std::move(i_done));
     m_items.m_path->put_Text(Text(i_status_id).c_str());
     UpdateItems();
@@ -211,6 +213,11 @@ void Dialog::RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::Run
 
 void Dialog::OnCommandEnded(const Ui::RunningCommand::End& i_end) {
     TRACE_FUNCTION();
+    if (SUCCEEDED(i_end.failure.code))
+        TRACE_TEXT(L"INFORMATION: Command has ended well");
+    else
+        TRACE_TEXT(FormatLogText(L"WARNING: Command has failed with result 0x%08lX: %ls",
+                                 static_cast<unsigned long>(i_end.failure.code), i_end.failure.reason.words.c_str()));
     ShowPath(m_trail.GetFolder());
     UpdateItems();
     i_end.done(i_end.failure);

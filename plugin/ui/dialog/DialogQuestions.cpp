@@ -2,7 +2,8 @@
 
 #include "core/host/LocalizedText.h"
 #include "core/host/MessageBox.h"
-#include "core/trace/Trace.h"
+#include "core/trace/LogText.h"
+#include "ui/list/CountText.h"
 
 #include <algorithm>
 
@@ -45,8 +46,8 @@ bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) con
     if (i_rows.size() == 1)
         text = Text(has_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {i_rows.front()->title});
     else
-        text = Text(has_folder ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles", {std::to_wstring(i_rows.size())}) +
-               L"\n" + NamesOf(i_rows);
+        text = Text(has_folder ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles", {CountText(i_rows.size())}) + L"\n" +
+               NamesOf(i_rows);
     const bool is_much = has_folder || i_rows.size() >= many_items;
     return Ask(text, is_much ? Qorv::UIX_MsgBox_IconWarning : Qorv::UIX_MsgBox_IconQuestion,
                {L"db.btn.delete", L"db.btn.cancel"}, no) == yes;
@@ -70,9 +71,11 @@ ULONG DialogQuestions::Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_ic
     TRACE_FUNCTION();
     const ULONG last = static_cast<ULONG>(i_buttons.size()) - 1;
     ULONG answer = last;
-    return SUCCEEDED(ShowMessageBox(m_host_instance, i_text, i_icon, i_buttons, answer, m_window, i_default_button))
-               ? answer
-               : last;
+    if (FAILED(ShowMessageBox(m_host_instance, i_text, i_icon, i_buttons, answer, m_window, i_default_button)) ||
+        answer > last)
+        answer = last;
+    TRACE_TEXT(FormatLogText(L"INFORMATION: '%ls' was answered with '%ls'", i_text.c_str(), i_buttons.begin()[answer]));
+    return answer;
 }
 
 std::wstring DialogQuestions::Text(Qorv::PCStr i_id, std::initializer_list<std::wstring_view> i_arguments) const {
@@ -86,7 +89,7 @@ std::wstring DialogQuestions::NamesOf(const std::vector<const FileRow*>& i_rows)
     for (std::size_t i = 0; i < std::min(i_rows.size(), most_names); ++i)
         names += L"\n" + i_rows[i]->title;
     if (i_rows.size() > most_names)
-        names += L"\n" + Text(L"db.msg.more", {std::to_wstring(i_rows.size() - most_names)});
+        names += L"\n" + Text(L"db.msg.more", {CountText(i_rows.size() - most_names)});
     return names;
 }
 

@@ -1,6 +1,6 @@
 #include "ui/dialog/FolderTrail.h"
 
-#include "core/trace/Trace.h"
+#include "core/trace/LogText.h"
 #include "ui/folder/NamePath.h"
 
 namespace Ui {
@@ -162,6 +162,9 @@ void FolderTrail::OnLoadFailed(const Failure& i_failure) {
         return;
     const Qorv::ComPtr<Qorv::IAFS_Name> failed_folder = m_folder;
     Arrival arrival = std::exchange(m_arrival, {});
+    TRACE_TEXT(FormatLogText(L"WARNING: Loading a folder failed with result 0x%08lX - %ls",
+                             static_cast<unsigned long>(i_failure.code),
+                             m_shown.folder != nullptr ? L"staying in the one before" : L"there is none before"));
     if (m_shown.folder != nullptr) {
         m_state = State::shown;
         m_folder = m_shown.folder;

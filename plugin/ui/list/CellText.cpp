@@ -10,9 +10,11 @@
 namespace Ui {
 namespace {
 
-/// A size as the system writes sizes: "1.17 MB".
-std::wstring SizeText(ULONGLONG i_size) {
+/// A size as the system writes sizes: "1.17 MB". The system knows no singular.
+std::wstring SizeText(ULONGLONG i_size, const std::wstring& i_one_byte) {
     TRACE_FUNCTION();
+    if (i_size == 1)
+        return i_one_byte;
     std::array<wchar_t, 64> text{};
     StrFormatByteSizeW(static_cast<LONGLONG>(i_size), text.data(), static_cast<UINT>(text.size()));
     return text.data();
@@ -41,6 +43,7 @@ CellText::CellText(Qorv::IQorv_Inst* host_instance, const TIME_ZONE_INFORMATION*
     : m_time_zone(i_time_zone)
     , m_folder(FormatString(host_instance, L"db.kind.folder"))
     , m_file(FormatString(host_instance, L"db.kind.file"))
+    , m_one_byte(FormatString(host_instance, L"db.str.oneByte"))
     , m_extension_file(FormatString(host_instance, L"db.kind.extension")) {
     TRACE_FUNCTION();
 }
@@ -51,7 +54,7 @@ std::wstring CellText::Text(const FileRow& i_row, FileColumn i_column) const {
     case FileColumn::name:
         return i_row.title;
     case FileColumn::size:
-        return i_row.is_folder ? std::wstring() : SizeText(i_row.size);
+        return i_row.is_folder ? std::wstring() : SizeText(i_row.size, m_one_byte);
     case FileColumn::kind:
         return Kind(i_row);
     case FileColumn::date:

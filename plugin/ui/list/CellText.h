@@ -23,6 +23,7 @@ private:
     const TIME_ZONE_INFORMATION* m_time_zone;
     std::wstring m_folder;
     std::wstring m_file;
+    std::wstring m_one_byte;
     std::wstring m_extension_file; ///< With "%1" in the place of the extension.
 };
 
