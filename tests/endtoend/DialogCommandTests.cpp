@@ -55,6 +55,76 @@ TEST_F(DialogCommandTest, MakesNoFolderWithoutAGoodName) {
     EXPECT_EQ(std::distance(fs::directory_iterator(Service::LocalPath(L"/")), fs::directory_iterator()), 2);
 }
 
+TEST_F(DialogCommandTest, RenamesInPlace) {
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  key F2
+                  edit b.pdf
+                  key Enter
+                  text There is already something named "b.pdf" here
+                  press OK
+                  edit what?
+                  key Enter
+                  text A name in Dropbox can't contain ?
+                  press OK
+                  edit renamed.pdf
+                  key Enter
+                  gone a.pdf
+                  text renamed.pdf
+                  menu Rename
+                  edit given up.pdf
+                  key Esc
+                  gone given up
+                  row Inner
+                  menu Rename
+                  edit Other
+                  key Enter
+                  open Other
+                  text deep.pdf
+                  key Alt+Up
+                  row renamed.pdf
+                  press Open)"),
+              L"/Documents/renamed.pdf");
+    EXPECT_TRUE(Exists(L"/Documents/renamed.pdf"));
+    EXPECT_FALSE(Exists(L"/Documents/a.pdf"));
+    EXPECT_TRUE(Exists(L"/Documents/Other/deep.pdf"));
+}
+
+TEST_F(DialogCommandTest, TellsWhyARenameFailed) {
+    Service::AddFault(R"({"path": "2/files/move", "status": 503})");
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  row a.pdf
+                  key F2
+                  edit x.pdf
+                  key Enter
+                  text "a.pdf" wasn't renamed
+                  press OK
+                  open a.pdf)"),
+              L"/Documents/a.pdf");
+}
+
+TEST_F(DialogCommandTest, HasKeysForItsItemsAndCommands) {
+    EXPECT_EQ(Open({L"/Documents"}, R"(
+                  text a.pdf
+                  key Ctrl+Shift+N
+                  edit Keys
+                  key Enter
+                  text Keys
+                  key Alt+N
+                  type b.pdf
+                  key Alt+O)"),
+              L"/Documents/b.pdf");
+    EXPECT_TRUE(Exists(L"/Documents/Keys"));
+    Then([] { MakeFile(L"/Documents/from somebody.txt"); }, R"(
+        key Ctrl+R
+        text from somebody.txt
+        key Alt+T Down
+        text b.pdf
+        key Alt+L End Enter)");
+    EXPECT_EQ(Open({L"/Documents", L"--filters", L"Texts|*.txt|PDF files|*.pdf|"}, "text c.txt"),
+              L"/Documents/b.pdf");
+}
+
 TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
     EXPECT_EQ(Open({L"/Documents"}, R"(
                   row a.pdf

@@ -290,7 +290,8 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
               L"/what.pdf"},
              {"blanks alone are no name",
               {},
-              "text start.pdf \n focus ed.name \n key Space Space \n press btn.ok \n row Documents \n press Open \n text Inner \n"
+              "text start.pdf \n focus ed.name \n key Space Space \n press btn.ok \n row Documents \n press Open \n "
+              "text Inner \n"
               "fill ed.name x.pdf \n press Save",
               L"/Documents/x.pdf"},
          }) {
@@ -356,6 +357,10 @@ TEST_F(SaveDialogTest, GoesIntoAFolderThatWasJustMade) {
                   gone start.pdf
                   press Save)"),
               L"/Made/New.pdf");
+}
+
+TEST_F(SaveDialogTest, BeginsWithTheStemOfTheNameSelected) {
+    EXPECT_EQ(Save({L"--name", L"Old name.pdf"}, "text start.pdf \n type New \n key Enter"), L"/New.pdf");
 }
 
 TEST_F(SaveDialogTest, SaysWhatItsButtonWillDo) {

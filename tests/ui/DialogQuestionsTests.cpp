@@ -128,7 +128,7 @@ TEST_F(DialogQuestionsTest, CountsInTheUsersForm) {
 
 TEST_F(DialogQuestionsTest, SuggestsToTryAgain) {
     EXPECT_EQ(Ui::FailureAnswer::try_again, m_questions->AskAfterLoadFailure(L"Dropbox", {E_FAIL, {}}));
-    EXPECT_EQ(L"Try again", m_ui->default_button);
+    EXPECT_EQ(L"&Try again", m_ui->default_button);
 }
 
 } // namespace

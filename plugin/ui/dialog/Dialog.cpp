@@ -112,7 +112,8 @@ HRESULT Dialog::InitFilter() {
     CHECK_HRESULT(m_items.m_filter_combo->get_Count(&count));
     if (m_parameters->FileFilterIndex >= 0 && m_parameters->FileFilterIndex < count)
         CHECK_HRESULT(m_items.m_filter_combo->put_SelItem(m_parameters->FileFilterIndex));
-    CHECK_HRESULT(m_items.m_filter->put_IsVisible(VariantBool(count > 0 && !m_mode.chooses_folder)));
+    m_has_types = count > 0 && !m_mode.chooses_folder;
+    CHECK_HRESULT(m_items.m_filter->put_IsVisible(VariantBool(m_has_types)));
     return TRACE_RESULT(S_OK);
 }
 
@@ -135,7 +136,7 @@ HRESULT Dialog::InitWindow() {
         m_is_name_typed = true;
     }
     CHECK_HRESULT((m_mode.is_open ? m_items.m_list : m_items.m_name)->SetFocus());
-    CHECK_HRESULT(m_items.m_name_edit->SelectText(0, -1));
+    SelectStem();
 
     m_keys = Create<Ui::KeyCommands>(m_window, m_items.m_list, m_items.m_filter,
                                      [this](Ui::DialogCommand i_command) { Handle([&] { RunCommand(i_command); }); });
@@ -199,7 +200,7 @@ void Dialog::UpdateItems() {
     if (m_pObj == nullptr)
         return;
     for (const Ui::CommandRow& row : Ui::DialogCommands())
-        if (row.text_id != nullptr)
+        if (row.image != nullptr)
             m_items.m_commands->put_IsCommandEnabled(static_cast<LONG>(row.command), VariantBool(CanRun(row.command)));
     Enable(m_items.m_ok, !m_command.IsRunning(), m_items.m_list);
     Enable(m_items.m_choose_user, !IsBusy(), m_items.m_list);

@@ -74,7 +74,7 @@ private:
     void OnSelectionChanged(LONG i_detail);
     void OnRowActivated(LONG i_row);
     void OnColumnClicked(LONG i_column);
-    void OnNewFolderNamed(LONG i_row);
+    void OnRowEdited(LONG i_row);
     void OnContextMenu(LONG i_place);
     void OnFilterChanged(LONG i_detail);
     void OnNameChanged(LONG i_detail);
@@ -113,6 +113,7 @@ private:
     void End();
     std::wstring NameText() const;
     void ResetName();
+    void SelectStem();
     std::vector<Ui::TypedName> GetNamesFromNameEditControl();
     void AddDefaultExtension(std::wstring& io_name, const Ui::DialogParameters& parameters);
 
@@ -120,7 +121,10 @@ private:
     void RunCommand(Ui::DialogCommand i_command);
     bool CanRun(Ui::DialogCommand i_command) const;
     void NewFolder();
-    bool RefuseNewName(const std::wstring& i_title);
+    void Rename();
+    void OnNewFolderNamed(const std::wstring& i_title);
+    void OnRenamed(const std::wstring& i_title);
+    bool RefuseNewName(const std::wstring& i_title, const Ui::FileRow* i_own_row = nullptr);
     void CreateFolder(const std::wstring& i_title);
     void Delete();
     void ChooseUser(IAFS_Name* i_folder);
@@ -153,6 +157,7 @@ private:
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 
+    bool m_has_types = false;          ///< The combo of file types is shown.
     bool m_is_reload = false;          ///< The running load is that of the listed folder.
     bool m_is_ok_waiting = false;      ///< OK was pressed while a folder loads.
     bool m_is_selection_chosen = true; ///< By the user, not by the dialog.

@@ -11,10 +11,20 @@ constexpr CommandRow rows[] = {
      L"db.cmd.up",
      &DialogUi::m_up,
      {{{WM_SYSKEYDOWN, VK_UP, KeyPlace::all_but_combo}, {WM_KEYDOWN, VK_BACK, KeyPlace::list}}}},
-    {DialogCommand::new_folder, L"db.cmd.newFolder", &DialogUi::m_new_folder, {}},
+    {DialogCommand::new_folder,
+     L"db.cmd.newFolder",
+     &DialogUi::m_new_folder,
+     {{{WM_KEYDOWN, 'N', KeyPlace::everywhere, true, true}}}},
+    {DialogCommand::rename, L"db.cmd.rename", nullptr, {{{WM_KEYDOWN, VK_F2, KeyPlace::list}}}},
     {DialogCommand::delete_items, L"db.cmd.delete", &DialogUi::m_delete, {{{WM_KEYDOWN, VK_DELETE, KeyPlace::list}}}},
-    {DialogCommand::refresh, L"db.cmd.refresh", &DialogUi::m_refresh, {{{WM_KEYDOWN, VK_F5, KeyPlace::everywhere}}}},
+    {DialogCommand::refresh,
+     L"db.cmd.refresh",
+     &DialogUi::m_refresh,
+     {{{WM_KEYDOWN, VK_F5, KeyPlace::everywhere}, {WM_KEYDOWN, 'R', KeyPlace::everywhere, true}}}},
     {DialogCommand::select_all, nullptr, nullptr, {{{WM_KEYDOWN, 'A', KeyPlace::list, true}}}},
+    {DialogCommand::focus_name, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'N', KeyPlace::everywhere}}}},
+    {DialogCommand::focus_types, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'T', KeyPlace::everywhere}}}},
+    {DialogCommand::focus_list, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'L', KeyPlace::everywhere}}}},
 };
 
 } // namespace
@@ -24,15 +34,17 @@ std::span<const CommandRow> DialogCommands() noexcept {
     return rows;
 }
 
-CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui) {
+CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui, Place i_place) {
     TRACE_FUNCTION();
     m_texts.reserve(std::size(rows)); // They must not move: the commands point to them.
     for (const CommandRow& row : rows) {
-        if (row.text_id == nullptr)
+        const bool is_here = i_place == Place::bar ? row.image != nullptr : row.text_id != nullptr;
+        if (!is_here)
             continue;
         const std::wstring& text = m_texts.emplace_back(FormatString(i_host_instance, row.text_id));
-        m_commands.push_back(
-            {.id = static_cast<LONG>(row.command), .text = text.c_str(), .image = (i_ui.*row.image).Get()});
+        m_commands.push_back({.id = static_cast<LONG>(row.command),
+                              .text = text.c_str(),
+                              .image = row.image != nullptr ? (i_ui.*row.image).Get() : nullptr});
     }
 }
 

@@ -18,6 +18,10 @@ enum class DialogCommand : LONG {
     delete_items = 3,
     refresh = 4,
     select_all = 5,
+    rename = 6,
+    focus_name = 7,
+    focus_types = 8,
+    focus_list = 9,
 };
 
 /// Where a key runs a command; elsewhere it belongs to the item.
@@ -28,23 +32,25 @@ struct CommandKey {
     WPARAM code = 0;
     KeyPlace place = KeyPlace::everywhere;
     bool is_with_ctrl = false;
+    bool is_with_shift = false; ///< Otherwise Shift makes no difference.
 };
 
 /// Everything about a command except what it does.
 struct CommandRow {
     DialogCommand command;
     Qorv::PCStr text_id;                             ///< Null for a command in neither the bar nor the menu.
-    Qorv::ComPtr<Qorv::IUIX_Image> DialogUi::*image; ///< Null for none.
+    Qorv::ComPtr<Qorv::IUIX_Image> DialogUi::*image; ///< Null for a command that isn't in the bar.
     std::array<CommandKey, 2> keys;
 };
 
 /// Every command, in the order of bar and menu.
 std::span<const CommandRow> DialogCommands() noexcept;
 
-/// The commands of bar and menu as the host takes them. The UI service outlives it.
+/// The commands of bar or menu as the host takes them. The UI service outlives it.
 class CommandSet {
 public:
-    CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui);
+    enum class Place { bar, menu };
+    CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui, Place i_place);
     CommandSet(const CommandSet&) = delete;
     CommandSet& operator=(const CommandSet&) = delete;
 

@@ -58,6 +58,9 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
     case Ui::DialogCommand::new_folder:
         NewFolder();
         break;
+    case Ui::DialogCommand::rename:
+        Rename();
+        break;
     case Ui::DialogCommand::delete_items:
         Delete();
         break;
@@ -68,11 +71,24 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
         m_list->SelectAll();
         OnSelectionChanged(0);
         break;
+    case Ui::DialogCommand::focus_name:
+        m_items.m_name->SetFocus();
+        break;
+    case Ui::DialogCommand::focus_types:
+        m_items.m_filter->SetFocus();
+        break;
+    case Ui::DialogCommand::focus_list:
+        m_items.m_list->SetFocus();
+        break;
     }
 }
 
 bool Dialog::CanRun(Ui::DialogCommand i_command) const {
     TRACE_FUNCTION();
+    if (i_command == Ui::DialogCommand::focus_name || i_command == Ui::DialogCommand::focus_list)
+        return true;
+    if (i_command == Ui::DialogCommand::focus_types)
+        return m_has_types;
     if (IsBusy() || !m_trail.IsConnected())
         return false;
     switch (i_command) {
@@ -82,10 +98,14 @@ bool Dialog::CanRun(Ui::DialogCommand i_command) const {
         return m_trail.IsShown();
     case Ui::DialogCommand::delete_items:
         return m_trail.IsShown() && m_list->IsItemSelected();
+    case Ui::DialogCommand::rename:
+        return m_trail.IsShown() && m_list->IsItemSelected() && m_list->GetSelection().size() == 1;
     case Ui::DialogCommand::refresh:
         return m_trail.GetFolder() != nullptr;
     case Ui::DialogCommand::select_all:
         return m_trail.IsShown() && m_mode.is_open && m_mode.allows_several;
+    default:
+        break;
     }
     return false;
 }
@@ -98,27 +118,75 @@ void Dialog::NewFolder() {
     m_list->BeginNewFolder(title);
 }
 
-/// Tells the user what is wrong with a name for the shown folder, if anything is.
-bool Dialog::RefuseNewName(const std::wstring& i_title) {
+void Dialog::OnRowEdited(LONG) {
+    TRACE_FUNCTION();
+    const bool is_new_folder = m_list->IsNamingNewFolder();
+    const auto title = m_list->EndNaming();
+    if (!title || title->empty() || IsBusy())
+        return;
+    if (is_new_folder)
+        OnNewFolderNamed(*title);
+    else
+        OnRenamed(*title);
+}
+
+void Dialog::Rename() {
+    TRACE_FUNCTION();
+    m_list->BeginRename(m_list->GetSelection().front()->title);
+}
+
+void Dialog::OnRenamed(const std::wstring& i_title) {
+    TRACE_FUNCTION();
+    if (!CanRun(Ui::DialogCommand::rename))
+        return;
+    const Ui::FileRow& row = *m_list->GetSelection().front();
+    if (i_title == row.title)
+        return;
+    if (RefuseNewName(i_title, &row)) {
+        if (CanRun(Ui::DialogCommand::rename))
+            m_list->BeginRename(i_title); // To be mended.
+        return;
+    }
+    ComPtr<IAFS_Name> new_name;
+    if (FAILED(m_context.file_system->StringToName(i_title.c_str(), 0, m_trail.GetFolder(), &new_name)))
+        return m_questions->TellWhyNot(L"db.msg.badName", i_title);
+    const auto rename = [file_system = m_context.file_system, name = row.name,
+                         new_name](IQorv_CancelFlag* i_stop_flag) {
+        return file_system->Rename(name, new_name, nullptr, i_stop_flag);
+    };
+    const bool is_chosen = Ui::MeansSelection(m_mode, Content());
+    RunOnWorker(L"db.msg.renaming", rename, [=, this, name = row.name, old = row.title](const Ui::Failure& i_failure) {
+        if (FAILED(i_failure.code)) {
+            m_questions->TellWhyNot(L"db.msg.renameFailed", old, Ui::FailureText(m_context.host_instance, i_failure));
+            return m_trail.Reload();
+        }
+        m_trail.Forget({name}); // It is listed under its old title.
+        m_list->Remove({name});
+        m_trail.Reload({.selected_title = i_title, .is_selection_chosen = is_chosen});
+    });
+}
+
+/// Tells the user what is wrong with a name for the shown folder, if anything is. An item may get its own name in other
+/// letters.
+bool Dialog::RefuseNewName(const std::wstring& i_title, const Ui::FileRow* i_own_row) {
     TRACE_FUNCTION();
     if (const auto fault = Ui::FaultOfNewName(i_title))
         m_questions->TellWhyNot(fault->message_id, i_title, fault->characters);
-    else if (m_list->GetRows().FindTitle(i_title))
+    else if (const auto row = m_list->GetRows().FindTitle(i_title); row && &m_list->GetRows()[*row] != i_own_row)
         m_questions->TellWhyNot(L"db.msg.nameTaken", i_title);
     else
         return false;
     return true;
 }
 
-void Dialog::OnNewFolderNamed(LONG) {
+void Dialog::OnNewFolderNamed(const std::wstring& i_title) {
     TRACE_FUNCTION();
-    const auto title = m_list->EndNewFolder();
-    if (!title || title->empty() || !CanRun(Ui::DialogCommand::new_folder))
+    if (!CanRun(Ui::DialogCommand::new_folder))
         return;
-    if (!RefuseNewName(*title))
-        CreateFolder(*title);
+    if (!RefuseNewName(i_title))
+        CreateFolder(i_title);
     else if (CanRun(Ui::DialogCommand::new_folder))
-        m_list->BeginNewFolder(*title); // To be mended.
+        m_list->BeginNewFolder(i_title); // To be mended.
 }
 
 void Dialog::CreateFolder(const std::wstring& i_title) {

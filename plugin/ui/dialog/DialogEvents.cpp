@@ -20,7 +20,7 @@ const Dialog::ItemEvent Dialog::item_events[] = {
     {Ui::files_list_id, UIX_ItemEvent_SelectionChanged, &Dialog::OnSelectionChanged},
     {Ui::files_list_id, UIX_ItemEvent_Activated, &Dialog::OnRowActivated},
     {Ui::files_list_id, UIX_ItemEvent_ColumnClicked, &Dialog::OnColumnClicked},
-    {Ui::files_list_id, UIX_ItemEvent_RowEdited, &Dialog::OnNewFolderNamed},
+    {Ui::files_list_id, UIX_ItemEvent_RowEdited, &Dialog::OnRowEdited},
     {Ui::files_list_id, UIX_ItemEvent_ContextMenu, &Dialog::OnContextMenu},
     {Ui::filter_combo_id, UIX_ItemEvent_Changed, &Dialog::OnFilterChanged},
     {Ui::name_edit_id, UIX_ItemEvent_Changed, &Dialog::OnNameChanged},
@@ -135,7 +135,7 @@ void Dialog::OnColumnClicked(LONG i_column) {
 
 void Dialog::OnContextMenu(LONG i_place) {
     TRACE_FUNCTION();
-    Ui::CommandSet commands(m_context.host_instance, m_context.ui);
+    Ui::CommandSet commands(m_context.host_instance, m_context.ui, Ui::CommandSet::Place::menu);
     for (const Ui::CommandRow& row : Ui::DialogCommands())
         commands.Enable(row.command, CanRun(row.command));
     // Signed: a screen may lie to the left of the first one.

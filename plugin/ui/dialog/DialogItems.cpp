@@ -38,7 +38,7 @@ HRESULT DialogItems::Find(Qorv::IUIX_Obj* i_object, Qorv::IQorv_Inst* i_host_ins
     CHECK_HRESULT(FindItem(i_object, settings_button_id, m_settings));
     CHECK_HRESULT(FindItem(i_object, ok_button_id, m_ok));
     CHECK_HRESULT(FindItem(i_object, cancel_button_id, m_cancel));
-    const CommandSet commands(i_host_instance, i_ui);
+    const CommandSet commands(i_host_instance, i_ui, CommandSet::Place::bar);
     CHECK_HRESULT(i_object->AddCommandBar(command_bar_id, path_label_id, commands.GetCommands(), commands.GetCount(),
                                           &m_commands));
     return TRACE_RESULT(S_OK);

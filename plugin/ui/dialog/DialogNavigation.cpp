@@ -81,8 +81,8 @@ void Dialog::SelectItem(const std::wstring& i_title, bool i_is_chosen) {
         m_is_selection_chosen = i_is_chosen;
         // OK still means the name, unless the row is the user's choice.
         m_is_name_typed = !i_is_chosen && !m_mode.is_open && !NameText().empty();
-        if (i_is_chosen && m_mode.chooses_folder)
-            m_items.m_name->put_Text(SelectedNames().c_str());
+        if (const std::wstring names = SelectedNames(); i_is_chosen && !names.empty())
+            m_items.m_name->put_Text(names.c_str());
     }
     UpdateItems();
 }
@@ -112,6 +112,7 @@ void Dialog::OnStartFileReached(const std::wstring& i_title) {
     if (m_mode.chooses_folder || !NameText().empty())
         return UpdateItems();
     m_items.m_name->put_Text(i_title.c_str());
+    SelectStem();
     m_is_name_typed = !is_listed || !m_mode.is_open;
     UpdateItems();
 }

@@ -11,9 +11,9 @@ bool HasFocus(Qorv::IUIX_Item* i_item) noexcept {
     return i_item != nullptr && SUCCEEDED(i_item->get_HasFocus(&has_focus)) && has_focus != VARIANT_FALSE;
 }
 
-bool IsCtrlDown() noexcept {
+bool IsDown(int i_key) noexcept {
     TRACE_FUNCTION();
-    return GetKeyState(VK_CONTROL) < 0;
+    return GetKeyState(i_key) < 0;
 }
 
 } // namespace
@@ -40,8 +40,8 @@ std::optional<DialogCommand> KeyCommands::CommandOf(const MSG& i_message) const 
     TRACE_FUNCTION();
     for (const CommandRow& row : DialogCommands())
         for (const CommandKey& key : row.keys)
-            if (i_message.message == key.message && i_message.wParam == key.code && key.is_with_ctrl == IsCtrlDown() &&
-                IsIn(key.place))
+            if (i_message.message == key.message && i_message.wParam == key.code &&
+                key.is_with_ctrl == IsDown(VK_CONTROL) && (!key.is_with_shift || IsDown(VK_SHIFT)) && IsIn(key.place))
                 return row.command;
     return std::nullopt;
 }

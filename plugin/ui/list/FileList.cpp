@@ -62,7 +62,7 @@ void FileList::SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folder
 
 HRESULT FileList::Empty(const std::wstring& i_text) {
     TRACE_FUNCTION();
-    m_new_folder.reset();
+    m_naming.reset();
     m_rows.Clear();
     CHECK_HRESULT(m_control->put_EmptyText(i_text.c_str()));
     CHECK_HRESULT(m_control->put_RowCount(0));
@@ -72,8 +72,8 @@ HRESULT FileList::Empty(const std::wstring& i_text) {
 
 HRESULT FileList::BeginLoading(const std::wstring& i_text) {
     TRACE_FUNCTION();
-    if (m_new_folder)
-        CHECK_HRESULT(ShowRows({})); // Without the row that is being named.
+    if (m_naming)
+        CHECK_HRESULT(ShowRows(RememberSelection())); // Without what is being typed.
     CHECK_HRESULT(m_control->put_EmptyText(i_text.c_str()));
     CHECK_HRESULT(m_control->put_IsBusy(VARIANT_TRUE));
     return TRACE_RESULT(S_OK);
@@ -140,7 +140,7 @@ FileList::Selection FileList::RememberSelection() const {
 /// Shows the rows as they are now, with the same ones selected as before.
 HRESULT FileList::ShowRows(const Selection& i_selection) {
     TRACE_FUNCTION();
-    m_new_folder.reset();
+    m_naming.reset();
     const LONG count = static_cast<LONG>(m_rows.size());
     CHECK_HRESULT(m_control->put_RowCount(count));
     const std::unordered_set<std::wstring_view> titles(i_selection.titles.begin(), i_selection.titles.end());
@@ -233,26 +233,36 @@ HRESULT FileList::BeginNewFolder(const std::wstring& i_title) {
     TRACE_FUNCTION();
     const LONG row = static_cast<LONG>(m_rows.size());
     CHECK_HRESULT(m_control->put_RowCount(row + 1));
-    m_new_folder = i_title;
+    m_naming = Naming{row, i_title};
     CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
     CHECK_HRESULT(m_control->put_FocusedRow(row));
     CHECK_HRESULT(m_control->EditRow(row));
     return TRACE_RESULT(S_OK);
 }
 
-std::optional<std::wstring> FileList::EndNewFolder() {
+HRESULT FileList::BeginRename(const std::wstring& i_title) {
     TRACE_FUNCTION();
-    if (!std::exchange(m_new_folder, std::nullopt))
+    LONG row = no_row;
+    CHECK_HRESULT(m_control->GetNextSelected(no_row, &row));
+    CHECK_RETURN(GetRow(row) != nullptr, E_UNEXPECTED);
+    m_naming = Naming{row, i_title};
+    CHECK_HRESULT(m_control->EditRow(row));
+    return TRACE_RESULT(S_OK);
+}
+
+bool FileList::IsNamingNewFolder() const noexcept {
+    TRACE_FUNCTION();
+    return m_naming && static_cast<std::size_t>(m_naming->row) == m_rows.size();
+}
+
+std::optional<std::wstring> FileList::EndNaming() {
+    TRACE_FUNCTION();
+    if (!m_naming)
         return std::nullopt;
     Qorv::Bstr text;
     const bool is_named = m_control->get_EditedText(&text) == S_OK;
-    ShowRows({});
+    ShowRows(RememberSelection());
     return is_named ? std::optional(std::wstring(text.View())) : std::nullopt;
-}
-
-bool FileList::IsNewFolder(LONG i_row) const noexcept {
-    TRACE_FUNCTION();
-    return m_new_folder && i_row >= 0 && static_cast<std::size_t>(i_row) == m_rows.size();
 }
 
 HRESULT STDMETHODCALLTYPE FileList::GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept {
@@ -261,9 +271,9 @@ HRESULT STDMETHODCALLTYPE FileList::GetCellText(LONG i_row, LONG i_column, BSTR*
         CHECK_RETURN(o_text != nullptr, E_POINTER);
         *o_text = nullptr;
         std::wstring text;
-        if (IsNewFolder(i_row)) {
-            text = i_column == static_cast<LONG>(FileColumn::name) ? *m_new_folder : std::wstring();
-        } else {
+        if (m_naming && i_row == m_naming->row && i_column == static_cast<LONG>(FileColumn::name)) {
+            text = m_naming->title;
+        } else if (!IsNamingNewFolder() || i_row != m_naming->row) {
             const FileRow* const row = GetRow(i_row);
             CHECK_RETURN(row != nullptr, E_INVALIDARG);
             text = m_cell_text.Text(*row, static_cast<FileColumn>(i_column));

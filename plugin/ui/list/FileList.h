@@ -57,8 +57,11 @@ public:
 
     /// Adds a row for a new folder at the end, and lets the user type its name there.
     HRESULT BeginNewFolder(const std::wstring& i_title);
-    /// Removes that row again. Returns what the user typed; no value if there was no such row or the user gave up.
-    std::optional<std::wstring> EndNewFolder();
+    /// Lets the user type another name, which begins as the given one, for the one row that is selected.
+    HRESULT BeginRename(const std::wstring& i_title);
+    bool IsNamingNewFolder() const noexcept;
+    /// Shows the rows without what was typed, and returns that; no value if no name was typed or the user gave up.
+    std::optional<std::wstring> EndNaming();
 
     HRESULT STDMETHODCALLTYPE GetCellText(LONG i_row, LONG i_column, BSTR* o_text) noexcept override;
     HRESULT STDMETHODCALLTYPE GetRowImage(LONG i_row, Qorv::IUIX_Image** o_image) noexcept override;
@@ -75,7 +78,6 @@ private:
     Selection RememberSelection() const;
     HRESULT ShowRows(const Selection& i_selection);
     HRESULT ShowContentText();
-    bool IsNewFolder(LONG i_row) const noexcept;
 
     Qorv::ComPtr<Qorv::IQorv_Inst> m_host_instance;
     Qorv::ComPtr<Qorv::IUIX_List> m_control;
@@ -84,7 +86,12 @@ private:
     FileRows m_rows;
     FileColumn m_sort_column = FileColumn::name;
     bool m_is_descending = false;
-    std::optional<std::wstring> m_new_folder; ///< The text of the row that is being named.
+
+    struct Naming {
+        LONG row; ///< One behind the last for a new folder.
+        std::wstring title;
+    };
+    std::optional<Naming> m_naming; ///< What is being named in place.
 };
 
 } // namespace Ui
