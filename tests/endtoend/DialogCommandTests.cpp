@@ -121,8 +121,7 @@ TEST_F(DialogCommandTest, HasKeysForItsItemsAndCommands) {
         key Alt+T Down
         text b.pdf
         key Alt+L End Enter)");
-    EXPECT_EQ(Open({L"/Documents", L"--filters", L"Texts|*.txt|PDF files|*.pdf|"}, "text c.txt"),
-              L"/Documents/b.pdf");
+    EXPECT_EQ(Open({L"/Documents", L"--filters", L"Texts|*.txt|PDF files|*.pdf|"}, "text c.txt"), L"/Documents/b.pdf");
 }
 
 TEST_F(DialogCommandTest, DeletesWhatTheUserAgreesTo) {
