@@ -66,10 +66,10 @@ void Delete(Shell& io_shell, Qorv::IAFS_Name* i_name, const std::wstring& i_path
     operation.Check(io_shell.FileSystem().Delete(i_name, operation.Details(), operation.Cancel()));
 }
 
-/// The new location of a rename: a bare title stays in the same folder.
+/// The new location of a rename, which stays in the same folder. Throws a `Failure` for a path.
 std::wstring RenamedText(const Place& i_place, const std::wstring& i_new_name) {
     if (i_new_name.find(L'/') != i_new_name.npos)
-        return i_new_name;
+        throw Failure(E_INVALIDARG, i_new_name + L": a name can't have a \"/\"; to move a file: qorvhost mv");
     const std::wstring location = LocationOf(i_place.name);
     return location.substr(0, location.find_last_of(L'/') + 1) + i_new_name;
 }

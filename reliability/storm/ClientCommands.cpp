@@ -267,10 +267,10 @@ void Client::Relocate() {
     const std::string to = PickPath();
     if (!from || *from == to)
         return;
-    const std::string verb = m_dice.Pick({"mv", "cp", "rename"});
-    // A rename takes either a bare name within the folder or a whole path.
-    const bool is_bare = verb == "rename" && ParentOf(*from) == ParentOf(to);
-    const std::string target = is_bare ? "\"" + to.substr(to.rfind('/') + 1) + "\"" : Location(to);
+    std::string verb = m_dice.Pick({"mv", "cp", "rename"});
+    if (verb == "rename" && ParentOf(*from) != ParentOf(to))
+        verb = "mv"; // A rename takes a bare name within the folder.
+    const std::string target = verb == "rename" ? "\"" + to.substr(to.rfind('/') + 1) + "\"" : Location(to);
     const Answer answer = Run(verb + " " + Location(*from) + " " + target);
     std::optional<Tree> done;
     if (!m_tree.contains(to)) {
