@@ -77,4 +77,13 @@ std::wstring Item::ModifiedText() const {
     return text.data();
 }
 
+bool IsThere(Qorv::IAFS_FileSys& i_file_system, Qorv::IAFS_Name* i_name, bool i_as_folder,
+             const Operation& i_operation) {
+    try {
+        return Item::Read(i_file_system, i_name, i_operation).is_folder == i_as_folder;
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
 } // namespace DevHost

@@ -29,4 +29,8 @@ struct Item {
     std::uint64_t modified = 0; ///< A file time (UTC); 0 if unknown.
 };
 
+/// Whether a folder, or a file, is at a name, to explain a failure: a question that fails counts as no.
+bool IsThere(Qorv::IAFS_FileSys& i_file_system, Qorv::IAFS_Name* i_name, bool i_as_folder,
+             const Operation& i_operation);
+
 } // namespace DevHost
