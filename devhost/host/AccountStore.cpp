@@ -42,12 +42,21 @@ std::vector<SavedAccount> AccountStore::List() const {
     return accounts;
 }
 
-SavedAccount AccountStore::Get(const std::wstring& i_id) const {
+SavedAccount AccountStore::Get(const std::wstring& i_id_or_name) const {
     const auto accounts = List();
-    const auto found = std::ranges::find(accounts, i_id, &SavedAccount::id);
-    if (found == accounts.end())
-        throw Failure(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), L"No account with the id \"" + i_id + L"\" is saved");
-    return *found;
+    if (const auto found = std::ranges::find(accounts, i_id_or_name, &SavedAccount::id); found != accounts.end())
+        return *found;
+    const auto has_name = [&](const SavedAccount& i_account) {
+        return CompareStringOrdinal(i_account.user_name.c_str(), -1, i_id_or_name.c_str(), -1, TRUE) == CSTR_EQUAL;
+    };
+    const auto named = std::ranges::find_if(accounts, has_name);
+    if (named == accounts.end())
+        throw Failure(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), L"No account with the id or name \"" + i_id_or_name +
+                                                               L"\" is saved. To see which are: qorvhost accounts");
+    if (std::ranges::count_if(accounts, has_name) > 1)
+        throw Failure(E_INVALIDARG,
+                      L"Several accounts have the name \"" + i_id_or_name + L"\". To see their ids: qorvhost accounts");
+    return *named;
 }
 
 void AccountStore::Save(const CabNode& i_dictionary) const {

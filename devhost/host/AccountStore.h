@@ -27,8 +27,9 @@ public:
 
     std::vector<SavedAccount> List() const;
 
-    /// Throws a `Failure` if no account has this id.
-    SavedAccount Get(const std::wstring& i_id) const;
+    /// The account with this id or, ignoring case, with this user name. Throws a `Failure` if there is none, or more
+    /// than one with the name.
+    SavedAccount Get(const std::wstring& i_id_or_name) const;
 
     /// Saves an account's dictionary; replaces an older one with the same id.
     void Save(const CabNode& i_dictionary) const;

@@ -25,7 +25,7 @@ struct Place {
 /// Binds each saved account when it is first needed, and resolves LOCATIONs.
 class Connections {
 public:
-    /// `i_user` is the account that the user chose by its id, empty for the first one.
+    /// `i_user` is the account that the user chose by its id or name, empty for the first one.
     Connections(Qorv::IAFS_FileSys& i_file_system, const AccountStore& i_accounts, std::wstring i_user,
                 CancelFlag* i_cancel_flag);
 
