@@ -49,7 +49,6 @@ StartDisplay() {
 
 StartHiddenDisplay() {
     HiddenDisplayAnswers && return
-    Say "Starting a hidden display (Xvfb)"
     rm -f "$display_file"
     # Xvfb takes a free number by itself and writes it down once it answers.
     StartDetached Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file"

@@ -33,7 +33,7 @@ MainInstance::MainInstance(std::filesystem::path i_profile, NoticeSink i_notice)
     , m_events(Qorv::Create<EventServer>())
     , m_file_systems(Qorv::Create<FileSystemService>(m_profile / L"cache", m_notice))
     , m_auxiliary(Qorv::Create<AuxiliaryService>())
-    , m_ui(Qorv::Create<UiService>(m_localization)) {
+    , m_ui(Qorv::Create<UiService>(m_localization, m_notice)) {
     m_localization.Merge(host_texts);
 }
 

@@ -28,7 +28,17 @@ std::wstring TextOf(Qorv::PCStr i_text) {
 
 } // namespace
 
-UiService::UiService(const Localization& i_texts) : m_texts(i_texts), m_monitors(std::make_shared<LoopMonitors>()) {}
+UiService::UiService(const Localization& i_texts, NoticeSink i_notice)
+    : m_texts(i_texts), m_notice(std::move(i_notice)), m_monitors(std::make_shared<LoopMonitors>()) {}
+
+/// Whoever starts the program on a hidden display says so in its environment: the program waits for the window's end.
+void UiService::TellOfHiddenWindow() {
+    if (m_has_told || GetEnvironmentVariableW(L"QORVHOST_HIDDEN_DISPLAY", nullptr, 0) == 0)
+        return;
+    m_has_told = true;
+    m_notice(L"There is no display here, so a window is now open on a hidden one. Ctrl+C ends the program; "
+             L"docs/window-scripts.md tells how a script can use the window");
+}
 
 HRESULT STDMETHODCALLTYPE UiService::CreateImage(const ULONG* i_ids, ULONG i_count,
                                                  Qorv::IUIX_Image** o_image) noexcept {
@@ -60,6 +70,7 @@ HRESULT STDMETHODCALLTYPE UiService::CreateObj(const Qorv::UIX_CreateObjParamete
     return Answer([&] {
         Layout layout = Layout::Read(i_parameters->layout_data, i_parameters->layout_size, i_parameters->layout_id);
         layout.Localize(m_texts);
+        TellOfHiddenWindow();
         const LayoutDialog::Frame frame{i_parameters->owner, i_parameters->window_style};
         const auto dialog = Qorv::Create<LayoutDialog>(layout, frame, m_monitors, m_images);
         if (dialog == nullptr)
@@ -118,6 +129,7 @@ HRESULT STDMETHODCALLTYPE UiService::ShowMsgBox(const Qorv::UIX_MsgBoxParameters
                                i_parameters->default_button};
         for (ULONG index = 0; index < i_parameters->button_count; ++index)
             content.buttons.push_back(TextOf(i_parameters->buttons[index]));
+        TellOfHiddenWindow();
         *o_answer = MessageDialog(i_parameters->owner, content).Ask(*m_monitors);
     });
 }

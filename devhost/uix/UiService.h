@@ -2,6 +2,7 @@
 
 #include "qorv/CoClass.h"
 #include "qorv/Uix.h"
+#include "services/FilesCache.h"
 #include "services/HostImages.h"
 #include "services/Localization.h"
 #include "uix/LoopMonitors.h"
@@ -14,7 +15,9 @@ namespace DevHost {
 class UiService final : public Qorv::CoClass<UiService, Qorv::IUIX_Inst> {
 public:
     /// The texts of the dialogs come from `i_texts`, which outlives the service.
-    explicit UiService(const Localization& i_texts);
+    /// `i_notice` is told when the first window opens where nobody can see it.
+    explicit UiService(
+        const Localization& i_texts, NoticeSink i_notice = [](const std::wstring&) {});
 
     HRESULT STDMETHODCALLTYPE CreateImage(const ULONG* i_ids, ULONG i_count,
                                           Qorv::IUIX_Image** o_image) noexcept override;
@@ -31,7 +34,11 @@ public:
                                        LONG* o_command_id) noexcept override;
 
 private:
+    void TellOfHiddenWindow();
+
     const Localization& m_texts;
+    NoticeSink m_notice;
+    bool m_has_told = false;
     HostImages m_images;
     std::shared_ptr<LoopMonitors> m_monitors; ///< Shared with the dialogs, which may outlive the service.
 };
