@@ -14,13 +14,19 @@ namespace {
 
 Qorv::ComPtr<DevHost::CancelFlag> g_cancel_flag;
 
-/// The first Ctrl+C ends the running operation in order, the second one the program.
+/// The first Ctrl+C ends the running operation in order. One that does not end, because the service is silent or a
+/// window is open, ends with the program, as it does at the second Ctrl+C. No file is left half-written even then.
 BOOL WINAPI OnConsoleEvent(DWORD i_event) {
+    if (i_event != CTRL_C_EVENT)
+        return FALSE;
     VARIANT_BOOL is_canceled = VARIANT_FALSE;
     g_cancel_flag->get_IsCanceled(&is_canceled);
-    if (i_event != CTRL_C_EVENT || is_canceled != VARIANT_FALSE)
-        return FALSE;
     g_cancel_flag->Cancel();
+    constexpr DWORD time_to_end = 1000;
+    if (is_canceled == VARIANT_FALSE)
+        Sleep(time_to_end); // The main thread ends the process.
+    DevHost::Output(false).Note(L"Stopped by Ctrl+C");
+    TerminateProcess(GetCurrentProcess(), DevHost::exit_interrupted);
     return TRUE;
 }
 

@@ -15,22 +15,37 @@ OVERLAPPED At(std::uint64_t i_position) noexcept {
     return position;
 }
 
+/// Whether the file is removed when its last handle is closed.
+bool SetGoesWithHandle(HANDLE i_file, bool i_goes) noexcept {
+    FILE_DISPOSITION_INFO disposition{};
+    disposition.DeleteFile = i_goes ? TRUE : FALSE;
+    return SetFileInformationByHandle(i_file, FileDispositionInfo, &disposition, DWORD{sizeof(disposition)}) != FALSE;
+}
+
 } // namespace
 
-LocalFile::LocalFile(std::filesystem::path i_path, Mode i_mode) : m_path(std::move(i_path)) {
+LocalFile::LocalFile(std::filesystem::path i_path, Mode i_mode, std::filesystem::path i_shown_as)
+    : m_path(std::move(i_path)), m_shown_as(i_shown_as.empty() ? m_path : std::move(i_shown_as)) {
     const bool is_read = i_mode == Mode::Read;
+    const bool is_new = i_mode == Mode::CreateNew || i_mode == Mode::Temporary;
+    const DWORD access = GENERIC_READ | (is_read ? 0 : GENERIC_WRITE) | (i_mode == Mode::Temporary ? DELETE : 0);
     const DWORD share = is_read ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
-    m_handle = CreateFileW(m_path.c_str(), is_read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE, share, nullptr,
-                           i_mode == Mode::CreateNew ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    m_handle = CreateFileW(m_path.c_str(), access, share, nullptr, is_new ? CREATE_NEW : OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
     if (!IsOpen())
-        Throw(i_mode == Mode::CreateNew ? L"Cannot create " : L"Cannot open ");
+        Throw(is_new ? L"Cannot create " : L"Cannot open ");
+    if (i_mode == Mode::Temporary)
+        SetGoesWithHandle(m_handle, true); // Where the file system can't do it, the file's owner removes it.
 }
 
 LocalFile::LocalFile(LocalFile&& io_other) noexcept
-    : m_path(std::move(io_other.m_path)), m_handle(std::exchange(io_other.m_handle, INVALID_HANDLE_VALUE)) {}
+    : m_path(std::move(io_other.m_path))
+    , m_shown_as(std::move(io_other.m_shown_as))
+    , m_handle(std::exchange(io_other.m_handle, INVALID_HANDLE_VALUE)) {}
 
 LocalFile& LocalFile::operator=(LocalFile&& io_other) noexcept {
     std::swap(m_path, io_other.m_path);
+    std::swap(m_shown_as, io_other.m_shown_as);
     std::swap(m_handle, io_other.m_handle);
     return *this;
 }
@@ -84,13 +99,18 @@ void LocalFile::SetSize(std::uint64_t i_size) {
         Throw(L"Cannot set the size of ");
 }
 
+void LocalFile::Keep() {
+    if (!SetGoesWithHandle(m_handle, false))
+        Throw(L"Cannot keep ");
+}
+
 void LocalFile::Flush() {
     if (!FlushFileBuffers(m_handle))
         Throw(L"Cannot write ");
 }
 
 void LocalFile::Throw(std::wstring_view i_verb) const {
-    throw LastErrorFailure(std::wstring(i_verb) + m_path.wstring());
+    throw LastErrorFailure(std::wstring(i_verb) + m_shown_as.wstring());
 }
 
 void MoveLocalFile(const std::filesystem::path& i_from, const std::filesystem::path& i_to) {
@@ -112,7 +132,7 @@ void WriteFileAtomically(const std::filesystem::path& i_path, std::string_view i
     temporary += L"." + std::to_wstring(GetCurrentProcessId()) + L".tmp";
     std::filesystem::remove(temporary, ignored);
     {
-        LocalFile file(temporary, LocalFile::Mode::CreateNew);
+        LocalFile file(temporary, LocalFile::Mode::CreateNew, i_path);
         file.WriteAt(0, i_bytes.data(), static_cast<ULONG>(i_bytes.size()));
         file.Flush();
     }

@@ -16,10 +16,12 @@ public:
         Read,      ///< An existing file; others may read, write and delete it.
         ReadWrite, ///< An existing file; nobody else may write or delete it while it is open.
         CreateNew, ///< The same for a file that must not exist yet.
+        Temporary, ///< The same, and the file goes with its handle, however the process ends, until `Keep`.
     };
 
     LocalFile() noexcept = default;
-    LocalFile(std::filesystem::path i_path, Mode i_mode);
+    /// Failures name `i_shown_as`, if it isn't empty: a temporary name tells the user nothing.
+    LocalFile(std::filesystem::path i_path, Mode i_mode, std::filesystem::path i_shown_as = {});
     LocalFile(LocalFile&& io_other) noexcept;
     LocalFile& operator=(LocalFile&& io_other) noexcept;
     ~LocalFile();
@@ -34,6 +36,8 @@ public:
     /// When its bytes were last written, in units of 100 ns; only for comparison.
     std::uint64_t WriteTime();
     void SetSize(std::uint64_t i_size);
+    /// A temporary file stays from now on.
+    void Keep();
     /// Flushes everything written to the disk.
     void Flush();
 
@@ -43,6 +47,7 @@ private:
     [[noreturn]] void Throw(std::wstring_view i_verb) const;
 
     std::filesystem::path m_path;
+    std::filesystem::path m_shown_as;
     HANDLE m_handle = INVALID_HANDLE_VALUE;
 };
 

@@ -71,13 +71,18 @@ void AddProgramOptions(CLI::App& io_program) {
     io_program.add_option("--profile", "where accounts, settings and the files cache are kept")
         ->check(not_empty)
         ->type_name("DIR");
-    io_program.add_option("--user", "the account that paths are in; by default the first saved one")->type_name("ID");
-    io_program.add_option("--trace", "switch the plug-in's log; the file is Qorvx-Dropbox.log in the temporary folder")
+    io_program.add_option("--user", "the account that paths are in; by default the first saved one")
+        ->check(not_empty)
+        ->type_name("ID|NAME");
+    io_program
+        .add_option("--trace",
+                    "the plug-in's log during this command; the file is Qorvx-Dropbox.log in the temporary folder")
         ->check(CLI::IsMember(std::vector<std::string>(trace_levels.begin(), trace_levels.end())).description(""))
         ->type_name("off|debugger|file");
     io_program.add_option("--module", "the plug-in; by default Dropbox.qvp beside this program")
         ->check(not_empty)
         ->type_name("PATH");
+    io_program.add_flag("--no-progress")->description("no line that tells how far a transfer is");
     io_program.add_flag("--json")->description("write results as JSON, one value per command");
 }
 
@@ -88,12 +93,15 @@ std::shared_ptr<CLI::App> MakeProgram(CommandLine::Origin i_origin) {
     program->require_subcommand(0, 1); // We report a missing one in our own words.
     program->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     program->set_help_flag("-h,--help", "show this text");
+    if (i_origin == CommandLine::Origin::Program)
+        program->set_version_flag("--version", "qorvhost " QORVHOST_VERSION, "show the version");
     const auto formatter = std::make_shared<HelpFormatter>();
     formatter->label("SUBCOMMAND", "COMMAND");
     program->formatter(formatter);
     program->footer("A LOCATION is a path in the account (/Documents/a.pdf) or a full location "
                     "(dropbox://ID/Documents/a.pdf).\n"
-                    "Exit codes: 0 done, 1 failed, 2 invalid command, 3 the plug-in left something behind.");
+                    "Exit codes: 0 done, 1 failed, 2 invalid command, 3 the plug-in left something behind,\n"
+                    "            4 canceled in a window, 130 stopped by Ctrl+C.");
     if (i_origin == CommandLine::Origin::Program)
         AddProgramOptions(*program);
     AddCommands(*program);
@@ -134,7 +142,7 @@ CommandLine::CommandLine(const Arguments& i_words, Origin i_origin)
         m_command = &CommandOf(*m_program);
         if (error.get_exit_code() != 0)
             throw Misuse(error.what(), m_command == m_program.get() ? Name() : "qorvhost " + Name());
-        m_help = m_program->help();
+        m_help = error.get_name() == "CallForVersion" ? error.what() : m_program->help();
         m_help.erase(m_help.find_last_not_of('\n') + 1);
         return;
     }
@@ -156,6 +164,7 @@ Options CommandLine::ProgramOptions() const {
     if (Has("--trace"))
         options.trace = std::ranges::find(trace_levels, ToUtf8(Text("--trace"))) - trace_levels.begin();
     options.is_json = Has("--json");
+    options.shows_progress = !Has("--no-progress");
     return options;
 }
 

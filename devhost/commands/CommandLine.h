@@ -29,9 +29,10 @@ public:
 struct Options {
     std::filesystem::path profile;      ///< Where accounts, settings and the files cache are kept.
     std::filesystem::path module;       ///< The plug-in.
-    std::wstring user;                  ///< Id of the account that paths are in; empty for the first one.
-    std::optional<unsigned long> trace; ///< Value of the debug log's switch; none leaves it unchanged.
+    std::wstring user;                  ///< Id or name of the account that paths are in; empty for the first one.
+    std::optional<unsigned long> trace; ///< Value of the debug log's switch for this run; none leaves it as it is.
     bool is_json = false;
+    bool shows_progress = true;
 };
 
 /// A command as it was typed, after a check of what it takes. Options may stand anywhere before a "--".
@@ -47,7 +48,7 @@ public:
 
     /// The command's name.
     std::string Name() const;
-    /// Not empty when help was asked for: the command is not run then.
+    /// Not empty when help, or the version, was asked for: the command is not run then.
     const std::string& Help() const noexcept { return m_help; }
 
     // An operand or option of the command, or an option of the program, by the name in its definition: "LOCATION",

@@ -20,7 +20,11 @@ struct Command {
 };
 
 void AddLogInOptions(CLI::App& io_command) {
-    io_command.add_option("--token", "save the account of this token, without a sign-in")->type_name("TOKEN");
+    const CLI::Validator not_empty(
+        [](const std::string& i_word) { return std::string(i_word.empty() ? "a token is needed" : ""); }, "");
+    io_command.add_option("--token", "save the account of this token, without a sign-in")
+        ->check(not_empty)
+        ->type_name("TOKEN");
 }
 
 void AddListOptions(CLI::App& io_command) {
@@ -33,6 +37,14 @@ void AddKeptOptions(CLI::App& io_command) {
         ->needs(io_command.get_option("ID"));
     io_command.footer("Without an ACTION: lists them with their IDs, dates, sizes and locations.\n"
                       "send: uploads them, save: copies them to FILE, drop: removes them for good.");
+}
+
+void AddRunOptions(CLI::App& io_command) {
+    io_command.footer(
+        "FILE is text in UTF-8 with one command per line, as it would follow \"qorvhost\". Double quotes\n"
+        "protect spaces, \"#\" begins a comment, and empty lines are skipped. The program's options (--user\n"
+        "and so on) stand before \"run\" and hold for all lines. The plug-in is loaded once, and the first\n"
+        "line that fails ends the run; one that begins with a single \"-\" (-rm /a.pdf) may fail.");
 }
 
 void AddSaveOptions(CLI::App& io_command) {
@@ -53,7 +65,7 @@ const std::vector<Command>& Commands() {
         {"ls", "list a folder; by default the root", {"[LOCATION]"}, ListFolder, AddListOptions},
         {"stat", "show what is known about a file or folder", {"LOCATION"}, ShowItem},
         {"cat", "write a file to the output", {"LOCATION"}, WriteToOutput},
-        {"get", "download a file", {"LOCATION", "FILE"}, GetFile},
+        {"get", "download a file, to a FILE or into a folder", {"LOCATION", "FILE"}, GetFile},
         {"put", "upload a file, replacing an existing one", {"FILE", "LOCATION"}, PutFile},
         {"mkdir", "make a folder", {"LOCATION"}, MakeFolder},
         {"rm", "remove a file, or a folder with everything in it", {"LOCATION"}, RemoveItem},
@@ -67,7 +79,7 @@ const std::vector<Command>& Commands() {
          {"[ACTION]", "[ID]", "[FILE]"},
          ManageKept,
          AddKeptOptions},
-        {"run", "run the commands in a file, one per line", {"FILE"}, RunScript},
+        {"run", "run the commands in a file, one per line", {"FILE"}, RunScript, AddRunOptions},
         {"help", "show this text, or the help of a command", {"[COMMAND]"}, nullptr},
     };
     return commands;

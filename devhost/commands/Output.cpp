@@ -35,6 +35,11 @@ std::wstring CodeText(HRESULT i_code) {
 
 } // namespace
 
+bool IsTerminal(DWORD i_stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(i_stream), &mode) != FALSE;
+}
+
 Output::Output(bool i_is_json) : m_is_json(i_is_json) {
     SetConsoleOutputCP(CP_UTF8);
 }
@@ -82,7 +87,7 @@ void Output::Error(const Failure& i_failure) const {
     const std::wstring code = CodeText(i_failure.Code());
     if (m_is_json)
         Json(JsonValue().Begin().Text("error", text).Text("hresult", code).End().Done());
-    Note(text + L" (HRESULT " + code + L")");
+    Note(i_failure.Code() == Qorv::ErrorCanceled ? text : text + L" (HRESULT " + code + L")");
 }
 
 } // namespace DevHost

@@ -9,6 +9,9 @@
 
 namespace DevHost {
 
+/// Whether a standard stream (STD_ERROR_HANDLE...) goes to a terminal.
+bool IsTerminal(DWORD i_stream);
+
 /// What the program writes: text in UTF-8, whatever the console's own code page is.
 class Output {
 public:

@@ -40,9 +40,9 @@ void RunScript(Shell& io_shell, const CommandLine& i_line) {
         const std::wstring line = FromUtf8(std::string_view(text).substr(begin, end - begin));
         begin = end + 1;
         ++number;
-        const bool may_fail = line.starts_with(L'-');
+        const bool may_fail = line.starts_with(L'-') && !line.starts_with(L"--");
         const int result = RunLine(io_shell, std::wstring_view(line).substr(may_fail ? 1 : 0));
-        if (result != exit_ok && !may_fail)
+        if (result == exit_interrupted || (result != exit_ok && !may_fail))
             throw ScriptStopped{path + L":" + std::to_wstring(number), result};
     }
 }

@@ -1,11 +1,23 @@
 #include "commands/Transfer.h"
 
+#include "commands/Item.h"
+#include "services/NameText.h"
+
 namespace DevHost {
 namespace {
 
 std::unique_ptr<RemoteFile> Open(Shell& io_shell, Qorv::IAFS_Name* i_name, ULONG i_flags,
                                  const Operation& i_operation) {
-    return std::make_unique<RemoteFile>(io_shell.FileSystem(), io_shell.Plugin().Cache(), i_name, i_flags, i_operation);
+    try {
+        return std::make_unique<RemoteFile>(io_shell.FileSystem(), io_shell.Plugin().Cache(), i_name, i_flags,
+                                            i_operation);
+    } catch (const Failure& failure) {
+        const std::wstring path = DisplayPathOf(i_name);
+        if (failure.Code() == Qorv::ErrorCanceled ||
+            !IsThere(io_shell.FileSystem(), i_name, true, io_shell.Begin(path)))
+            throw;
+        throw Failure(failure.Code(), path + L" is a folder");
+    }
 }
 
 } // namespace

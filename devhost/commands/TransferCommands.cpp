@@ -30,13 +30,12 @@ bool IsUnchanged(const fs::path& i_path, std::uint64_t i_write_time, std::uint64
     }
 }
 
-/// A new file that replaces another once complete, and is removed if it never is.
+/// A new file that replaces another once complete, and is removed if it never is, even when the process is ended.
 class Replacement {
 public:
     explicit Replacement(const fs::path& i_target) : m_target(i_target), m_path(i_target) {
-        RefuseFolder(i_target);
         m_path += L"." + std::to_wstring(GetCurrentProcessId()) + L".part";
-        m_file = LocalFile(m_path, LocalFile::Mode::CreateNew);
+        m_file = LocalFile(m_path, LocalFile::Mode::Temporary, i_target);
     }
     ~Replacement() {
         m_file.Close();
@@ -47,6 +46,7 @@ public:
 
     LocalFile& File() noexcept { return m_file; }
     void Finish() {
+        m_file.Keep();
         m_file.Close();
         MoveLocalFile(m_path, m_target);
     }
@@ -56,6 +56,17 @@ private:
     fs::path m_path;
     LocalFile m_file;
 };
+
+/// Where a download goes: into a folder, under its own name, or to the file itself.
+fs::path LocalTarget(const fs::path& i_typed, const std::wstring& i_title) {
+    std::error_code ignored; // Creating the file reports what is wrong.
+    const bool is_folder = !i_typed.has_filename() || fs::is_directory(i_typed, ignored);
+    if (!is_folder)
+        return i_typed;
+    const bool ends_folder = !i_typed.has_filename();
+    const bool has_slashes = i_typed.wstring().find(L'\\') == std::wstring::npos;
+    return i_typed.wstring() + (ends_folder ? L"" : has_slashes ? L"/" : L"\\") + i_title;
+}
 
 void Report(const Output& i_out, const std::wstring& i_sentence, const std::wstring& i_location,
             std::uint64_t i_bytes) {
@@ -68,6 +79,8 @@ void Report(const Output& i_out, const std::wstring& i_sentence, const std::wstr
 } // namespace
 
 void WriteToOutput(Shell& io_shell, const CommandLine& i_line) {
+    if (IsTerminal(STD_OUTPUT_HANDLE))
+        io_shell.HideProgress();
     const std::wstring location = i_line.Text("LOCATION");
     const Place place = io_shell.Locations().Find(location);
     const Operation operation = io_shell.Begin(location);
@@ -79,10 +92,11 @@ void WriteToOutput(Shell& io_shell, const CommandLine& i_line) {
 
 void GetFile(Shell& io_shell, const CommandLine& i_line) {
     const std::wstring location = i_line.Text("LOCATION");
-    const fs::path target = i_line.Text("FILE");
     const Place place = io_shell.Locations().Find(location);
+    const std::wstring path = DisplayPathOf(place.name);
     const Operation operation = io_shell.Begin(location);
     const auto file = OpenForReading(io_shell, place.name, operation);
+    const fs::path target = LocalTarget(i_line.Text("FILE"), path.substr(path.find_last_of(L'/') + 1));
     Replacement replacement(target);
     const std::uint64_t bytes = Transfer([&](void* o_data, ULONG i_size) { return file->Read(o_data, i_size); },
                                          [&](std::uint64_t i_position, const void* i_data, ULONG i_size) {
@@ -90,8 +104,7 @@ void GetFile(Shell& io_shell, const CommandLine& i_line) {
                                          });
     file->Close();
     replacement.Finish();
-    Report(io_shell.Out(), L"Downloaded " + DisplayPathOf(place.name) + L" to " + target.wstring(),
-           LocationOf(place.name), bytes);
+    Report(io_shell.Out(), L"Downloaded " + path + L" to " + target.wstring(), LocationOf(place.name), bytes);
 }
 
 void PutFile(Shell& io_shell, const CommandLine& i_line) {

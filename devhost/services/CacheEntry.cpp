@@ -144,6 +144,7 @@ void CacheEntry::FetchPiece(std::vector<BYTE>& io_piece, Qorv::IQorv_CancelFlag*
     m_files.Bytes().WriteAt(m_fetched, io_piece.data(), read);
     m_fetched += read;
     m_size = std::max(m_size, m_fetched);
+    m_owner->OnTransferred(false, m_fetched, m_size);
 }
 
 /// Write the note to the disk before the first byte differs.
@@ -196,6 +197,7 @@ void CacheEntry::Send(Qorv::IQorv_CancelFlag* i_cancel_flag) {
             if (written == 0)
                 throw Failure(E_FAIL, L"The service accepts no more bytes");
             sent += written;
+            m_owner->OnTransferred(true, position + sent, m_size);
         }
         if (read == 0)
             throw Failure(E_FAIL, L"The file is shorter on the disk than it should be");

@@ -173,6 +173,11 @@ void FilesCache::DropKept(const KeptFile& i_kept) {
         EntryFiles::Adopt(i_kept.path).Remove();
 }
 
+void FilesCache::OnTransferred(bool i_is_upload, std::uint64_t i_done, std::uint64_t i_total) const {
+    if (m_progress)
+        m_progress(i_is_upload, i_done, i_total);
+}
+
 void FilesCache::OnUploaded(const CacheEntry& i_entry) {
     ReplaceKept(i_entry.Location());
 }

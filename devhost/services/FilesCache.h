@@ -14,6 +14,9 @@ namespace DevHost {
 /// Shows the user a notice that isn't a failure.
 using NoticeSink = std::function<void(const std::wstring&)>;
 
+/// Told of each piece that a transfer has moved: the bytes so far, and all of them.
+using ProgressSink = std::function<void(bool i_is_upload, std::uint64_t i_done, std::uint64_t i_total)>;
+
 /// The files cache of one file system: one entry per location, shared by all files that have it open. The entry is
 /// removed with its last file, after its changes have been uploaded.
 ///
@@ -44,6 +47,11 @@ public:
     /// written completely.
     void Discard(Qorv::IAFS_File* i_file);
 
+    /// Without a sink nobody is told.
+    void SetProgress(ProgressSink i_progress) { m_progress = std::move(i_progress); }
+    /// Call for each piece of an entry that has come or gone.
+    void OnTransferred(bool i_is_upload, std::uint64_t i_done, std::uint64_t i_total) const;
+
     /// Marks the bytes written through an open file as a copy (see `CacheEntry::SetOriginal`).
     void SetOriginal(Qorv::IAFS_File* i_file, std::function<bool()> i_still_stands);
 
@@ -73,6 +81,7 @@ private:
 
     std::filesystem::path m_folder;
     NoticeSink m_notice;
+    ProgressSink m_progress;
     std::vector<Entry> m_entries; ///< Those with open files, and the kept ones of this run.
 };
 

@@ -4,6 +4,7 @@
 #include "commands/CommandLine.h"
 #include "commands/DialogOptions.h"
 #include "commands/Item.h"
+#include "commands/ProgressLine.h"
 #include "host/AccountStore.h"
 #include "support/TemporaryFolder.h"
 
@@ -72,10 +73,13 @@ TEST(CommandLineTest, SaysWhatIsWrong) {
              Row{{L"save-dialog", L"--folder"},
                  "The following argument was not expected: --folder. "
                  "Try: qorvhost save-dialog --help"},
-             Row{{L"ls", L"--user"}, "--user: 1 required ID missing. Try: qorvhost ls --help"},
+             Row{{L"ls", L"--user"}, "--user: 1 required ID|NAME missing. Try: qorvhost ls --help"},
              Row{{L"--trace", L"loud", L"ls"}, "--trace: loud not in {off,debugger,file}. Try: qorvhost ls --help"},
              Row{{L"\u65E5\U0001F600"}, "There is no command \"\u65E5\U0001F600\". Try: qorvhost --help"},
+             Row{{L"login", L"--token", L""}, "--token: a token is needed. Try: qorvhost login --help"},
+             Row{{L"login", L"--token="}, "--token: 1 required TOKEN missing. Try: qorvhost login --help"},
              Row{{L"--help"}, "help"},
+             Row{{L"--version"}, "help"},
              Row{{L"help", L"get"}, "help"},
              Row{{L"get", L"-h"}, "help"},
          })
@@ -155,6 +159,30 @@ TEST(AccountStoreTest, KeepsOneDictionaryAnAccountInTheOrderOfSaving) {
     save(L"dbid:c", L"Cem");
     EXPECT_EQ(listed(), L"dbid:a=Ada;dbid:c=Cem;");
     EXPECT_THROW(store.Get(L"dbid:b"), DevHost::Failure);
+    EXPECT_EQ(store.Get(L"ada").id, L"dbid:a");
+    save(L"dbid:d", L"ADA");
+    EXPECT_THROW(store.Get(L"Ada"), DevHost::Failure) << "either account could be meant";
+    save(L"dbid:e", L"dbid:a");
+    EXPECT_EQ(store.Get(L"dbid:a").id, L"dbid:a") << "an id goes before a name";
+}
+
+TEST(ProgressLineTest, ShowsOnlyTransfersThatTakeAWhile) {
+    std::string written;
+    DevHost::ProgressLine line([&](std::string_view i_text) { written += i_text; });
+    constexpr std::uint64_t megabyte = 1'000'000;
+    line.Report(false, megabyte, 2 * megabyte, 5000);
+    line.Report(false, 2 * megabyte, 2 * megabyte, 5999);
+    EXPECT_EQ(written, "") << "done within a second";
+    line.Report(false, megabyte, 10 * megabyte, 7000);
+    line.Report(false, 2 * megabyte, 10 * megabyte, 8000);
+    line.Report(false, 3 * megabyte, 10 * megabyte, 8100);
+    EXPECT_EQ(written, "\rDownloading: 2.0 of 10.0 MB (20 %)") << "not for every piece";
+    written.clear();
+    line.Report(true, megabyte, 10 * megabyte, 9000);
+    EXPECT_EQ(written, "") << "an upload that has just begun";
+    line.Report(true, 10 * megabyte, 10 * megabyte, 9500);
+    EXPECT_EQ(written, "\r" + std::string(34, ' ') + "\r") << "nothing stays";
+    DevHost::ProgressLine().Report(false, megabyte, 2 * megabyte, 5000);
 }
 
 TEST(ItemTest, ShowsSizesAndTimes) {
