@@ -288,7 +288,9 @@ TEST_F(FileTest, AFileOfSomebodyElseIsNotReplacedUnasked) {
 
 // The answer of a gateway in the service's place must not cause a file to be emptied or created.
 TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
-    const char* const faults[] = {R"("status": 404, "body": "<html>not here</html>")", R"("status": 404)",
+    const char* const faults[] = {R"("status": 404, "body": "<html>not here</html>")",
+                                  R"("status": 404)",
+                                  R"("status": 404, "body": "{\"error_summary\": \"path/not_found/.\"}")",
                                   R"("body": "{\"name\": \"a\"}")",
                                   R"("body": "{\".tag\": \"portal\", \"name\": \"a\"}")",
                                   R"("status": 409, "body": "{\"error_summary\": \"path/locked/.\"}")"};
@@ -301,6 +303,13 @@ TEST_F(FileTest, OnlyTheServiceSaysThatAFileIsMissing) {
             ComPtr<IAFS_File> file;
             EXPECT_TRUE(FAILED(Open(name, flags, file))) << fault << " flags " << flags;
             EXPECT_EQ("bytes", Remote(L"/a"));
+            Tests::Service::ClearFaults();
+            const auto known = OwnName(L"/a");
+            EXPECT_NE(nullptr, known->BindObject());
+            Tests::Service::AddFault(R"({"path": "2/files/get_metadata", "times": 0, )" + std::string(fault) + "}");
+            if (flags != (write | create_always)) {
+                EXPECT_TRUE(FAILED(Open(known, flags, file))) << fault << " flags " << flags << ", known before";
+            }
         }
     Tests::Service::ClearFaults();
     std::filesystem::remove(Tests::Service::LocalPath(L"/a"));

@@ -2,6 +2,7 @@
 
 #include "http/HttpTest.h"
 
+#include "core/trace/Secret.h"
 #include "core/trace/Trace.h"
 #include "support/Content.h"
 
@@ -101,9 +102,11 @@ TEST_F(ResponseTest, ReportsTheFirstLineOfPlainText) {
         {"text/plain", R"(Error in call to API function)", L"Error in call to API function"},
         {"Text/Plain; charset=utf-8", R"(First\r\nsecond)", L"First"},
         {"text/plain", std::string(500, 'w'), std::wstring(300, L'w')},
+        {"text/plain", std::string(290, 'w') + "sl.0123456789abcdef", std::wstring(290, L'w') + L"***"},
         {"text/html", "<html>", L""},
         {"text/plain", "", L""},
     };
+    const Secret token(L"sl.0123456789abcdef");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.type + row.body);
         AddFault(R"("status": 400, "headers": [["Content-Type", ")" + std::string(row.type) + R"("]], "body": ")" +

@@ -105,4 +105,16 @@ TEST_F(StopTest, LeavesOtherOperationsAlone) {
     EXPECT_EQ(body, "0123456789");
 }
 
+TEST_F(StopTest, LeavesARequestAloneThatHasEnded) {
+    const auto signal = std::make_shared<StopSignal>();
+    {
+        const StopScope scope(signal);
+        AddFault(R"("status": 200, "body": "whole")");
+        auto response = Send();
+        EXPECT_EQ(ReadAll(response), "whole");
+    }
+    signal->Stop();
+    EXPECT_FALSE(m_log.Has("Closing::Stop")) << "it is gone";
+}
+
 } // namespace
