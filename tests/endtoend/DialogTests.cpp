@@ -151,6 +151,31 @@ TEST_F(OpenDialogTest, GoesUpToTheFolderItCameFrom) {
     EXPECT_EQ(Open({}, "text start.pdf \n gone ../ \n key Backspace \n open start.pdf"), L"/start.pdf");
 }
 
+TEST_F(OpenDialogTest, GoesBackForwardAndToFoldersVisited) {
+    EXPECT_EQ(Open({}, R"(
+                  open Documents
+                  open Inner
+                  text deep.pdf
+                  key Alt+Left
+                  text a.pdf
+                  key Alt+Left
+                  text start.pdf
+                  key Alt+Left
+                  key Alt+Right
+                  text a.pdf
+                  menu Forward
+                  text deep.pdf
+                  menu Back
+                  text a.pdf
+                  key Alt+D
+                  menu Dropbox/Documents/Inner
+                  text deep.pdf
+                  key Alt+D
+                  menu Dropbox
+                  open start.pdf)"),
+              L"/start.pdf");
+}
+
 TEST_F(OpenDialogTest, ListsWhatTheFilterPasses) {
     const Arguments filters = {L"/Documents", L"--filters", L"PDF files|*.pdf|Texts|*.txt;*.md|"};
     EXPECT_EQ(Open(filters, R"(

@@ -7,6 +7,7 @@
 #include "ui/dialog/Decision.h"
 #include "ui/dialog/DialogItems.h"
 #include "ui/dialog/DialogQuestions.h"
+#include "ui/dialog/FolderHistory.h"
 #include "ui/dialog/FolderTrail.h"
 #include "ui/dialog/KeyCommands.h"
 #include "ui/dialog/RunningCommand.h"
@@ -71,6 +72,7 @@ private:
     void OnCancel(LONG i_detail);
     void OnChooseUser(LONG i_detail);
     void OnSettings(LONG i_detail);
+    void OnPathClicked(LONG i_detail);
     void OnSelectionChanged(LONG i_detail);
     void OnRowActivated(LONG i_row);
     void OnColumnClicked(LONG i_column);
@@ -100,6 +102,11 @@ private:
     void OnTypedFileReached(const std::wstring& i_title) override;
     void OnStartFileReached(const std::wstring& i_title) override;
     void OnStartFolderGone(IAFS_Name* i_folder) override;
+    void Step(Ui::FolderHistory::Direction i_direction);
+    void ShowPlaces();
+    std::vector<std::wstring> Places() const;
+    void ShowLocation(const std::wstring& i_location);
+    std::wstring LocationOf(IAFS_Name* i_name) const;
     std::wstring DisplayPath(IAFS_Name* i_name) const;
 
     // DialogChoice.cpp: what OK means
@@ -129,7 +136,6 @@ private:
     void Delete();
     void ChooseUser(IAFS_Name* i_folder);
     void SignInAgain(IAFS_Name* i_folder) override;
-    std::wstring LocationOf(IAFS_Name* i_folder) const;
     void ShowAfterSignIn(const std::shared_ptr<ComPtr<IAFS_Name>>& i_folder, Ui::WindowTask::Work i_sign_in);
     void RunOnWorker(PCStr i_status_id, Ui::WindowTask::Work i_work, Ui::RunningCommand::Done i_done);
     void OnCommandEnded(const Ui::RunningCommand::End& i_end);
@@ -153,6 +159,7 @@ private:
     ComPtr<Ui::KeyCommands> m_keys;
 
     Ui::FolderTrail m_trail;
+    Ui::FolderHistory m_history;
     std::wstring m_user_name; ///< Of the account that is shown; empty until it is known.
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.

@@ -7,6 +7,14 @@ namespace Ui {
 namespace {
 
 constexpr CommandRow rows[] = {
+    {DialogCommand::back,
+     L"db.cmd.back",
+     nullptr,
+     {{{WM_SYSKEYDOWN, VK_LEFT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON1, KeyPlace::everywhere}}}},
+    {DialogCommand::forward,
+     L"db.cmd.forward",
+     nullptr,
+     {{{WM_SYSKEYDOWN, VK_RIGHT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON2, KeyPlace::everywhere}}}},
     {DialogCommand::up,
      L"db.cmd.up",
      &DialogUi::m_up,
@@ -22,6 +30,10 @@ constexpr CommandRow rows[] = {
      &DialogUi::m_refresh,
      {{{WM_KEYDOWN, VK_F5, KeyPlace::everywhere}, {WM_KEYDOWN, 'R', KeyPlace::everywhere, true}}}},
     {DialogCommand::select_all, nullptr, nullptr, {{{WM_KEYDOWN, 'A', KeyPlace::list, true}}}},
+    {DialogCommand::show_places,
+     nullptr,
+     nullptr,
+     {{{WM_SYSKEYDOWN, 'D', KeyPlace::everywhere}, {WM_KEYDOWN, VK_F4, KeyPlace::all_but_combo}}}},
     {DialogCommand::focus_name, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'N', KeyPlace::everywhere}}}},
     {DialogCommand::focus_types, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'T', KeyPlace::everywhere}}}},
     {DialogCommand::focus_list, nullptr, nullptr, {{{WM_SYSKEYDOWN, 'L', KeyPlace::everywhere}}}},

@@ -22,14 +22,17 @@ enum class DialogCommand : LONG {
     focus_name = 7,
     focus_types = 8,
     focus_list = 9,
+    back = 10,
+    forward = 11,
+    show_places = 12,
 };
 
 /// Where a key runs a command; elsewhere it belongs to the item.
 enum class KeyPlace { everywhere, list, all_but_combo };
 
 struct CommandKey {
-    UINT message = 0; ///< WM_KEYDOWN, or WM_SYSKEYDOWN with Alt; 0 for no key.
-    WPARAM code = 0;
+    UINT message = 0; ///< WM_KEYDOWN, or WM_SYSKEYDOWN with Alt; 0 for no key. WM_XBUTTONUP for a mouse's button.
+    WPARAM code = 0;  ///< The key's, or the button's.
     KeyPlace place = KeyPlace::everywhere;
     bool is_with_ctrl = false;
     bool is_with_shift = false; ///< Otherwise Shift makes no difference.

@@ -71,6 +71,15 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
         m_list->SelectAll();
         OnSelectionChanged(0);
         break;
+    case Ui::DialogCommand::back:
+        Step(Ui::FolderHistory::Direction::back);
+        break;
+    case Ui::DialogCommand::forward:
+        Step(Ui::FolderHistory::Direction::forward);
+        break;
+    case Ui::DialogCommand::show_places:
+        ShowPlaces();
+        break;
     case Ui::DialogCommand::focus_name:
         m_items.m_name->SetFocus();
         break;
@@ -94,7 +103,12 @@ bool Dialog::CanRun(Ui::DialogCommand i_command) const {
     switch (i_command) {
     case Ui::DialogCommand::up:
         return m_trail.GetParentFolder() != nullptr;
+    case Ui::DialogCommand::back:
+        return m_history.Target(Ui::FolderHistory::Direction::back) != nullptr;
+    case Ui::DialogCommand::forward:
+        return m_history.Target(Ui::FolderHistory::Direction::forward) != nullptr;
     case Ui::DialogCommand::new_folder:
+    case Ui::DialogCommand::show_places:
         return m_trail.IsShown();
     case Ui::DialogCommand::delete_items:
         return m_trail.IsShown() && m_list->IsItemSelected();
@@ -245,14 +259,6 @@ void Dialog::SignInAgain(IAFS_Name* i_folder) {
                              from = LocationOf(i_folder), folder](IQorv_CancelFlag* i_stop_flag) {
         return Qorv::SignInAgain(host_instance, file_system, from, i_stop_flag, *folder);
     });
-}
-
-std::wstring Dialog::LocationOf(IAFS_Name* i_folder) const {
-    TRACE_FUNCTION();
-    Bstr location;
-    if (i_folder != nullptr)
-        m_context.file_system->NameToString(i_folder, 0, nullptr, &location);
-    return std::wstring(location.View());
 }
 
 /// Signs in on a worker, and goes to the folder that this has found.

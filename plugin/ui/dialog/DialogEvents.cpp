@@ -17,6 +17,7 @@ const Dialog::ItemEvent Dialog::item_events[] = {
     {Ui::cancel_button_id, UIX_ItemEvent_Click, &Dialog::OnCancel},
     {Ui::choose_user_button_id, UIX_ItemEvent_Click, &Dialog::OnChooseUser},
     {Ui::settings_button_id, UIX_ItemEvent_Click, &Dialog::OnSettings},
+    {Ui::path_label_id, UIX_ItemEvent_Click, &Dialog::OnPathClicked},
     {Ui::files_list_id, UIX_ItemEvent_SelectionChanged, &Dialog::OnSelectionChanged},
     {Ui::files_list_id, UIX_ItemEvent_Activated, &Dialog::OnRowActivated},
     {Ui::files_list_id, UIX_ItemEvent_ColumnClicked, &Dialog::OnColumnClicked},
@@ -73,6 +74,11 @@ void Dialog::OnCancel(LONG) {
 void Dialog::OnChooseUser(LONG) {
     TRACE_FUNCTION();
     ChooseUser(m_trail.GetFolder());
+}
+
+void Dialog::OnPathClicked(LONG) {
+    TRACE_FUNCTION();
+    RunCommand(Ui::DialogCommand::show_places);
 }
 
 void Dialog::OnSettings(LONG) {

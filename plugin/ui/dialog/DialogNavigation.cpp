@@ -1,10 +1,13 @@
 // How a dialog shows its navigation through the folders of an account.
 
 #include "core/trace/Check.h"
+#include "qorv/Values.h"
 #include "ui/dialog/Dialog.h"
 #include "ui/dialog/DialogMessages.h"
 #include "ui/folder/FolderConnection.h"
 #include "ui/folder/NamePath.h"
+
+#include <algorithm>
 
 namespace Qorv {
 
@@ -12,6 +15,7 @@ void Dialog::Connect(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
     m_list->Empty({}); // The account may be another one.
     m_user_name.clear();
+    m_history.Clear();
     m_trail.Connect(std::make_unique<Ui::FolderConnection>(m_context.host_instance, m_context.file_system, m_window,
                                                            Ui::folder_loaded_message, m_context.reaper),
                     i_folder);
@@ -48,6 +52,7 @@ void Dialog::OnFolderShown() {
     TRACE_FUNCTION();
     if (m_user_name.empty())
         m_user_name = Ui::UserNameOf(m_context.file_system, m_trail.GetFolder());
+    m_history.Arrive(LocationOf(m_trail.GetFolder()));
     m_list->Fill(m_context.file_system, m_trail.GetItems(), m_trail.GetParentFolder(), m_is_reload);
     if (!m_is_reload)
         m_is_selection_chosen = true; // Nothing is selected.
@@ -120,6 +125,79 @@ void Dialog::OnStartFileReached(const std::wstring& i_title) {
 void Dialog::OnStartFolderGone(IAFS_Name* i_folder) {
     TRACE_FUNCTION();
     m_questions->TellWhyNot(L"db.msg.startGone", DisplayPath(i_folder));
+}
+
+void Dialog::Step(Ui::FolderHistory::Direction i_direction) {
+    TRACE_FUNCTION();
+    const std::wstring location = *m_history.Target(i_direction);
+    m_history.Step(i_direction);
+    ShowLocation(location);
+}
+
+void Dialog::ShowLocation(const std::wstring& i_location) {
+    TRACE_FUNCTION();
+    ComPtr<IAFS_Name> folder;
+    const ComPtr<IAFS_Name> from = m_trail.GetOrigin();
+    if (from != nullptr && SUCCEEDED(m_context.file_system->StringToName(i_location.c_str(), 0, from, &folder)))
+        m_trail.Show(folder, {});
+}
+
+/// The folders above the shown one, then an empty text, then the others that were visited, the latest first.
+std::vector<std::wstring> Dialog::Places() const {
+    TRACE_FUNCTION();
+    constexpr std::size_t most_visited = 12;
+    std::vector<std::wstring> places;
+    for (ComPtr<IAFS_Name> name = m_trail.GetParentFolder(); name != nullptr;) {
+        places.push_back(LocationOf(name));
+        ComPtr<IAFS_Name> parent;
+        m_context.file_system->NameGetParent(name, &parent);
+        name = parent;
+    }
+    std::vector<std::wstring> visited = m_history.Visited();
+    std::erase_if(visited, [&](const std::wstring& i_location) {
+        return i_location == LocationOf(m_trail.GetFolder()) || std::ranges::count(places, i_location) > 0;
+    });
+    visited.resize(std::min(visited.size(), most_visited));
+    if (!places.empty() && !visited.empty())
+        places.emplace_back();
+    places.insert(places.end(), visited.begin(), visited.end());
+    return places;
+}
+
+/// A menu beneath the path.
+void Dialog::ShowPlaces() {
+    TRACE_FUNCTION();
+    const std::vector<std::wstring> places = Places();
+    if (places.empty())
+        return;
+    std::vector<std::wstring> texts;
+    for (const std::wstring& place : places) {
+        ComPtr<IAFS_Name> name;
+        m_context.file_system->StringToName(place.c_str(), 0, m_trail.GetFolder(), &name);
+        std::wstring& text = texts.emplace_back(DisplayPath(name));
+        for (std::size_t i = 0; (i = text.find(L'&', i)) != std::wstring::npos; i += 2)
+            text.insert(i, 1, L'&'); // It is no access key.
+    }
+    std::vector<UIX_Command> commands(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (!places[i].empty())
+            commands[i] = {.id = static_cast<LONG>(i + 1), .text = texts[i].c_str()};
+    RECT label{};
+    LONG chosen = 0;
+    if (FAILED(m_items.m_path_label->get_ScreenRect(&label)) ||
+        FAILED(m_ui->ShowMenu(m_window, {label.left, label.bottom}, commands.data(),
+                              static_cast<ULONG>(commands.size()), &chosen)))
+        return;
+    if (chosen > 0 && m_pObj != nullptr && !IsBusy())
+        ShowLocation(places[static_cast<std::size_t>(chosen - 1)]);
+}
+
+std::wstring Dialog::LocationOf(IAFS_Name* i_name) const {
+    TRACE_FUNCTION();
+    Bstr location;
+    if (i_name != nullptr)
+        m_context.file_system->NameToString(i_name, 0, nullptr, &location);
+    return std::wstring(location.View());
 }
 
 /// The path as a person reads it.

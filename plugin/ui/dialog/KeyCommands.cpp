@@ -38,10 +38,11 @@ void KeyCommands::Close() noexcept {
 
 std::optional<DialogCommand> KeyCommands::CommandOf(const MSG& i_message) const noexcept {
     TRACE_FUNCTION();
+    const WPARAM code = i_message.message == WM_XBUTTONUP ? HIWORD(i_message.wParam) : i_message.wParam;
     for (const CommandRow& row : DialogCommands())
         for (const CommandKey& key : row.keys)
-            if (i_message.message == key.message && i_message.wParam == key.code &&
-                key.is_with_ctrl == IsDown(VK_CONTROL) && (!key.is_with_shift || IsDown(VK_SHIFT)) && IsIn(key.place))
+            if (i_message.message == key.message && code == key.code && key.is_with_ctrl == IsDown(VK_CONTROL) &&
+                (!key.is_with_shift || IsDown(VK_SHIFT)) && IsIn(key.place))
                 return row.command;
     return std::nullopt;
 }
@@ -65,11 +66,11 @@ HRESULT STDMETHODCALLTYPE KeyCommands::OnEventLoopMonitor(Qorv::IUIX_LoopEvent* 
         CHECK_RETURN(io_event != nullptr, E_INVALIDARG);
         MSG message{};
         CHECK_HRESULT(io_event->get_Message(&message.message));
-        if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
+        if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN && message.message != WM_XBUTTONUP)
             return TRACE_RESULT(S_OK);
         CHECK_HRESULT(io_event->get_Window(&message.hwnd));
         CHECK_HRESULT(io_event->get_WParam(&message.wParam));
-        if (m_dialog_window == nullptr || !IsChild(m_dialog_window, message.hwnd))
+        if (m_dialog_window == nullptr || (message.hwnd != m_dialog_window && !IsChild(m_dialog_window, message.hwnd)))
             return TRACE_RESULT(S_OK);
         const auto command = CommandOf(message);
         if (command) {

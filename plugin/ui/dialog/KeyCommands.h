@@ -9,7 +9,8 @@
 
 namespace Ui {
 
-/// The keys of a dialog's commands (the rows of `DialogCommands`), taken from the host's modal loop. UI thread.
+/// The keys, and the mouse's buttons, of a dialog's commands (the rows of `DialogCommands`), taken from the host's
+/// modal loop. UI thread.
 class KeyCommands final : public Qorv::CoClass<KeyCommands, Qorv::IUIX_EventLoopMonitor> {
 public:
     KeyCommands(HWND i_dialog_window, Qorv::IUIX_Item* i_list, Qorv::IUIX_Item* i_combo,
