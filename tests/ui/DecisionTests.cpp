@@ -74,6 +74,8 @@ TEST_F(DecisionTest, TakesWaysForWaysAndNamesForNames) {
         {L"DropBox://id/Docs", Kind::go_to, L"dropbox://id/Docs"},
         {L"docs", Kind::enter, L""},
         {L"a.pdf", Kind::nothing, L""},
+        {L"docs/x.pdf", Kind::go_to, L"docs/x.pdf"},
+        {L"other/x.pdf", Kind::nothing, L""},
         {L"new", Kind::nothing, L""},
         {L"...", Kind::nothing, L""},
         {L"\"Docs\" \"a.pdf\"", Kind::nothing, L""},
@@ -199,6 +201,25 @@ TEST_F(DecisionTest, MakesTheMostOfTypedNames) {
     }
     EXPECT_EQ(nullptr, Typed(save, {L"new.pdf"}).names.front().name) << "not there yet";
     EXPECT_NE(nullptr, Typed(save, {L"A.pdf"}).names.front().name);
+}
+
+TEST_F(DecisionTest, CompletesWhatIsTypedOn) {
+    const struct {
+        const wchar_t* previous;
+        const wchar_t* text;
+        const wchar_t* completed; ///< Empty for nothing.
+    } cases[] = {
+        {L"", L"d", L"docs"},   {L"", L"a.", L"a.pdf"}, {L"a", L"a.", L"a.pdf"}, {L"a.pd", L"a.pdf", L""},
+        {L"a.pdf", L"a.", L""}, {L"", L"z", L""},       {L"x", L"a", L""},       {L"", L"", L""},
+        {L"\"", L"\"a", L""},   {L"/", L"/a", L""},     {L"", L"..", L""},
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(test.completed, Ui::CompletedName(test.previous, test.text, m_rows).value_or(L""))
+            << ToUtf8(test.text);
+    for (const wchar_t* const pattern : {L"*.fdf", L"inv*", L"a?*.pdf"})
+        EXPECT_TRUE(Ui::IsPattern(pattern)) << ToUtf8(pattern);
+    for (const wchar_t* const name : {L"a.pdf", L"", L"what?.pdf", L"/x/*", L"\"a*\""})
+        EXPECT_FALSE(Ui::IsPattern(name)) << ToUtf8(name);
 }
 
 TEST_F(DecisionTest, IsLoggedAsASentence) {

@@ -72,6 +72,8 @@ std::wstring LogSentence(const Decision& i_decision) {
         return L"INFORMATION: The folder '" + name + L"' is meant - going there";
     case Kind::go_to:
         return L"INFORMATION: The location '" + i_decision.text + L"' is meant - going there";
+    case Kind::list_matches:
+        return L"INFORMATION: '" + i_decision.text + L"' is a pattern - listing what it matches";
     case Kind::choose_shown:
         return L"INFORMATION: Nothing is selected or typed - choosing the shown folder";
     case Kind::choose:
@@ -109,7 +111,27 @@ Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows) {
         return {.kind = Kind::go_to, .names = {}, .text = std::move(location)};
     if (const FileRow* const folder = FolderOfTitle(i_rows, i_text))
         return {.kind = Kind::enter, .names = {NameOf(*folder)}};
+    const std::size_t slash = i_text.find(L'/');
+    if (slash != std::wstring::npos && FolderOfTitle(i_rows, std::wstring_view(i_text).substr(0, slash)) != nullptr)
+        return {.kind = Kind::go_to, .names = {}, .text = i_text};
     return {};
+}
+
+bool IsPattern(std::wstring_view i_text) {
+    TRACE_FUNCTION();
+    return i_text.find(L'*') != std::wstring_view::npos && i_text.find_first_of(L"/\\\"") == std::wstring_view::npos;
+}
+
+std::optional<std::wstring> CompletedName(std::wstring_view i_previous, std::wstring_view i_text,
+                                          const FileRows& i_rows) {
+    TRACE_FUNCTION();
+    const bool is_typed_on = i_text.size() > i_previous.size() && i_text.starts_with(i_previous);
+    if (!is_typed_on || i_text.find_first_of(L"/\"") != std::wstring_view::npos)
+        return std::nullopt;
+    const auto row = i_rows.FindPrefix(i_text, 0);
+    if (!row || i_rows[*row].title.size() == i_text.size())
+        return std::nullopt;
+    return std::wstring(i_text) + i_rows[*row].title.substr(i_text.size()); // In the letters that were typed.
 }
 
 Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected) {

@@ -3,7 +3,9 @@
 #include "ui/list/FileRow.h"
 #include "ui/names/TypedNames.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // What the user means by pressing OK, judged by what the dialog shows. No windows, and no calls to the service.
@@ -34,7 +36,8 @@ struct Decision {
         nothing,
         go_up,
         enter,          ///< Show the folder of the one name.
-        go_to,          ///< Show the location of the text.
+        go_to,          ///< Show the location of the text, which may be relative to the shown folder.
+        list_matches,   ///< List only the files that the text, a pattern, matches.
         choose_shown,   ///< The dialog ends with the shown folder.
         choose,         ///< The dialog ends with the names.
         ask_to_replace, ///< The same, if the user agrees to replace the one name.
@@ -58,9 +61,17 @@ bool MeansSelection(const DialogMode& i_mode, const DialogContent& i_content);
 /// Whether OK will only go to another folder, so that its button should say so.
 bool GoesToFolder(const DialogMode& i_mode, const DialogContent& i_content, const FileRows& i_rows);
 
-/// What a text in the name box means as a path to a folder: nothing if it is a name. A text that begins with "/" or
-/// "dropbox://", "..", or the title of a listed folder is a path.
+/// What a text in the name box means as a path to a folder: nothing if it is a name. A text that begins with "/",
+/// "dropbox://" or the title of a listed folder and "/", is a path, and so are ".." and the title of a listed folder.
 Decision DecideWay(const std::wstring& i_text, const FileRows& i_rows);
+
+/// Whether a text is a pattern of files' names: one with a "*".
+bool IsPattern(std::wstring_view i_text);
+
+/// The title of a listed row that a text begins, if the user has typed on at the end of what was there before; nothing
+/// for a path or a quoted list.
+std::optional<std::wstring> CompletedName(std::wstring_view i_previous, std::wstring_view i_text,
+                                          const FileRows& i_rows);
 
 /// What to do with the selected rows, which may be none.
 Decision DecideSelection(const DialogMode& i_mode, const std::vector<const FileRow*>& i_selected);

@@ -80,6 +80,7 @@ private:
     void OnContextMenu(LONG i_place);
     void OnFilterChanged(LONG i_detail);
     void OnNameChanged(LONG i_detail);
+    void CompleteName();
     void OnCommand(LONG i_command);
     HRESULT OnFilterComboSelectionChanged();
     bool IsOneName(const std::wstring& i_text) const;
@@ -164,6 +165,7 @@ private:
     Ui::RunningCommand m_command;
     std::unique_ptr<Ui::WatchTimer> m_watch; ///< For the two above.
 
+    std::wstring m_typed_name;         ///< What the name box held after the last key.
     bool m_has_types = false;          ///< The combo of file types is shown.
     bool m_is_reload = false;          ///< The running load is that of the listed folder.
     bool m_is_ok_waiting = false;      ///< OK was pressed while a folder loads.

@@ -38,6 +38,8 @@ void Dialog::Confirm() {
         ResetName(); // It was a path, not a name.
     if (way.kind != Ui::Decision::Kind::nothing)
         return Carry(way);
+    if (!m_mode.chooses_folder && m_trail.IsShown() && Ui::IsPattern(content.text))
+        return Carry({.kind = Ui::Decision::Kind::list_matches, .names = {}, .text = content.text});
     if (m_trail.IsShown())
         Carry(Ui::DecideTypedNames(m_mode, GetNamesFromNameEditControl()));
     else
@@ -68,6 +70,11 @@ void Dialog::Carry(const Ui::Decision& i_decision) {
         break;
     case Ui::Decision::Kind::go_to:
         GoTo(i_decision.text);
+        break;
+    case Ui::Decision::Kind::list_matches:
+        m_list->SetPattern(i_decision.text);
+        m_items.m_name_edit->SelectText(0, -1);
+        UpdateItems();
         break;
     case Ui::Decision::Kind::choose_shown:
         Choose({{.text = {}, .name = m_trail.GetFolder(), .item = {}, .is_folder = true}});

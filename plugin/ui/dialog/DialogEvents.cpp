@@ -160,7 +160,23 @@ void Dialog::OnNameChanged(LONG) {
     TRACE_FUNCTION();
     m_is_name_typed = true;
     m_is_ok_waiting = false; // It was about another name.
+    CompleteName();
     UpdateOkCaption();
+}
+
+/// What is added is selected, so that typing on replaces it. Not in Save, where Enter would mean another file than the
+/// one that was typed.
+void Dialog::CompleteName() {
+    TRACE_FUNCTION();
+    const std::wstring text = NameText();
+    const std::wstring previous = std::exchange(m_typed_name, text);
+    if (!m_mode.is_open || m_trail.IsLoading())
+        return;
+    if (const auto completed = Ui::CompletedName(previous, text, m_list->GetRows())) {
+        m_items.m_name->put_Text(completed->c_str());
+        m_items.m_name_edit->SelectText(static_cast<LONG>(text.size()), -1);
+        m_typed_name = *completed;
+    }
 }
 
 void Dialog::OnFilterChanged(LONG) {
@@ -168,10 +184,10 @@ void Dialog::OnFilterChanged(LONG) {
     OnFilterComboSelectionChanged();
 }
 
-/// Neither a quoted list nor a path to a folder.
+/// Neither a quoted list nor a pattern nor a path to a folder.
 bool Dialog::IsOneName(const std::wstring& i_text) const {
     TRACE_FUNCTION();
-    return !i_text.empty() && !(m_mode.allows_several && Ui::ParseQuotedNames(i_text)) &&
+    return !i_text.empty() && !Ui::IsPattern(i_text) && !(m_mode.allows_several && Ui::ParseQuotedNames(i_text)) &&
            Ui::DecideWay(i_text, m_list->GetRows()).kind == Ui::Decision::Kind::nothing;
 }
 

@@ -90,6 +90,8 @@ HRESULT FileList::Fill(Qorv::IAFS_FileSys* i_file_system, const FolderItems& i_i
                        bool i_keeps_selection) {
     TRACE_FUNCTION();
     const Selection selection = i_keeps_selection ? RememberSelection() : Selection{};
+    if (!i_keeps_selection)
+        m_rows.SetPattern({});
     m_rows.Load(i_file_system, i_items, i_parent_folder);
     CHECK_HRESULT(m_control->put_IsBusy(VARIANT_FALSE));
     CHECK_HRESULT(ShowRows(selection));
@@ -104,9 +106,17 @@ HRESULT FileList::Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_nam
     return TRACE_RESULT(S_OK);
 }
 
+HRESULT FileList::SetPattern(const std::wstring& i_pattern) {
+    TRACE_FUNCTION();
+    m_rows.SetPattern(i_pattern);
+    CHECK_HRESULT(ShowRows({}));
+    return TRACE_RESULT(S_OK);
+}
+
 HRESULT FileList::Refresh() {
     TRACE_FUNCTION();
     const Selection selection = RememberSelection();
+    m_rows.SetPattern({});
     m_rows.Refilter();
     CHECK_HRESULT(ShowRows(selection));
     return TRACE_RESULT(S_OK);
@@ -177,7 +187,8 @@ HRESULT FileList::ShowContentText() {
         text = FormatString(m_host_instance, L"db.msg.noFolders");
         break;
     case FileRows::Content::none_of_type:
-        text = FormatString(m_host_instance, L"db.msg.noneOfType");
+        text = m_rows.GetPattern().empty() ? FormatString(m_host_instance, L"db.msg.noneOfType")
+                                           : FormatString(m_host_instance, L"db.msg.noneMatch", {m_rows.GetPattern()});
         break;
     case FileRows::Content::nothing:
         text = FormatString(m_host_instance, L"db.msg.emptyFolder");

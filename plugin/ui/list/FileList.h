@@ -39,6 +39,8 @@ public:
                  bool i_keeps_selection);
     /// Removes the rows of items that no longer exist.
     HRESULT Remove(const std::vector<Qorv::ComPtr<Qorv::IAFS_Name>>& i_names);
+    /// Lists only the files that match a pattern, until another folder is listed or the filter changes.
+    HRESULT SetPattern(const std::wstring& i_pattern);
     /// Applies the filter again. The selection stays.
     HRESULT Refresh();
     /// Sorts by a column; reverses the order if it is already sorted by it. The selection stays.

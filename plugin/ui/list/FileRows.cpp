@@ -11,6 +11,8 @@
 #include <map>
 #include <set>
 
+#include <shlwapi.h>
+
 namespace Ui {
 namespace {
 
@@ -128,6 +130,12 @@ void FileRows::SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folder
     Show();
 }
 
+void FileRows::SetPattern(std::wstring i_pattern) {
+    TRACE_FUNCTION();
+    m_pattern = std::move(i_pattern);
+    Show();
+}
+
 void FileRows::Refilter() {
     TRACE_FUNCTION();
     Show();
@@ -144,7 +152,11 @@ bool FileRows::IsShown(const FileRow& i_row) const {
     TRACE_FUNCTION();
     if (i_row.is_folder)
         return true;
-    return !m_is_folders_only && (m_filter == nullptr || m_filter->IsValid(i_row.name));
+    if (m_is_folders_only)
+        return false;
+    if (!m_pattern.empty()) // It takes the place of the file types.
+        return PathMatchSpecW(i_row.title.c_str(), m_pattern.c_str()) != FALSE;
+    return m_filter == nullptr || m_filter->IsValid(i_row.name);
 }
 
 void FileRows::Show() {

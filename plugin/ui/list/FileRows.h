@@ -29,6 +29,10 @@ public:
     /// Shows the folders and, unless only folders are wanted, the files that pass the filter (all without one). The
     /// filter is kept, and asked when items are loaded.
     void SetFilter(std::shared_ptr<NamesFilter> i_filter, bool i_is_folders_only);
+    /// Shows the files whose titles match a pattern like "*.fdf;inv*", in place of those that pass the filter; an empty
+    /// one brings the filter back. Loading keeps it.
+    void SetPattern(std::wstring i_pattern);
+    const std::wstring& GetPattern() const noexcept { return m_pattern; }
     /// Applies the filter again, after it has changed.
     void Refilter();
 
@@ -63,6 +67,7 @@ private:
     std::vector<FileRow> m_rows;   ///< All items, by name: among equal values the lower index comes first.
     std::vector<RowIndex> m_shown; ///< What is shown, in order: no text moves when order or filter change.
     std::shared_ptr<NamesFilter> m_filter;
+    std::wstring m_pattern;
     bool m_is_folders_only = false;
     FileColumn m_column = FileColumn::name;
     bool m_is_descending = false;
