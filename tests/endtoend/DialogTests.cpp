@@ -34,6 +34,7 @@ TEST_F(OpenDialogTest, OpensAFile) {
              {"type-ahead", {L"/Documents"}, "text b.pdf \n type b \n key Enter", L"/Documents/b.pdf"},
              {"typed name", {L"/Documents"}, "text a.pdf \n fill ed.name A.PDF \n key Enter", L"/Documents/a.pdf"},
              {"typed path", {}, "text start.pdf \n fill ed.name /documents/b.pdf \n key Enter", L"/Documents/b.pdf"},
+             {"menu", {}, "row Documents \n menu Open \n row a.pdf \n menu Open", L"/Documents/a.pdf"},
              {"typed path from here",
               {},
               "text start.pdf \n fill ed.name documents/Inner/deep.pdf \n key Enter",

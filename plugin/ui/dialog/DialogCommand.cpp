@@ -7,28 +7,38 @@ namespace Ui {
 namespace {
 
 constexpr CommandRow rows[] = {
+    {DialogCommand::open, L"db.cmd.openRow", nullptr, {}, L"Enter"}, // The list's own key.
     {DialogCommand::back,
      L"db.cmd.back",
      nullptr,
-     {{{WM_SYSKEYDOWN, VK_LEFT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON1, KeyPlace::everywhere}}}},
+     {{{WM_SYSKEYDOWN, VK_LEFT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON1, KeyPlace::everywhere}}},
+     L"Alt+Left"},
     {DialogCommand::forward,
      L"db.cmd.forward",
      nullptr,
-     {{{WM_SYSKEYDOWN, VK_RIGHT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON2, KeyPlace::everywhere}}}},
+     {{{WM_SYSKEYDOWN, VK_RIGHT, KeyPlace::everywhere}, {WM_XBUTTONUP, XBUTTON2, KeyPlace::everywhere}}},
+     L"Alt+Right"},
     {DialogCommand::up,
      L"db.cmd.up",
      &DialogUi::m_up,
-     {{{WM_SYSKEYDOWN, VK_UP, KeyPlace::all_but_combo}, {WM_KEYDOWN, VK_BACK, KeyPlace::list}}}},
+     {{{WM_SYSKEYDOWN, VK_UP, KeyPlace::all_but_combo}, {WM_KEYDOWN, VK_BACK, KeyPlace::list}}},
+     L"Alt+Up"},
     {DialogCommand::new_folder,
      L"db.cmd.newFolder",
      &DialogUi::m_new_folder,
-     {{{WM_KEYDOWN, 'N', KeyPlace::everywhere, true, true}}}},
-    {DialogCommand::rename, L"db.cmd.rename", nullptr, {{{WM_KEYDOWN, VK_F2, KeyPlace::list}}}},
-    {DialogCommand::delete_items, L"db.cmd.delete", &DialogUi::m_delete, {{{WM_KEYDOWN, VK_DELETE, KeyPlace::list}}}},
+     {{{WM_KEYDOWN, 'N', KeyPlace::everywhere, true, true}}},
+     L"Ctrl+Shift+N"},
+    {DialogCommand::rename, L"db.cmd.rename", nullptr, {{{WM_KEYDOWN, VK_F2, KeyPlace::list}}}, L"F2"},
+    {DialogCommand::delete_items,
+     L"db.cmd.delete",
+     &DialogUi::m_delete,
+     {{{WM_KEYDOWN, VK_DELETE, KeyPlace::list}}},
+     L"Del"},
     {DialogCommand::refresh,
      L"db.cmd.refresh",
      &DialogUi::m_refresh,
-     {{{WM_KEYDOWN, VK_F5, KeyPlace::everywhere}, {WM_KEYDOWN, 'R', KeyPlace::everywhere, true}}}},
+     {{{WM_KEYDOWN, VK_F5, KeyPlace::everywhere}, {WM_KEYDOWN, 'R', KeyPlace::everywhere, true}}},
+     L"F5"},
     {DialogCommand::select_all, nullptr, nullptr, {{{WM_KEYDOWN, 'A', KeyPlace::list, true}}}},
     {DialogCommand::show_places,
      nullptr,
@@ -53,7 +63,9 @@ CommandSet::CommandSet(Qorv::IQorv_Inst* i_host_instance, const DialogUi& i_ui, 
         const bool is_here = i_place == Place::bar ? row.image != nullptr : row.text_id != nullptr;
         if (!is_here)
             continue;
-        const std::wstring& text = m_texts.emplace_back(FormatString(i_host_instance, row.text_id));
+        std::wstring& text = m_texts.emplace_back(FormatString(i_host_instance, row.text_id));
+        if (i_place == Place::menu && row.key_name != nullptr)
+            text.append(L"\t").append(row.key_name);
         m_commands.push_back({.id = static_cast<LONG>(row.command),
                               .text = text.c_str(),
                               .image = row.image != nullptr ? (i_ui.*row.image).Get() : nullptr});

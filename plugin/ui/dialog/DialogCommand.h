@@ -25,6 +25,7 @@ enum class DialogCommand : LONG {
     back = 10,
     forward = 11,
     show_places = 12,
+    open = 13,
 };
 
 /// Where a key runs a command; elsewhere it belongs to the item.
@@ -44,6 +45,7 @@ struct CommandRow {
     Qorv::PCStr text_id;                             ///< Null for a command in neither the bar nor the menu.
     Qorv::ComPtr<Qorv::IUIX_Image> DialogUi::*image; ///< Null for a command that isn't in the bar.
     std::array<CommandKey, 2> keys;
+    Qorv::PCStr key_name = nullptr; ///< For the menu: of the key that is easiest to remember.
 };
 
 /// Every command, in the order of bar and menu.

@@ -71,6 +71,9 @@ void Dialog::RunCommand(Ui::DialogCommand i_command) {
         m_list->SelectAll();
         OnSelectionChanged(0);
         break;
+    case Ui::DialogCommand::open:
+        OnRowActivated(0);
+        break;
     case Ui::DialogCommand::back:
         Step(Ui::FolderHistory::Direction::back);
         break;
@@ -103,6 +106,8 @@ bool Dialog::CanRun(Ui::DialogCommand i_command) const {
     switch (i_command) {
     case Ui::DialogCommand::up:
         return m_trail.GetParentFolder() != nullptr;
+    case Ui::DialogCommand::open:
+        return m_trail.IsShown() && !m_list->GetSelection().empty();
     case Ui::DialogCommand::back:
         return m_history.Target(Ui::FolderHistory::Direction::back) != nullptr;
     case Ui::DialogCommand::forward:
