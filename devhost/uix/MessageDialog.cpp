@@ -25,7 +25,7 @@ MessageDialog::MessageDialog(HWND i_owner, const MessageContent& i_content, Mess
                    i_layout.client)
     , m_layout(std::move(i_layout))
     , m_icon(LoadSystemIcon(i_content.icon, m_layout.icon)) {
-    AddControl(L"STATIC", i_content.text, SS_LEFT | SS_NOPREFIX, m_layout.text, text_id);
+    AddControl(L"STATIC", m_layout.shown_text, SS_LEFT | SS_NOPREFIX, m_layout.text, text_id);
     for (std::size_t index = 0; index < i_content.buttons.size(); ++index)
         AddControl(L"BUTTON", i_content.buttons[index],
                    WS_TABSTOP | (index == i_content.default_button ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),

@@ -30,11 +30,25 @@ Font MakeMessageFont() {
     return Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
-SIZE MessageTextSize(const std::wstring& i_text, HFONT i_font, const Scale& i_scale) {
-    SIZE size = TextSize(i_text, i_font, i_scale.Pixels(text_width), MessageDialog::text_flags);
-    if (size.cy > i_scale.Pixels(high_text_height))
-        size = TextSize(i_text, i_font, i_scale.Pixels(wide_text_width), MessageDialog::text_flags);
-    size.cy = std::min(size.cy, LONG{i_scale.Pixels(max_text_height)});
+/// What remains of the screen for the text, so that the buttons stay on it.
+LONG ScreenHeightForText(const Scale& i_scale) {
+    RECT area{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    const LONG frame = GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CYFIXEDFRAME);
+    return area.bottom - area.top - frame - LONG{i_scale.Pixels(2 * margin + button_height + 2 * button_margin)};
+}
+
+/// Breaks the text, in a wider box if it would be too high otherwise, and returns its size.
+SIZE FitText(std::wstring& io_text, HFONT i_font, const Scale& i_scale) {
+    const std::wstring whole = std::move(io_text);
+    SIZE size{};
+    for (const int width : {text_width, wide_text_width}) {
+        io_text = WithBrokenWords(whole, i_font, i_scale.Pixels(width));
+        size = TextSize(io_text, i_font, i_scale.Pixels(width), MessageDialog::text_flags);
+        if (size.cy <= i_scale.Pixels(high_text_height))
+            break;
+    }
+    size.cy = std::min({size.cy, LONG{i_scale.Pixels(max_text_height)}, ScreenHeightForText(i_scale)});
     return size;
 }
 
@@ -45,11 +59,12 @@ LONG ButtonWidth(const std::wstring& i_caption, HFONT i_font, const Scale& i_sca
 
 } // namespace
 
-MessageLayout::MessageLayout(const MessageContent& i_content, const Scale& i_scale) : font(MakeMessageFont()) {
+MessageLayout::MessageLayout(const MessageContent& i_content, const Scale& i_scale)
+    : font(MakeMessageFont()), shown_text(i_content.text) {
     const LONG edge = i_scale.Pixels(margin);
     const LONG icon_side = i_content.icon != nullptr ? i_scale.Pixels(icon_size) : 0;
     const LONG text_left = icon_side != 0 ? edge + icon_side + edge : edge;
-    const SIZE text_size = MessageTextSize(i_content.text, font.get(), i_scale);
+    const SIZE text_size = FitText(shown_text, font.get(), i_scale);
     const LONG content_height = std::max(icon_side, text_size.cy);
 
     const LONG gap = i_scale.Pixels(button_gap);

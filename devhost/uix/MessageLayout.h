@@ -20,7 +20,8 @@ struct MessageContent {
 struct MessageLayout {
     MessageLayout(const MessageContent& i_content, const Scale& i_scale);
 
-    Font font; ///< The system's for messages.
+    Font font;               ///< The system's for messages.
+    std::wstring shown_text; ///< With line breaks in words that are too wide.
     SIZE client{};
     RECT icon{};
     RECT text{};

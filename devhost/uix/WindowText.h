@@ -15,4 +15,7 @@ std::wstring ReadableCaption(const std::wstring& i_caption);
 /// The size of a text drawn with this font and wrapped to this many pixels; `i_flags` are DT_.
 SIZE TextSize(const std::wstring& i_text, HFONT i_font, int i_width, UINT i_flags);
 
+/// The text with line breaks in words that are wider than this, where drawing would cut them off.
+std::wstring WithBrokenWords(const std::wstring& i_text, HFONT i_font, int i_width);
+
 } // namespace DevHost

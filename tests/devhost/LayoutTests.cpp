@@ -136,6 +136,13 @@ TEST(MessageLayout, HasRoomForEveryTextAndCaption) {
             SCOPED_TRACE(row.name);
             EXPECT_LE(layout.text.right, layout.client.cx);
             EXPECT_LE(layout.text.bottom, layout.button_area_top);
+            RECT work_area{};
+            SystemParametersInfoW(SPI_GETWORKAREA, 0, &work_area, 0);
+            EXPECT_LE(layout.client.cy, work_area.bottom - work_area.top) << "the buttons stay on the screen";
+            EXPECT_LE(layout.text.right - layout.text.left, Scale(dots_per_inch).Pixels(640));
+            std::wstring unbroken = layout.shown_text;
+            std::erase(unbroken, L'\n');
+            EXPECT_EQ(unbroken, row.content.text);
             ASSERT_EQ(layout.buttons.size(), row.content.buttons.size());
             LONG left = 0;
             for (const RECT& button : layout.buttons) {

@@ -4,6 +4,7 @@
 #include "ui/names/FilterString.h"
 #include "ui/names/NameExtension.h"
 #include "ui/names/QuotedNames.h"
+#include "ui/names/ShortenedName.h"
 
 #include <gtest/gtest.h>
 
@@ -121,6 +122,19 @@ TEST(NameExtensionTest, DefaultOneGoesBehindAnyOther) {
     Ui::AddExtension(name, L"", caller);
     EXPECT_EQ(L"a", name);
     EXPECT_TRUE(log.Has("Qorv::Dialog::AddDefaultExtension ERROR: Extension to add is empty - adding nothing\n"));
+}
+
+TEST(ShortenedName, KeepsBeginningAndEnd) {
+    const std::wstring fits(80, L'n');
+    EXPECT_EQ(Ui::ShortenedName(fits), fits);
+    EXPECT_EQ(Ui::ShortenedName(L"Begin" + std::wstring(5000, L'n') + L"end.pdf"),
+              L"Begin" + std::wstring(44, L'n') + L"\u2026" + std::wstring(23, L'n') + L"end.pdf");
+    std::wstring faces;
+    for (int i = 0; i < 50; ++i)
+        faces += L"\xD83D\xDE00";
+    const std::wstring shortened = Ui::ShortenedName(faces);
+    EXPECT_EQ(shortened.size() % 2, 1u) << "no half of a character";
+    EXPECT_EQ(shortened.find(L'\u2026') % 2, 0u);
 }
 
 } // namespace

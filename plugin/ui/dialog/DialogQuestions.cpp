@@ -4,6 +4,7 @@
 #include "core/host/MessageBox.h"
 #include "core/trace/LogText.h"
 #include "ui/list/CountText.h"
+#include "ui/names/ShortenedName.h"
 
 #include <algorithm>
 
@@ -25,18 +26,18 @@ DialogQuestions::DialogQuestions(Qorv::IQorv_Inst* i_host_instance, HWND i_windo
 void DialogQuestions::TellWhyNot(Qorv::PCStr i_text_id, const std::wstring& i_name,
                                  const std::wstring& i_detail) const {
     TRACE_FUNCTION();
-    Ask(Text(i_text_id, {i_name, i_detail}), Qorv::UIX_MsgBox_IconWarning, {L"db.btn.ok"});
+    Tell(Text(i_text_id, {ShortenedName(i_name), i_detail}));
 }
 
 void DialogQuestions::TellFailure(Qorv::PCStr i_text_id, const Failure& i_failure) const {
     TRACE_FUNCTION();
-    TellWhyNot(i_text_id, FailureText(m_host_instance, i_failure));
+    Tell(Text(i_text_id, {FailureText(m_host_instance, i_failure)}));
 }
 
 bool DialogQuestions::AskToReplace(const std::wstring& i_name) const {
     TRACE_FUNCTION();
-    return Ask(Text(L"db.msg.replace", {i_name}), Qorv::UIX_MsgBox_IconQuestion, {L"db.btn.replace", L"db.btn.cancel"},
-               no) == yes;
+    return Ask(Text(L"db.msg.replace", {ShortenedName(i_name)}), Qorv::UIX_MsgBox_IconQuestion,
+               {L"db.btn.replace", L"db.btn.cancel"}, no) == yes;
 }
 
 bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) const {
@@ -44,7 +45,7 @@ bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) con
     const bool has_folder = std::ranges::any_of(i_rows, &FileRow::is_folder);
     std::wstring text;
     if (i_rows.size() == 1)
-        text = Text(has_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {i_rows.front()->title});
+        text = Text(has_folder ? L"db.msg.deleteFolder" : L"db.msg.deleteFile", {ShortenedName(i_rows.front()->title)});
     else
         text = Text(has_folder ? L"db.msg.deleteSeveral" : L"db.msg.deleteFiles", {CountText(i_rows.size())}) + L"\n" +
                NamesOf(i_rows);
@@ -55,7 +56,8 @@ bool DialogQuestions::AskToDelete(const std::vector<const FileRow*>& i_rows) con
 
 FailureAnswer DialogQuestions::AskAfterLoadFailure(const std::wstring& i_folder, const Failure& i_failure) const {
     TRACE_FUNCTION();
-    const std::wstring text = Text(L"db.msg.loadFailed", {i_folder, FailureText(m_host_instance, i_failure)});
+    const std::wstring text =
+        Text(L"db.msg.loadFailed", {ShortenedName(i_folder), FailureText(m_host_instance, i_failure)});
     if (IsSignInNeeded(i_failure)) {
         constexpr FailureAnswer answers[] = {FailureAnswer::sign_in, FailureAnswer::try_again, FailureAnswer::give_up};
         return answers[Ask(text, Qorv::UIX_MsgBox_IconWarning,
@@ -63,6 +65,11 @@ FailureAnswer DialogQuestions::AskAfterLoadFailure(const std::wstring& i_folder,
     }
     const ULONG answer = Ask(text, Qorv::UIX_MsgBox_IconWarning, {L"db.btn.tryAgain", L"db.btn.cancel"});
     return answer == 0 ? FailureAnswer::try_again : FailureAnswer::give_up;
+}
+
+void DialogQuestions::Tell(const std::wstring& i_text) const {
+    TRACE_FUNCTION();
+    Ask(i_text, Qorv::UIX_MsgBox_IconWarning, {L"db.btn.ok"});
 }
 
 /// The index of the pressed button, or of the last one if none was pressed.
@@ -87,7 +94,7 @@ std::wstring DialogQuestions::NamesOf(const std::vector<const FileRow*>& i_rows)
     TRACE_FUNCTION();
     std::wstring names;
     for (std::size_t i = 0; i < std::min(i_rows.size(), most_names); ++i)
-        names += L"\n" + i_rows[i]->title;
+        names += L"\n" + ShortenedName(i_rows[i]->title);
     if (i_rows.size() > most_names)
         names += L"\n" + Text(L"db.msg.more", {CountText(i_rows.size() - most_names)});
     return names;

@@ -14,7 +14,7 @@
 namespace Ui {
 
 /// What a dialog asks and tells the user, in message boxes owned by its window. UI thread. A box that can't be shown
-/// counts as closed without an answer.
+/// counts as closed without an answer. Long names are shortened, so that the sentence around them can be read.
 class DialogQuestions {
 public:
     DialogQuestions(Qorv::IQorv_Inst* i_host_instance, HWND i_window);
@@ -35,6 +35,7 @@ public:
     FailureAnswer AskAfterLoadFailure(const std::wstring& i_folder, const Failure& i_failure) const;
 
 private:
+    void Tell(const std::wstring& i_text) const;
     ULONG Ask(const std::wstring& i_text, Qorv::UIX_MsgBoxIcon i_icon, std::initializer_list<Qorv::PCStr> i_buttons,
               ULONG i_default_button = 0) const;
     std::wstring Text(Qorv::PCStr i_id, std::initializer_list<std::wstring_view> i_arguments) const;
