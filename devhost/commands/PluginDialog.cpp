@@ -36,6 +36,32 @@ private:
     Qorv::ComPtr<MainInstance> m_host;
 };
 
+bool AskToSignInAgain(Shell& io_shell) {
+    Qorv::ComPtr<IUnknown> service;
+    io_shell.Plugin().Host().GetExtension(L"UIX", &service);
+    constexpr Qorv::PCStr buttons[] = {L"Sign in again", L"Cancel"};
+    Qorv::UIX_MsgBoxParameters message;
+    message.title = L"Dropbox";
+    message.text = L"Dropbox no longer accepts the saved sign-in. Do you want to sign in again?";
+    message.icon = Qorv::UIX_MsgBox_IconWarning;
+    message.buttons = buttons;
+    message.button_count = ULONG{std::size(buttons)};
+    ULONG answer = 1;
+    Check(service.As<Qorv::IUIX_Inst>()->ShowMsgBox(&message, &answer), L"Cannot ask for a sign-in");
+    return answer == 0;
+}
+
+/// A place that a dialog begins in. A token that is no longer accepted leads to a question.
+Place FindStart(Shell& io_shell, const std::wstring& i_location) {
+    try {
+        return io_shell.Locations().Find(i_location);
+    } catch (const SignInNeeded& failure) {
+        if (!AskToSignInAgain(io_shell))
+            throw Failure(Qorv::ErrorCanceled, failure.Text());
+    }
+    return io_shell.Locations().FindAfterSignIn(i_location);
+}
+
 CabNode::Node MakeParameters(Shell& io_shell, ULONG i_type, const DialogOptions& i_options,
                              const Operation& i_operation) {
     Qorv::ComPtr<Qorv::IAUX_CabNode> made;
@@ -43,7 +69,7 @@ CabNode::Node MakeParameters(Shell& io_shell, ULONG i_type, const DialogOptions&
     const CabNode::Node parameters(static_cast<CabNode*>(made.Get())); // The plug-in passes on what this host makes.
     for (const auto& [id, value] : i_options.items)
         parameters->Member(id)->SetValue(value);
-    const Place place = io_shell.Locations().Find(i_options.location);
+    const Place place = FindStart(io_shell, i_options.location);
     parameters->Member(location_item)->SetValue(Qorv::ComPtr<IUnknown>(place.name.Get()));
     if (i_options.has_settings) {
         const auto callbacks = Qorv::Create<SettingsMessage>(io_shell.Plugin().Host());
@@ -81,7 +107,7 @@ DialogAnswer ShowPluginDialog(Shell& io_shell, Qorv::AFS_DlgType i_type, const D
     const CabNode::Node parameters = MakeParameters(io_shell, i_type, i_options, operation);
     Place folder;
     if (i_options.folder)
-        folder = io_shell.Locations().Find(*i_options.folder);
+        folder = FindStart(io_shell, *i_options.folder);
     Qorv::ComPtr<Qorv::IAFS_NamesCollection> names;
     LONG choice = 0;
     operation.Check(io_shell.FileSystem().ShowDlg(i_type, parameters, folder.name, nullptr, &names, &choice),
@@ -89,7 +115,11 @@ DialogAnswer ShowPluginDialog(Shell& io_shell, Qorv::AFS_DlgType i_type, const D
                                      : L"the plug-in refuses the dialog's parameters");
     if (names == nullptr || choice != Qorv::AFS_UserChoice_OK)
         throw Failure(E_UNEXPECTED, L"The dialog succeeded, but does not say what was chosen");
-    return {LocationsOf(*names.Get(), operation), FilterIndexOf(*parameters.Get())};
+    const DialogAnswer answer{LocationsOf(*names.Get(), operation), FilterIndexOf(*parameters.Get())};
+    Qorv::ComPtr<Qorv::IAFS_Name> first;
+    operation.Check(names->get_Item(0, &first));
+    io_shell.Locations().SaveAccountOf(first);
+    return answer;
 }
 
 } // namespace DevHost

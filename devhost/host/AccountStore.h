@@ -12,6 +12,7 @@ namespace DevHost {
 inline constexpr wchar_t account_id_item[] = L"UserId";
 inline constexpr wchar_t account_user_name_item[] = L"UserName";
 inline constexpr wchar_t account_token_item[] = L"Token";
+inline constexpr wchar_t account_path_item[] = L"Path";
 
 /// A saved account, as its dictionary describes it; neither the plug-in nor the service is asked.
 struct SavedAccount {

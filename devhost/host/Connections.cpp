@@ -1,5 +1,7 @@
 #include "host/Connections.h"
 
+#include "qorv/Values.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -33,6 +35,35 @@ Connections::Connections(Qorv::IAFS_FileSys& i_file_system, const AccountStore& 
 Place Connections::Find(const std::wstring& i_text) {
     const Connection& connection = AccountFor(i_text);
     return {NameIn(connection, i_text), &connection};
+}
+
+Place Connections::FindAfterSignIn(const std::wstring& i_text) {
+    m_signs_in = true;
+    try {
+        const Place place = Find(i_text);
+        m_signs_in = false;
+        return place;
+    } catch (...) {
+        m_signs_in = false;
+        throw;
+    }
+}
+
+void Connections::SaveAccountOf(Qorv::IAFS_Name* i_name) {
+    const Operation operation(L"Saving the account", m_cancel_flag);
+    Qorv::Variant value;
+    operation.Check(m_file_system.get_Prop(i_name, L"AccountData", &value));
+    if (value->vt != VT_UNKNOWN || value->punkVal == nullptr)
+        throw Failure(E_UNEXPECTED, L"The plug-in does not say whose account was used");
+    const auto account = Qorv::ComPtr<IUnknown>(value->punkVal).As<Qorv::IAFS_AccountData>();
+    const CabNode::Node dictionary = Qorv::Create<CabNode>();
+    operation.Check(account->SaveTo(dictionary));
+    const std::wstring id = dictionary->MemberText(account_id_item);
+    for (const SavedAccount& saved : m_accounts.List())
+        if (saved.id == id) // Where an account starts is the host's own setting.
+            dictionary->Member(account_path_item)->SetValue(saved.file.Load()->MemberText(account_path_item));
+    m_accounts.Save(*dictionary);
+    m_bound.remove_if([&](const Connection& i_connection) { return i_connection.id == id; });
 }
 
 Qorv::ComPtr<Qorv::IAFS_Name> Connections::NameIn(const Connection& i_connection, const std::wstring& i_text) const {
@@ -94,6 +125,8 @@ const Connection& Connections::Bind(const SavedAccount& i_account) {
         return *found;
     const Operation operation(L"Account " + i_account.id, m_cancel_flag);
     const CabNode::Node dictionary = i_account.file.Load();
+    if (m_signs_in)
+        dictionary->Member(account_token_item)->SetValue(std::wstring());
     const bool signs_in = dictionary->MemberText(account_token_item).empty();
     Connection connection{i_account.id, nullptr, nullptr};
     operation.Check(

@@ -33,6 +33,13 @@ public:
     /// a `Failure` for text that is neither, and if the account cannot be bound.
     Place Find(const std::wstring& i_text);
 
+    /// The same after a new sign-in to the location's account, which is saved.
+    Place FindAfterSignIn(const std::wstring& i_text);
+
+    /// Saves the account of a name, and binds it anew when it is next needed: the plug-in's user may have signed in
+    /// since it was bound, or to another account. Earlier places in the account end.
+    void SaveAccountOf(Qorv::IAFS_Name* i_name);
+
     /// A location in an account that is already bound.
     Qorv::ComPtr<Qorv::IAFS_Name> NameIn(const Connection& i_connection, const std::wstring& i_text) const;
 
@@ -44,6 +51,7 @@ private:
 
     Qorv::IAFS_FileSys& m_file_system;
     const AccountStore& m_accounts;
+    bool m_signs_in = false; ///< Whatever token is saved.
     std::wstring m_user;
     Qorv::ComPtr<CancelFlag> m_cancel_flag;
     std::list<Connection> m_bound; ///< A list, because places point into it.

@@ -64,7 +64,10 @@ void Operation::Check(HRESULT i_result, std::wstring_view i_invalid) const {
     std::wstring reason = ReasonInWords(i_result, said.empty() ? left.text : said);
     if (i_result == E_INVALIDARG && reason == CodeInWords(E_INVALIDARG))
         reason = i_invalid;
-    throw Failure(i_result, m_subject + L": " + WithHint(reason, left));
+    const std::wstring sentence = m_subject + L": " + WithHint(reason, left);
+    if (left.status == status_unauthorized)
+        throw SignInNeeded(i_result, sentence);
+    throw Failure(i_result, sentence);
 }
 
 } // namespace DevHost

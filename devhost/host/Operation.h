@@ -9,6 +9,12 @@
 
 namespace DevHost {
 
+/// The service refused an account's token: only a new sign-in helps.
+class SignInNeeded final : public Failure {
+public:
+    using Failure::Failure;
+};
+
 /// One operation of the plug-in: the error details and cancel flag that it takes, and its failure in words.
 class Operation {
 public:
@@ -19,7 +25,8 @@ public:
     Qorv::IQorv_ErrorDetails* Details() const noexcept { return m_details; }
     Qorv::IQorv_CancelFlag* Cancel() const noexcept { return m_cancel_flag; }
 
-    /// Throws a `Failure` for a failed result. `i_invalid` says what E_INVALIDARG means here.
+    /// Throws a `Failure` for a failed result, a `SignInNeeded` for a refused token. `i_invalid` says what E_INVALIDARG
+    /// means here.
     void Check(HRESULT i_result, std::wstring_view i_invalid = L"there is no such file or folder") const;
 
 private:

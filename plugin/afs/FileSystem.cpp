@@ -23,6 +23,7 @@ constexpr wchar_t display_name_id[] = L"db.str.fileSystemName";
 constexpr ULONG features = 0x3000A7FF; // The host's bits.
 constexpr wchar_t user_name_prop[] = L"UserName";
 constexpr wchar_t icon_prop[] = L"Icon";
+constexpr wchar_t account_data_prop[] = L"AccountData";
 constexpr wchar_t communication_key_prop[] = L"CommunicationKey";
 
 std::wstring UnknownProperty(const wchar_t* i_prop_name) {
@@ -87,6 +88,8 @@ HRESULT STDMETHODCALLTYPE FileSystem::get_Prop(Qorv::IAFS_Name* name, Qorv::PCSt
             CHECK_HRESULT(GetUserName(name, o_prop_value));
         else if (EqualsNoCase(i_prop_name, icon_prop))
             CHECK_HRESULT(GetIconProp(o_prop_value));
+        else if (EqualsNoCase(i_prop_name, account_data_prop))
+            CHECK_HRESULT(GetAccountData(name, o_prop_value));
         else {
             TRACE_TEXT(UnknownProperty(i_prop_name));
             return TRACE_RESULT(E_NOTIMPL);
@@ -103,6 +106,24 @@ HRESULT FileSystem::GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value) {
     Qorv::Bstr user_name(object->GetWeb()->GetUserInformation()._name);
     CHECK_RETURN(user_name.m_str != nullptr, E_OUTOFMEMORY);
     Qorv::Variant value(std::move(user_name));
+    VARIANT& variant_value = value.m_value;
+    CHECK_HRESULT(VariantCopy(o_prop_value, &variant_value));
+    return TRACE_RESULT(S_OK);
+}
+
+/// The account of the name's session, which may be newer than the saved one: the user may have signed in since.
+HRESULT FileSystem::GetAccountData(Qorv::IAFS_Name* name, VARIANT* o_prop_value) {
+    TRACE_FUNCTION();
+    GET_LOCAL_NAME(name);
+    CHECK_RETURN(m_plugin != nullptr, E_UNEXPECTED);
+    const auto session = local_name->GetSession();
+    const SharePoint::UserInformation& user = session->GetWeb()->GetWeb()->GetUserInformation();
+    const auto account = Qorv::Create<AccountData>(m_plugin);
+    CHECK_RETURN(account != nullptr, E_OUTOFMEMORY);
+    account->SetUserId(user._id);
+    account->SetToken(session->GetToken());
+    account->SetUserName(user._name);
+    Qorv::Variant value(Qorv::ComPtr<IUnknown>(account.Get()));
     VARIANT& variant_value = value.m_value;
     CHECK_HRESULT(VariantCopy(o_prop_value, &variant_value));
     return TRACE_RESULT(S_OK);

@@ -108,6 +108,7 @@ private:
     HRESULT AccountOfContext(Qorv::PCStr i_path, Qorv::IAFS_BindContext* i_context,
                              Qorv::ComPtr<AccountData>& o_account);
     HRESULT GetUserName(Qorv::IAFS_Name* name, VARIANT* o_prop_value);
+    HRESULT GetAccountData(Qorv::IAFS_Name* name, VARIANT* o_prop_value);
     HRESULT GetIconProp(VARIANT* o_prop_value);
 
     OpenNames m_open_names;

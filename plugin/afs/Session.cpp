@@ -103,12 +103,14 @@ std::shared_ptr<Session> Session::Create(std::wstring& io_user_id, std::wstring&
         user_id = WithoutPercentEscapes(user_id);
         if ((io_user_id.empty() || io_user_id == user_id) && session->TakeSignedIn(io_token, user_id)) {
             io_user_id = user_id;
+            session->m_token = io_token;
             return session;
         }
         // Another user: none of their tokens may stay valid, here or at the service.
         Dropbox::RevokeToken(AuthorizationHeader(std::exchange(io_token, {})));
         CHECK_THROW(AskToChooseUser(host, i_user_name), SignInCanceled());
     }
+    session->m_token = io_token;
     session->m_web = Dropbox::Web::Create(AuthorizationHeader(io_token));
     return session;
 }

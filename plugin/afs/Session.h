@@ -34,6 +34,9 @@ public:
     /// service refuses makes the first operation fail. It then throws, and asks again next time.
     std::shared_ptr<SharePoint::Object> GetWeb();
 
+    /// The bare access token, in clear.
+    const std::wstring& GetToken() const noexcept { return m_token; }
+
     /// One of the host's texts for the sign-in.
     void SetCommunicationKey(std::wstring i_communication_key);
 
@@ -47,6 +50,7 @@ private:
     Qorv::ComPtr<Qorv::IAFS_BindContext> m_context;
     Qorv::ComPtr<Qorv::IAFS_FilesCache> m_files_cache;
     std::shared_ptr<SharePoint::Object> m_web;
+    std::wstring m_token;
     bool m_is_account_read = false;
     std::wstring m_communication_key;
 };

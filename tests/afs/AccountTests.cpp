@@ -135,6 +135,18 @@ TEST_F(AccountTest, Properties) {
     EXPECT_HRESULT(S_OK, m_file_system->get_Prop(nullptr, L"Icon", &value));
     EXPECT_EQ(VT_UNKNOWN, value->vt);
     EXPECT_EQ(m_plugin->m_icon.Get(), value->punkVal);
+    EXPECT_HRESULT(S_OK, m_file_system->get_Prop(NameOf(L"/missing"), L"accountdata", &value));
+    ASSERT_EQ(VT_UNKNOWN, value->vt);
+    const auto account = Qorv::ComPtr<IUnknown>(value->punkVal).As<Qorv::IAFS_AccountData>();
+    Qorv::Bstr user_name;
+    EXPECT_HRESULT(S_OK, account->get_UserName(&user_name));
+    EXPECT_EQ(L"Ada Example", user_name.View());
+    const auto saved = Qorv::Create<DevHost::CabNode>();
+    EXPECT_HRESULT(S_OK, account->SaveTo(saved));
+    Qorv::ComPtr<Qorv::IAFS_Name> root;
+    EXPECT_HRESULT(S_OK, m_file_system->BindToObject(account, nullptr, 0, m_details, nullptr, &root))
+        << "its token is the session's";
+    EXPECT_HRESULT(E_INVALIDARG, m_file_system->get_Prop(nullptr, L"AccountData", &value));
     EXPECT_HRESULT(E_NOTIMPL, m_file_system->get_Prop(m_root, L"Size", &value));
     EXPECT_HRESULT(E_INVALIDARG, m_file_system->get_Prop(NameOf(L"/missing"), L"UserName", &value));
 

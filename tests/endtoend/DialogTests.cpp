@@ -289,6 +289,7 @@ TEST_F(OpenDialogTest, ChangesTheUser) {
                   press Allow
                   open ben.pdf)"),
               L"/ben.pdf");
+    EXPECT_EQ(SavedUsers(), L"Ada Example;Ben Example;") << "the sign-in is kept";
     fs::remove(bens_file);
 }
 

@@ -144,6 +144,13 @@ std::wstring ShippedDialogTest::Ask(Qorv::AFS_DlgType i_type, const DevHost::Arg
     }
 }
 
+std::wstring ShippedDialogTest::SavedUsers() const {
+    std::wstring names;
+    for (const DevHost::SavedAccount& account : m_shell->Accounts().List())
+        names += account.user_name + L";";
+    return names;
+}
+
 int ShippedDialogTest::Close() {
     return m_shell->Finish(); // A second time it does nothing.
 }

@@ -41,6 +41,8 @@ protected:
 
     /// The account's id, as locations have it.
     const std::wstring& Id() const { return m_id; }
+    /// The names of the accounts that the host has saved, each with a semicolon.
+    std::wstring SavedUsers() const;
     LONG FilterIndex() const { return m_filter_index; }
 
 private:
