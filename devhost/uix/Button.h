@@ -2,6 +2,8 @@
 
 #include "uix/DialogItem.h"
 
+#include <oleacc.h>
+
 namespace DevHost {
 
 /// A push button.
@@ -14,7 +16,7 @@ public:
 
 private:
     void Make(const LayoutItem& i_description, const ItemPlace& i_place) override {
-        CreateControl(i_description, i_place, {L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON});
+        CreateControl(i_description, i_place, {L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0, ROLE_SYSTEM_PUSHBUTTON});
     }
 };
 

@@ -3,6 +3,8 @@
 #include "uix/Scale.h"
 #include "uix/WindowText.h"
 
+#include <oleacc.h>
+
 #include <algorithm>
 
 namespace DevHost {
@@ -22,7 +24,7 @@ ItemPlace WithRoomForList(ItemPlace i_place) {
 void Combo::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     m_list_width = i_place.rect.right - i_place.rect.left;
     CreateControl(i_description, WithRoomForList(i_place),
-                  {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS});
+                  {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS, 0, ROLE_SYSTEM_COMBOBOX});
     m_tool_tips = ToolTips(i_place.parent);
     FitClosedHeight(static_cast<int>(i_place.rect.bottom - i_place.rect.top));
 }

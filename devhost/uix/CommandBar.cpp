@@ -4,6 +4,7 @@
 #include "uix/GdiBitmap.h"
 
 #include <commctrl.h>
+#include <oleacc.h>
 
 #include <algorithm>
 
@@ -54,7 +55,7 @@ SIZE CommandBar::Size() const noexcept {
 }
 
 void CommandBar::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
-    CreateControl(i_description, i_place, {L"STATIC", WS_CLIPCHILDREN, WS_EX_CONTROLPARENT});
+    CreateControl(i_description, i_place, {L"STATIC", WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, ROLE_SYSTEM_TOOLBAR});
     m_tool_tips = ToolTips(i_place.parent);
     int left = 0;
     for (Command& command : m_commands) {

@@ -2,6 +2,7 @@
 
 #include "uix/Button.h"
 #include "uix/Combo.h"
+#include "uix/ControlAccessible.h"
 #include "uix/ControlName.h"
 #include "uix/Edit.h"
 #include "uix/Label.h"
@@ -46,6 +47,8 @@ ComPtr<DialogItem> DialogItem::Create(const LayoutItem& i_description, const Ite
 void DialogItem::CreateControl(const LayoutItem& i_description, const ItemPlace& i_place, const ControlStyle& i_style) {
     m_id = i_description.id;
     m_events = i_place.events;
+    m_role = i_style.role;
+    m_is_fixed = i_description.is_fixed;
     m_window =
         CreateWindowExW(i_style.extended_style, i_style.window_class, i_description.text.c_str(),
                         i_style.style | WS_CHILD | WS_VISIBLE, static_cast<int>(i_place.rect.left),
@@ -91,7 +94,25 @@ LRESULT CALLBACK DialogItem::ControlProcedure(HWND i_window, UINT i_message, WPA
     return result;
 }
 
+void DialogItem::SetAccessibleName(std::wstring i_name, HWND i_label) {
+    m_name = std::move(i_name);
+    m_label = i_label;
+}
+
+std::wstring DialogItem::AccessibleName() const {
+    if (m_label == nullptr)
+        return m_name.empty() ? ReadableCaption(WindowText(m_window)) : m_name;
+    std::wstring name = ReadableCaption(WindowText(m_label));
+    if (name.ends_with(L':'))
+        name.pop_back();
+    return name;
+}
+
 LRESULT DialogItem::OnControlMessage(UINT i_message, WPARAM i_wparam, LPARAM i_lparam) {
+    constexpr auto client_object = static_cast<LONG>(0xFFFFFFFC); // OBJID_CLIENT
+    if (i_message == WM_GETOBJECT && static_cast<LONG>(i_lparam) == client_object)
+        if (const LRESULT answer = AnswerScreenReader(m_window, i_wparam, AccessibleName(), m_role))
+            return answer;
     return CallWindowProcW(m_procedure, m_window, i_message, i_wparam, i_lparam);
 }
 

@@ -49,8 +49,14 @@ public:
     DialogItem& operator=(const DialogItem&) = delete;
 
     const std::wstring& ItemId() const noexcept { return m_id; }
+    /// Whether it stands in the dialog's fixed area.
+    bool IsFixed() const noexcept { return m_is_fixed; }
     /// Null once it is destroyed.
     HWND Window() const noexcept { return m_window; }
+
+    /// What screen readers call the item: the text of another item's control if there is one, else the given name, or
+    /// the item's own text.
+    void SetAccessibleName(std::wstring i_name, HWND i_label);
 
     /// The control's notification by WM_COMMAND.
     virtual void OnCommand(WORD /*i_notification*/) {}
@@ -72,6 +78,7 @@ protected:
         const wchar_t* window_class;
         DWORD style = 0;
         DWORD extended_style = 0;
+        LONG role = 0; ///< For screen readers: one of ROLE_SYSTEM_.
     };
 
     DialogItem() = default;
@@ -122,7 +129,13 @@ private:
     void BeginListening();
     void EndListening() const;
 
+    std::wstring AccessibleName() const;
+
     std::wstring m_id;
+    std::wstring m_name;
+    HWND m_label = nullptr;
+    LONG m_role = 0;
+    bool m_is_fixed = false;
     HWND m_window = nullptr;
     WNDPROC m_procedure = nullptr; ///< The control's original one.
     ItemEvents* m_events = nullptr;

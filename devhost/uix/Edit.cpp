@@ -1,9 +1,12 @@
 #include "uix/Edit.h"
 
+#include <oleacc.h>
+
 namespace DevHost {
 
 void Edit::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
-    CreateControl(i_description, i_place, {L"EDIT", WS_TABSTOP | ES_LEFT | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE});
+    CreateControl(i_description, i_place,
+                  {L"EDIT", WS_TABSTOP | ES_LEFT | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, ROLE_SYSTEM_TEXT});
     Send(EM_SETLIMITTEXT); // As much as the control can hold: it may contain many names.
 }
 

@@ -2,6 +2,8 @@
 
 #include "uix/WindowText.h"
 
+#include <oleacc.h>
+
 namespace DevHost {
 namespace {
 
@@ -50,7 +52,7 @@ std::wstring CutToWidth(HDC i_device, const std::wstring& i_text, LONG i_width) 
 
 void Label::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     m_draw_text_flags = LookOf(i_description.draw_text_flags);
-    CreateControl(i_description, i_place, {L"STATIC", SS_OWNERDRAW | SS_NOTIFY});
+    CreateControl(i_description, i_place, {L"STATIC", SS_OWNERDRAW | SS_NOTIFY, 0, ROLE_SYSTEM_STATICTEXT});
     m_tool_tips = ToolTips(i_place.parent);
 }
 

@@ -102,6 +102,8 @@ LayoutItem ReadItem(const XmlElement& i_element) {
     item.scroll_style = attributes.Flags(L"scrollStyle");
     item.text = attributes.Text(L"text");
     item.image = attributes.Text(L"image");
+    item.name = attributes.Text(L"name");
+    item.label_id = attributes.Text(L"labelledBy");
     return item;
 }
 
@@ -148,8 +150,10 @@ Layout Layout::Read(const void* i_data, std::size_t i_size, const std::wstring& 
 
 void Layout::Localize(const Localization& i_texts) {
     LocalizeText(title, i_texts);
-    for (LayoutItem& item : items)
+    for (LayoutItem& item : items) {
         LocalizeText(item.text, i_texts);
+        LocalizeText(item.name, i_texts);
+    }
 }
 
 } // namespace DevHost

@@ -19,6 +19,8 @@ struct LayoutItem {
     DWORD scroll_style = 0;
     std::wstring text;
     std::wstring image;
+    std::wstring name;     ///< What a screen reader calls it; empty if its text says enough.
+    std::wstring label_id; ///< The item whose text is its name, if that may change.
 };
 
 /// A dialog's layout, read from its XML description. Lengths are in layout units.

@@ -81,6 +81,11 @@ void LayoutDialog::CreateItems(const Layout& i_layout, HostImages& io_images) {
         if (description.id == i_layout.default_item)
             SendMessageW(Window(), DM_SETDEFID, item_place.control_id, 0);
     }
+    for (std::size_t index = 0; index < m_items.size(); ++index) {
+        const LayoutItem& description = i_layout.items[index];
+        const ComPtr<DialogItem> label = ItemNamed(description.label_id.c_str());
+        m_items[index]->SetAccessibleName(description.name, label != nullptr ? label->Window() : nullptr);
+    }
 }
 
 /// For the next item.
@@ -172,6 +177,7 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr i_item_id, Qor
             return E_OUTOFMEMORY;
         LayoutItem description;
         description.id = i_item_id;
+        bar->SetAccessibleName(L"Tool bar", nullptr);
         bar->Make(description, PlaceAt(TakeRightEnd(*beside, bar->Size())));
         m_items.emplace_back(bar);
         SetWindowPos(bar->Window(), beside->Window(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -181,14 +187,34 @@ HRESULT STDMETHODCALLTYPE LayoutDialog::AddCommandBar(Qorv::PCStr i_item_id, Qor
     });
 }
 
-/// Makes an item narrower so that something of the given size fits beside it, and returns the place: at the item's
-/// right end, vertically centred.
-RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
+RECT LayoutDialog::PlaceOf(const DialogItem& i_item) const {
     RECT place;
     GetWindowRect(i_item.Window(), &place);
     MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+/// Where the other items end, if nothing is between there and the item; else the item's own right edge.
+LONG LayoutDialog::FreeRightEdge(const DialogItem& i_item, const RECT& i_place) const {
+    RECT beside{i_place.right, i_place.top, i_place.right, i_place.bottom};
+    for (const auto& item : m_items)
+        if (!item->IsFixed())
+            beside.right = std::max(beside.right, PlaceOf(*item).right);
+    const bool is_free = std::ranges::none_of(m_items, [&](const auto& i_other) {
+        RECT common;
+        const RECT place = PlaceOf(*i_other);
+        return i_other.Get() != &i_item && IntersectRect(&common, &place, &beside) != FALSE;
+    });
+    return is_free ? beside.right : i_place.right;
+}
+
+/// Makes an item narrower so that something of the given size fits beside it, and returns the place: vertically
+/// centred, at the item's right end, or where all items end.
+RECT LayoutDialog::TakeRightEnd(const DialogItem& i_item, SIZE i_size) const {
+    const RECT place = PlaceOf(i_item);
+    const LONG right = FreeRightEdge(i_item, place);
     const LONG top = (place.top + place.bottom - i_size.cy) / 2;
-    const RECT end{place.right - i_size.cx, top, place.right, top + i_size.cy};
+    const RECT end{right - i_size.cx, top, right, top + i_size.cy};
     const LONG width = end.left - m_scale.Pixels(item_gap) - place.left;
     SetWindowPos(i_item.Window(), nullptr, 0, 0, static_cast<int>(std::max(width, LONG{0})),
                  static_cast<int>(place.bottom - place.top), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);

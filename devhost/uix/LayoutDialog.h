@@ -58,6 +58,8 @@ private:
     Qorv::ComPtr<DialogItem> ItemOf(UINT_PTR i_control_id) const noexcept;
     Qorv::ComPtr<DialogItem> ItemNamed(Qorv::PCStr i_id) const;
     ItemPlace PlaceAt(const RECT& i_rect) noexcept;
+    RECT PlaceOf(const DialogItem& i_item) const;
+    LONG FreeRightEdge(const DialogItem& i_item, const RECT& i_place) const;
     RECT TakeRightEnd(const DialogItem& i_item, SIZE i_size) const;
 
     void Post(DialogItem& io_item, Qorv::UIX_ItemEventKind i_kind, LONG i_detail) override;

@@ -2,6 +2,8 @@
 
 #include "qorv/Values.h"
 
+#include <oleacc.h>
+
 #include <algorithm>
 
 namespace DevHost {
@@ -39,7 +41,7 @@ void List::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_EDITLABELS | LVS_SHAREIMAGELISTS;
     if ((i_description.style & multi_select_style) == 0)
         style |= LVS_SINGLESEL;
-    CreateControl(i_description, i_place, {WC_LISTVIEWW, style, WS_EX_CLIENTEDGE});
+    CreateControl(i_description, i_place, {WC_LISTVIEWW, style, WS_EX_CLIENTEDGE, ROLE_SYSTEM_LIST});
     m_row_editor.emplace(Window());
     constexpr LPARAM extended_style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended_style, extended_style);
@@ -283,7 +285,9 @@ HRESULT STDMETHODCALLTYPE List::AddColumn(Qorv::PCStr i_title, LONG i_width, ULO
         LVCOLUMNW column{};
         column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
         column.pszText = title.data();
-        column.cx = Scale::OfScreen().Pixels(static_cast<int>(i_width));
+        const auto head_width = static_cast<int>(SendPointer(LVM_GETSTRINGWIDTHW, 0, i_title));
+        column.cx = std::max(Scale::OfScreen().Pixels(static_cast<int>(i_width)),
+                             head_width + Scale::OfScreen().Pixels(cell_padding));
         column.fmt = i_alignment == Qorv::UIX_Alignment_Right ? LVCFMT_RIGHT : LVCFMT_LEFT;
         column.iSubItem = Header_GetItemCount(Header());
         return SendPointer(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem), &column) >= 0 ? S_OK : E_FAIL;

@@ -2,6 +2,8 @@
 
 #include "uix/GdiBitmap.h"
 
+#include <oleacc.h>
+
 namespace DevHost {
 namespace {
 
@@ -11,7 +13,7 @@ constexpr int side = 24; // Layout units.
 
 void Picture::Make(const LayoutItem& i_description, const ItemPlace& i_place) {
     m_bitmap = SquareOf(i_place.images->Get(i_description.image), static_cast<ULONG>(Scale::OfScreen().Pixels(side)));
-    CreateControl(i_description, i_place, {L"STATIC", SS_OWNERDRAW});
+    CreateControl(i_description, i_place, {L"STATIC", SS_OWNERDRAW, 0, ROLE_SYSTEM_GRAPHIC});
 }
 
 void Picture::Draw(const DRAWITEMSTRUCT& i_request) const {

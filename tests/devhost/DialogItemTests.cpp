@@ -2,22 +2,26 @@
 // navigation.
 
 #include "DialogTest.h"
+#include "base/Unicode.h"
 #include "qorv/Values.h"
 #include "script/KeySteps.h"
 #include "script/ListSteps.h"
 #include "uix/Scale.h"
 #include "uix/WindowText.h"
 
+#include <oleacc.h>
+
 namespace Tests {
 namespace {
 
 using Qorv::ComPtr;
 
-constexpr char layout[] = R"(<picture id="pic" x="8" y="7" width="30" height="26" image="ico.folder.opened"/>
-    <label id="lb" x="40" y="8" width="250" height="20" text="Label"/>
-    <edit id="ed" x="8" y="40" width="140" height="20"/>
-    <combo id="cb" x="150" y="40" width="140" height="20"/>
-    <list id="lst" x="8" y="70" width="280" height="80"/>
+constexpr char layout[] =
+    R"(<picture id="pic" x="8" y="7" width="30" height="26" image="ico.folder.opened" name="Picture"/>
+    <label id="lb" x="40" y="8" width="250" height="20" text="Label:"/>
+    <edit id="ed" x="8" y="40" width="140" height="20" labelledBy="lb"/>
+    <combo id="cb" x="150" y="40" width="144" height="20" name="Types"/>
+    <list id="lst" x="8" y="70" width="280" height="80" name="Files"/>
     <button id="btn.other" x="8" y="8" width="90" height="24" fixed="true" text="Other"/>
     <button id="btn.ok" x="108" y="8" width="90" height="24" fixed="true" text="OK"/>)";
 
@@ -321,6 +325,53 @@ TEST_F(DialogItemTest, MenuAnswersWithTheChosenCommand) {
     EXPECT_EQ(m_ui->ShowMenu(nullptr, {}, commands, 1, &answer), E_INVALIDARG);
     EXPECT_EQ(m_ui->ShowMenu(m_sink->Window(), {}, commands, 0, &answer), E_INVALIDARG);
     EXPECT_EQ(m_ui->ShowMenu(m_sink->Window(), {}, commands, 1, nullptr), E_POINTER);
+}
+
+TEST_F(DialogItemTest, ACommandBarEndsWhereTheItemsEnd) {
+    ASSERT_EQ(AddBar(L"bar", L"lb"), S_OK);
+    Use([&] {
+        EXPECT_EQ(PlaceOf(Control(L"bar")).right, PlaceOf(Control(L"cb")).right);
+        EXPECT_LT(PlaceOf(Control(L"lb")).right, PlaceOf(Control(L"bar")).left);
+    });
+}
+
+TEST_F(DialogItemTest, TellsScreenReadersNamesAndRoles) {
+    ASSERT_EQ(AddBar(L"bar", L"lb"), S_OK);
+    const auto accessible = [this](Qorv::PCStr i_id) {
+        ComPtr<IAccessible> object;
+        EXPECT_EQ(AccessibleObjectFromWindow(Control(i_id), static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                             reinterpret_cast<void**>(&object)),
+                  S_OK);
+        return object;
+    };
+    const auto name_of = [&](Qorv::PCStr i_id) {
+        const Qorv::Variant self(LONG{CHILDID_SELF});
+        Qorv::Bstr name;
+        EXPECT_EQ(accessible(i_id)->get_accName(self, &name), S_OK);
+        return std::wstring(name.View());
+    };
+    const struct {
+        const wchar_t* id;
+        const wchar_t* name;
+        LONG role;
+    } cases[] = {
+        {L"pic", L"Picture", ROLE_SYSTEM_GRAPHIC},  {L"lb", L"Label:", ROLE_SYSTEM_STATICTEXT},
+        {L"ed", L"Label", ROLE_SYSTEM_TEXT},        {L"cb", L"Types", ROLE_SYSTEM_COMBOBOX},
+        {L"lst", L"Files", ROLE_SYSTEM_LIST},       {L"btn.other", L"Other", ROLE_SYSTEM_PUSHBUTTON},
+        {L"btn.ok", L"OK", ROLE_SYSTEM_PUSHBUTTON}, {L"bar", L"Tool bar", ROLE_SYSTEM_TOOLBAR},
+    };
+    Use([&] {
+        for (const auto& test : cases) {
+            EXPECT_EQ(name_of(test.id), test.name);
+            Qorv::Variant role;
+            EXPECT_EQ(accessible(test.id)->get_accRole(Qorv::Variant(LONG{CHILDID_SELF}), &role), S_OK);
+            EXPECT_EQ(role->lVal, test.role) << DevHost::ToUtf8(test.name);
+        }
+        EXPECT_EQ(Item<Qorv::IUIX_Item>(L"lb")->put_Text(L"&Folder:"), S_OK);
+        EXPECT_EQ(name_of(L"ed"), L"Folder") << "as the label is now";
+        EXPECT_EQ(Item<Qorv::IUIX_Item>(L"btn.ok")->put_Text(L"&Choose"), S_OK);
+        EXPECT_EQ(name_of(L"btn.ok"), L"Choose");
+    });
 }
 
 } // namespace

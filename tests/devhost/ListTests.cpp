@@ -443,5 +443,13 @@ TEST_F(ListTest, MayBeDestroyedInItsOwnEvents) {
     }
 }
 
+TEST_F(ListTest, ColumnsHaveRoomForTheirHeads) {
+    constexpr wchar_t title[] = L"A title that is wider than its column";
+    ASSERT_EQ(m_list->AddColumn(title, 10, Qorv::UIX_Alignment_Left), S_OK);
+    Use([&] {
+        EXPECT_GT(ListView_GetColumnWidth(Control(L"lst"), 2), ListView_GetStringWidth(Control(L"lst"), title));
+    });
+}
+
 } // namespace
 } // namespace Tests
