@@ -64,9 +64,10 @@ std::wstring ReadText(Http::Response& response) {
 
 } // namespace
 
-ReplyException::ReplyException(std::wstring i_message, const std::wstring& i_purpose)
+ReplyException::ReplyException(std::wstring i_message, const std::wstring& i_purpose, std::wstring i_summary)
     : Exception(std::move(i_message), {.words = L"The service's answer " + i_purpose +
-                                                (i_purpose.empty() ? L"" : L" ") + L"cannot be understood"}) {}
+                                                (i_purpose.empty() ? L"" : L" ") + L"cannot be understood",
+                                       .summary = std::move(i_summary)}) {}
 
 void ThrowJsonAssertion(const wchar_t* i_assertion) {
     TRACE_FUNCTION();
@@ -81,6 +82,7 @@ void JsonDocument::ParseText(std::wstring i_text) {
     const std::wstring_view text = *m_text;
     // The library accepts any value as a document; the service's documents are objects or arrays.
     const std::size_t root = text.find_first_not_of(white_space);
+    m_is_html = root != std::wstring_view::npos && text[root] == L'<';
     if (root != std::wstring_view::npos && text[root] != L'{' && text[root] != L'[') {
         m_error_text = L"Expect either an object or array at root";
         m_error_offset = root;
@@ -101,7 +103,8 @@ void ParseJson(JsonDocument& document, Http::Response& response) {
     // It says line but means the character: kept, because tools that read the log expect it.
     CHECK_THROW(!json.HasParseError(),
                 ReplyException(std::wstring(L"JSON document parse error: ") + json.ParseErrorText() + L"\nJSON line: " +
-                               std::to_wstring(json.ErrorOffset())));
+                                   std::to_wstring(json.ErrorOffset()),
+                               {}, json.IsHtml() ? html_page : L""));
 }
 
 const JsonValue& Member(const JsonValue& i_object, const wchar_t* i_name) {

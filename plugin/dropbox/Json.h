@@ -14,8 +14,12 @@ namespace Dropbox::Utility {
 class ReplyException : public Exception {
 public:
     /// `i_purpose` continues "The service's answer", as in "about the account".
-    explicit ReplyException(std::wstring i_message, const std::wstring& i_purpose = {});
+    /// `i_summary` is the reason's (see `html_page`).
+    explicit ReplyException(std::wstring i_message, const std::wstring& i_purpose = {}, std::wstring i_summary = {});
 };
+
+/// The summary of the reason when a page for people came in place of an answer: it isn't the service's.
+inline constexpr wchar_t html_page[] = L"html_page";
 
 /// Reads a reply; if that fails, adds what the reply was for.
 template <typename Read>
@@ -23,7 +27,7 @@ auto ReadFor(const wchar_t* i_purpose, Read&& i_read) {
     try {
         return i_read();
     } catch (const ReplyException& e) {
-        throw ReplyException(e.Message(), i_purpose);
+        throw ReplyException(e.Message(), i_purpose, e.Reason().summary);
     }
 }
 
@@ -56,6 +60,8 @@ public:
     const wchar_t* ParseErrorText() const noexcept { return m_error_text; }
     /// Where, in characters from the text's start.
     std::size_t ErrorOffset() const noexcept { return m_error_offset; }
+    /// Whether the text looks like a page for people.
+    bool IsHtml() const noexcept { return m_is_html; }
 
 private:
     /// The parsed text. The values refer to it instead of copying, because listings are long. It stays in place when
@@ -63,6 +69,7 @@ private:
     std::unique_ptr<std::wstring> m_text;
     const wchar_t* m_error_text = nullptr;
     std::size_t m_error_offset = 0;
+    bool m_is_html = false;
 };
 
 /// Fills the document from a reply's body. Throws a `ReplyException` for text that is not JSON.

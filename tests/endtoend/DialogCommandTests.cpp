@@ -414,6 +414,39 @@ TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpiredAndAsTheSameUser) {
         press Allow
         open b.pdf)");
     EXPECT_EQ(Open({}, "text start.pdf"), L"/Documents/b.pdf");
+    EXPECT_EQ(Open({}, "open start.pdf"), L"/start.pdf") << "the new token is saved";
+}
+
+TEST_F(DialogFailureTest, AsksForASignInWhenTheSavedTokenIsDead) {
+    Service::RevokeTokens();
+    EXPECT_EQ(Open({}, "text no longer accepts the saved sign-in \n press Cancel"), canceled);
+    EXPECT_EQ(Open({}, R"(
+        text no longer accepts the saved sign-in
+        press Sign in again
+        text Email
+        fill email Ada Example
+        fill password sample
+        press Sign in
+        text Allow
+        press Allow
+        window Open from Dropbox
+        close)"),
+              canceled);
+    EXPECT_EQ(Open({}, "open start.pdf"), L"/start.pdf");
+}
+
+TEST_F(DialogFailureTest, TellsAPageFromAnAnswer) {
+    Then(
+        [] {
+            Service::AddFault(
+                R"({"path": "2/files/list_folder", "status": 200, "body": "<html><body>Sign in to the hotel"})");
+        },
+        R"(
+        key F5
+        text A web page came in place of Dropbox's answer
+        press Try again
+        open start.pdf)");
+    EXPECT_EQ(Open({}, "text start.pdf"), L"/start.pdf");
 }
 
 } // namespace

@@ -251,7 +251,16 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
         {http(503), L"db.fail.service", false},
         {http(413), L"db.fail.tooLarge", false},
         {http(409, L"payload_too_large/.."), L"db.fail.tooLarge", false},
-        {{HRESULT_FROM_WIN32(12007), {L"GetLastError 12007: "}}, L"db.fail.connection", false},
+        {{HRESULT_FROM_WIN32(12007), {L"GetLastError 12007: "}}, L"db.fail.offline", false},
+        {{HRESULT_FROM_WIN32(12029)}, L"db.fail.connection", false},
+        {{HRESULT_FROM_WIN32(12037)}, L"db.fail.certificate", false},
+        {{HRESULT_FROM_WIN32(12045)}, L"db.fail.certificate", false},
+        {http(407), L"db.fail.proxy", false},
+        {http(403), L"db.fail.notAllowed", false},
+        {http(409, L"path/no_write_permission/"), L"db.fail.notAllowed", false},
+        {http(409, L"path/insufficient_space/"), L"db.fail.noSpace", false},
+        {http(511), L"db.fail.page", false},
+        {{E_FAIL, {L"words", 0, L"html_page"}}, L"db.fail.page", false},
         {{E_INVALIDARG}, L"db.fail.notFound", false},
         {odd, L"db.fail.other", false},
     };
@@ -263,6 +272,15 @@ TEST_F(BackgroundTest, FailuresAreToldInWordsForAPerson) {
         EXPECT_EQ(test.is_sign_in, Ui::IsSignInNeeded(test.failure)) << ToUtf8(test.failure.reason.words);
     }
     EXPECT_TRUE(Ui::FailureText(m_host, odd).ends_with(L"\n(odd words that mention HTTP 401 and a conflict)"));
+}
+
+TEST_F(BackgroundTest, AnAnswerThatIsLostLeavesItOpenWhatWasDone) {
+    for (const DWORD error : {12002, 12030, 12031, 12152})
+        EXPECT_TRUE(Ui::MayHaveSucceeded({HRESULT_FROM_WIN32(error)})) << error;
+    for (const DWORD error : {12007, 12029, 12045})
+        EXPECT_FALSE(Ui::MayHaveSucceeded({HRESULT_FROM_WIN32(error)})) << "the request was never sent: " << error;
+    for (const DWORD status : {409, 503})
+        EXPECT_FALSE(Ui::MayHaveSucceeded({E_FAIL, {L"", status}})) << "the service answered: " << status;
 }
 
 TEST_F(BackgroundTest, WhatOthersSayIsToldShortAndInOneDirection) {

@@ -243,7 +243,7 @@ void Dialog::Delete() {
         m_trail.Forget(*deleted); // Their names must not be used again.
         m_list->Remove(*deleted);
         if (FAILED(i_failure.code))
-            m_questions->TellFailure(failure_id, i_failure);
+            m_questions->TellFailure(Ui::MayHaveSucceeded(i_failure) ? L"db.msg.deleteUnknown" : failure_id, i_failure);
         m_trail.Reload();
     });
 }

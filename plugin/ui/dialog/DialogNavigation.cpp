@@ -71,7 +71,7 @@ void Dialog::OnLoadGivenUp() {
 void Dialog::OnLoadFailed(const Ui::Failure& i_failure) {
     TRACE_FUNCTION();
     m_is_ok_waiting = false;
-    m_list->Empty(Ui::FailureText(m_context.host_instance, i_failure));
+    m_list->Empty(Text(L"db.msg.listFailed", {Ui::FailureText(m_context.host_instance, i_failure)}));
     UpdateItems();
 }
 

@@ -13,7 +13,8 @@ namespace Ui {
 namespace {
 
 constexpr DWORD status_too_many_requests = 429;
-constexpr std::size_t longest_detail = 300; ///< Of what the service or the system says, which may be a whole page.
+constexpr DWORD status_network_sign_in = 511; ///< Of a network that wants a sign-in on a page of its own.
+constexpr std::size_t longest_detail = 300;   ///< Of what the service or the system says, which may be a whole page.
 
 /// A failure that the service reported, known by its status or by a tag in its summary.
 struct Kind {
@@ -26,10 +27,15 @@ struct Kind {
 constexpr Kind kinds[] = {
     {{}, L"db.fail.signIn", HTTP_STATUS_DENIED, true},
     {{}, L"db.fail.tooMany", status_too_many_requests},
+    {{}, L"db.fail.proxy", HTTP_STATUS_PROXY_AUTH_REQ},
+    {{}, L"db.fail.page", status_network_sign_in, true},
+    {{}, L"db.fail.notAllowed", HTTP_STATUS_FORBIDDEN, true},
+    {L"html_page", L"db.fail.page", 0, true},
     {L"not_found", L"db.fail.notFound", 0, true},
     {L"conflict", L"db.fail.exists", 0, true},
     {L"insufficient_space", L"db.fail.noSpace", 0, true},
     {L"no_write_permission", L"db.fail.notAllowed", 0, true},
+    {L"no_permission", L"db.fail.notAllowed", 0, true},
     {L"disallowed_name", L"db.fail.badName", 0, true},
     {L"malformed_path", L"db.fail.badName", 0, true},
     {L"payload_too_large", L"db.fail.tooLarge", 0, true},
@@ -48,6 +54,27 @@ bool IsOfConnection(HRESULT i_code) noexcept {
     return HRESULT_FACILITY(i_code) == FACILITY_WIN32 && error >= INTERNET_ERROR_BASE && error <= INTERNET_ERROR_LAST;
 }
 
+/// The text for a connection that failed, by the platform's error.
+Qorv::PCStr TextOfConnection(HRESULT i_code) noexcept {
+    TRACE_FUNCTION();
+    switch (HRESULT_CODE(i_code)) {
+    case ERROR_INTERNET_SEC_CERT_DATE_INVALID:
+    case ERROR_INTERNET_SEC_CERT_CN_INVALID:
+    case ERROR_INTERNET_INVALID_CA:
+    case ERROR_INTERNET_SEC_CERT_ERRORS:
+    case ERROR_INTERNET_SEC_CERT_NO_REV:
+    case ERROR_INTERNET_SEC_CERT_REV_FAILED:
+    case ERROR_INTERNET_SEC_INVALID_CERT:
+    case ERROR_INTERNET_SEC_CERT_REVOKED:
+        return L"db.fail.certificate";
+    case ERROR_INTERNET_NAME_NOT_RESOLVED:
+    case ERROR_INTERNET_DISCONNECTED:
+        return L"db.fail.offline";
+    default:
+        return L"db.fail.connection";
+    }
+}
+
 Kind KindOf(const Failure& i_failure) noexcept {
     TRACE_FUNCTION();
     for (const Kind& kind : kinds)
@@ -56,7 +83,7 @@ Kind KindOf(const Failure& i_failure) noexcept {
     if (i_failure.reason.http_status >= HTTP_STATUS_SERVER_ERROR)
         return {{}, L"db.fail.service"};
     if (IsOfConnection(i_failure.code))
-        return {{}, L"db.fail.connection"};
+        return {{}, TextOfConnection(i_failure.code)};
     // The provider's code for a name whose object does not exist.
     return i_failure.code == E_INVALIDARG ? Kind{{}, L"db.fail.notFound", 0, true} : Kind{{}, L"db.fail.other"};
 }
@@ -102,6 +129,15 @@ std::wstring OneParagraph(std::wstring_view i_text) {
 bool IsSignInNeeded(const Failure& i_failure) noexcept {
     TRACE_FUNCTION();
     return i_failure.reason.http_status == HTTP_STATUS_DENIED;
+}
+
+bool MayHaveSucceeded(const Failure& i_failure) noexcept {
+    TRACE_FUNCTION();
+    if (!IsOfConnection(i_failure.code))
+        return false;
+    const int error = HRESULT_CODE(i_failure.code);
+    return error == ERROR_INTERNET_TIMEOUT || error == ERROR_INTERNET_CONNECTION_ABORTED ||
+           error == ERROR_INTERNET_CONNECTION_RESET || error == ERROR_HTTP_INVALID_SERVER_RESPONSE;
 }
 
 std::wstring FailureText(Qorv::IQorv_Inst* i_host_instance, const Failure& i_failure) {
