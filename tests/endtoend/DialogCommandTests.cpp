@@ -276,7 +276,7 @@ TEST_F(DialogFailureTest, DeletesNothingMoreOnceItIsClosed) {
 }
 
 TEST_F(DialogFailureTest, DoesOneThingAtATime) {
-    Service::AddFault(R"({"path": "2/files/list_folder", "delay_ms": 1000})");
+    Service::AddFault(R"({"path": "2/files/list_folder", "delay_ms": 3000})");
     EXPECT_EQ(Open({L"/Documents"}, R"(
                   text Loading...
                   key F5 Alt+Up Backspace Delete F5
