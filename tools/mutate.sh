@@ -30,6 +30,7 @@ ProgramsFor() {
     plugin/core/host/*) echo core_tests ui_tests endtoend_tests ;;
     plugin/core/*) echo core_tests endtoend_tests ;;
     plugin/http/*) echo http_tests dropbox_tests ;;
+    plugin/dropbox/NameRules.cpp) echo ui_tests dropbox_tests ;;
     plugin/dropbox/*) echo dropbox_tests afs_tests ;;
     plugin/auth/*) echo auth_tests endtoend_tests ;;
     plugin/afs/*) echo afs_tests endtoend_tests ;;

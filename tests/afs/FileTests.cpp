@@ -367,11 +367,13 @@ TEST_F(FileTest, AllNamesOfAnOpenFileFollowItsRename) {
     EXPECT_HRESULT(S_OK, Open(name, read | write, file));
     EXPECT_HRESULT(S_OK, Open(other_name, read | write, other));
     Tests::WriteAll(file, "BY");
+    std::filesystem::create_directory(Tests::Service::LocalPath(L"/Docs2"));
+    Put(L"/Docs2/c", "not below it");
+    const auto beside = Opened(L"/Docs2/c", read);
 
     EXPECT_HRESULT(S_OK, m_file_system->Rename(other_name, NameOf(L"/Docs/b"), nullptr, nullptr));
     m_root = Bind(Tests::Service::Token());
     EXPECT_HRESULT(S_OK, m_file_system->Rename(NameOf(L"/Docs"), NameOf(L"/Papers"), nullptr, nullptr));
-    Put(L"/Papers2", "not below it");
     for (IAFS_File* const open : {file.Get(), other.Get()}) {
         ComPtr<IAFS_File> clone;
         ASSERT_HRESULT_SUCCEEDED(open->Clone(&clone));
@@ -385,6 +387,10 @@ TEST_F(FileTest, AllNamesOfAnOpenFileFollowItsRename) {
     for (IAFS_File* const open : {file.Get(), other.Get(), third.Get()})
         Close(open);
     EXPECT_EQ("BYtes", Remote(L"/Papers/b"));
+    ComPtr<Qorv::IAFS_Name> name_beside;
+    EXPECT_HRESULT(S_OK, beside->get_Name(&name_beside));
+    EXPECT_EQ(Location(L"/Docs2/c"), TextOf(name_beside));
+    Close(beside);
     EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/Docs")));
     EXPECT_FALSE(std::filesystem::exists(Tests::Service::LocalPath(L"/Papers/a")));
 }
