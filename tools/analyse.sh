@@ -80,7 +80,7 @@ WriteBatches() {
                 split(group, parts, "/")
                 name = group ~ /^((tests\/)?devservice|reliability\/storm)\// ? "native" : "windows"
                 batch[key] = folder "/" parts[1] "/" name "-" ++count
-                options[key] = of[root $0]
+                options[key] = of[root $0] " -iquote " root group # The headers beside its sources.
                 size[key] = 0
             }
             print >(batch[key] ".list")
