@@ -391,6 +391,15 @@ TEST_F(DialogFailureTest, DoesOnArrivalWhatOkMeantWhileLoading) {
                   close)"),
               canceled)
         << "not in the folder before";
+    Service::AddFault(R"({"path": "2/files/list_folder", "skip": 1, "real": true, "times": 1, "delay_ms": 1000})");
+    EXPECT_EQ(Save({L"--name", L"New.pdf"}, R"(
+                  row Documents
+                  press btn.ok
+                  press btn.ok
+                  text a.pdf
+                  close)"),
+              canceled)
+        << "a double click on the button";
 }
 
 TEST_F(DialogFailureTest, SignsInAgainWhenTheTokenHasExpiredAndAsTheSameUser) {

@@ -168,6 +168,7 @@ private:
     std::wstring m_typed_name;         ///< What the name box held after the last key.
     bool m_has_types = false;          ///< The combo of file types is shown.
     bool m_is_reload = false;          ///< The running load is that of the listed folder.
+    ULONGLONG m_confirmed_at = 0;      ///< When OK was pressed last.
     bool m_is_ok_waiting = false;      ///< OK was pressed while a folder loads.
     bool m_is_selection_chosen = true; ///< By the user, not by the dialog.
     bool m_is_name_typed = false;      ///< The name box shows what the user typed, not what the list put there.

@@ -21,7 +21,11 @@ Ui::DialogContent Dialog::Content() const {
 
 void Dialog::Confirm() {
     TRACE_FUNCTION();
-    if (m_trail.IsLoading()) {
+    const ULONGLONG now = GetTickCount64();
+    const bool is_double_click = now - std::exchange(m_confirmed_at, now) < GetDoubleClickTime();
+    if (m_trail.IsLoading() && is_double_click) {
+        TRACE_TEXT(L"INFORMATION: OK was pressed twice to enter a folder - once is meant");
+    } else if (m_trail.IsLoading()) {
         TRACE_TEXT(L"INFORMATION: OK was pressed while a folder loads - waiting for it");
         m_is_ok_waiting = true;
     }
