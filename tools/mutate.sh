@@ -28,7 +28,7 @@ CopyTree() {
 ProgramsFor() {
     case $1 in
     plugin/core/host/*) echo core_tests ui_tests endtoend_tests ;;
-    plugin/core/*) echo core_tests endtoend_tests ;;
+    plugin/core/*) echo core_tests afs_tests endtoend_tests ;;
     plugin/http/*) echo http_tests dropbox_tests ;;
     plugin/dropbox/NameRules.cpp) echo ui_tests dropbox_tests ;;
     plugin/dropbox/*) echo dropbox_tests afs_tests ;;
