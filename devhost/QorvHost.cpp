@@ -48,7 +48,7 @@ int Run(const DevHost::CommandLine& i_line) {
     DevHost::Shell shell(i_line.ProgramOptions(), g_cancel_flag);
     const int result = shell.Execute(i_line);
     const int end = shell.Finish();
-    if (script && script->HasFailed())
+    if (script && !script->End())
         return DevHost::exit_failed;
     return end != 0 ? end : result;
 }

@@ -108,7 +108,7 @@ void WindowScript::OnTimer() {
             m_steps.pop_front();
             m_step_begin = GetTickCount64();
         } else if (GetTickCount64() - m_step_begin > m_step_time) {
-            Fail(L"it waited in vain");
+            Fail(L"what it needs did not come in time");
         }
     } catch (const Failure& failure) {
         Fail(failure.Text());
@@ -118,10 +118,16 @@ void WindowScript::OnTimer() {
     m_is_working = false;
 }
 
+bool WindowScript::End() {
+    if (!m_steps.empty())
+        Fail(L"there was no window left for it");
+    return !m_has_failed;
+}
+
 void WindowScript::Fail(const std::wstring& i_reason) {
     const Step& step = m_steps.front();
-    const std::string line =
-        ToUtf8(L"window script, line " + std::to_wstring(step.line) + L", \"" + step.text + L"\": " + i_reason + L"\n");
+    const std::string line = ToUtf8(L"qorvhost: Window script, line " + std::to_wstring(step.line) + L", \"" +
+                                    step.text + L"\": " + i_reason + L"\n");
     std::fputs(line.c_str(), stderr);
     m_steps.clear();
     m_has_failed = true;

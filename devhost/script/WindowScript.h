@@ -23,6 +23,8 @@ public:
     WindowScript& operator=(const WindowScript&) = delete;
 
     bool IsDone() const noexcept { return m_steps.empty(); }
+    /// For when no window is left. Whether all steps were done; standard error names the first that was not.
+    bool End();
     bool HasFailed() const noexcept { return m_has_failed; }
 
 private:

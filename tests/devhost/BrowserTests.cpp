@@ -269,6 +269,14 @@ TEST_F(WindowScriptTest, ClosesEverythingWhenAStepIsInVain) {
     }
 }
 
+TEST_F(WindowScriptTest, AStepThatIsLeftOverIsAFailure) {
+    DevHost::WindowScript done(Write("# nothing to do"));
+    EXPECT_TRUE(done.End());
+    DevHost::WindowScript script(Write("text no such text"));
+    EXPECT_FALSE(script.End());
+    EXPECT_TRUE(script.HasFailed());
+}
+
 TEST_F(WindowScriptTest, RefusesWhatIsNoStep) {
     for (const char* const steps : {"dance", "press", "close now", "text a\nprss b"})
         EXPECT_THROW(DevHost::WindowScript script(Write(steps)), DevHost::Failure) << steps;
