@@ -20,8 +20,8 @@ constexpr Key keys[] = {
     {L"Tab", VK_TAB},        {L"Enter", VK_RETURN},  {L"Esc", VK_ESCAPE}, {L"Space", VK_SPACE},
     {L"Backspace", VK_BACK}, {L"Delete", VK_DELETE}, {L"Up", VK_UP},      {L"Down", VK_DOWN},
     {L"Left", VK_LEFT},      {L"Right", VK_RIGHT},   {L"Home", VK_HOME},  {L"End", VK_END},
-    {L"PageUp", VK_PRIOR},   {L"PageDown", VK_NEXT}, {L"F2", VK_F2},      {L"F5", VK_F5},
-    {L"F10", VK_F10},
+    {L"PageUp", VK_PRIOR},   {L"PageDown", VK_NEXT}, {L"F2", VK_F2},      {L"F4", VK_F4},
+    {L"F5", VK_F5},          {L"F10", VK_F10},
 };
 
 using KeyboardState = std::array<BYTE, 256>;
