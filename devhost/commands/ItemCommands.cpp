@@ -68,6 +68,8 @@ void Delete(Shell& io_shell, Qorv::IAFS_Name* i_name, const std::wstring& i_path
 
 /// The new location of a rename, which stays in the same folder. Throws a `Failure` for a path.
 std::wstring RenamedText(const Place& i_place, const std::wstring& i_new_name) {
+    if (i_new_name.empty())
+        throw Failure(E_INVALIDARG, L"The new name is empty");
     if (i_new_name.find(L'/') != i_new_name.npos)
         throw Failure(E_INVALIDARG, i_new_name + L": a name can't have a \"/\"; to move a file: qorvhost mv");
     const std::wstring location = LocationOf(i_place.name);
