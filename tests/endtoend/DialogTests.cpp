@@ -324,7 +324,7 @@ TEST_F(SaveDialogTest, SavesUnderAName) {
               R"(text start.pdf
                  fill ed.name what?.pdf
                  press btn.ok
-                 text A name in Dropbox can't contain ?
+                 text A name in Dropbox can't contain "?
                  key Esc
                  fill ed.name what.pdf
                  press btn.ok)",
