@@ -444,21 +444,21 @@ HRESULT STDMETHODCALLTYPE List::put_FocusedRow(LONG i_row) noexcept {
     });
 }
 
-HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row) noexcept {
+HRESULT STDMETHODCALLTYPE List::EditRow(LONG i_row, LONG i_selected_length) noexcept {
     return WithControl([&] {
         if (!HasRow(i_row))
             return E_INVALIDARG;
         m_row_editor->GiveUp(); // Ending another row's editing is an event.
-        return BeginEdit(i_row);
+        return BeginEdit(i_row, i_selected_length);
     });
 }
 
-HRESULT List::BeginEdit(LONG i_row) {
+HRESULT List::BeginEdit(LONG i_row, LONG i_selected_length) {
     return ChangeControl([&] {
         ReleasePainting();
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(i_row), FALSE);
         SetFocus(); // The control edits only while it has it.
-        return m_row_editor->Begin(static_cast<int>(i_row)) ? S_OK : E_FAIL;
+        return m_row_editor->Begin(static_cast<int>(i_row), i_selected_length) ? S_OK : E_FAIL;
     });
 }
 

@@ -25,7 +25,7 @@ public:
     HRESULT STDMETHODCALLTYPE SelectRow(LONG i_row, VARIANT_BOOL i_is_selected) noexcept override;
     HRESULT STDMETHODCALLTYPE get_FocusedRow(LONG* o_row) noexcept override;
     HRESULT STDMETHODCALLTYPE put_FocusedRow(LONG i_row) noexcept override;
-    HRESULT STDMETHODCALLTYPE EditRow(LONG i_row) noexcept override;
+    HRESULT STDMETHODCALLTYPE EditRow(LONG i_row, LONG i_selected_length) noexcept override;
     HRESULT STDMETHODCALLTYPE get_EditedText(BSTR* o_text) noexcept override;
 
 private:
@@ -54,7 +54,7 @@ private:
     void ReleasePainting();
     void MarkColumn(int i_column, int i_mark) const;
     void SetRowState(LONG i_row, UINT i_state, UINT i_mask) const;
-    HRESULT BeginEdit(LONG i_row);
+    HRESULT BeginEdit(LONG i_row, LONG i_selected_length);
 
     std::optional<ListImages> m_images;
     std::optional<RowEditor> m_row_editor;

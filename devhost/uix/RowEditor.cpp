@@ -9,11 +9,12 @@ constexpr UINT_PTR subclass_id = 1;
 
 } // namespace
 
-bool RowEditor::Begin(int i_row) {
+bool RowEditor::Begin(int i_row, LONG i_selected_length) {
     m_is_wanted = true;
     m_is_given_up = false;
     const auto edit = reinterpret_cast<HWND>(SendMessageW(m_list, LVM_EDITLABELW, static_cast<WPARAM>(i_row), 0));
     m_is_wanted = false;
+    SendMessageW(edit, EM_SETSEL, 0, i_selected_length);
     return edit != nullptr && SetWindowSubclass(edit, &EditProcedure, subclass_id, reinterpret_cast<DWORD_PTR>(this));
 }
 

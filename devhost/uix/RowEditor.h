@@ -12,8 +12,8 @@ class RowEditor {
 public:
     explicit RowEditor(HWND i_list) noexcept : m_list(i_list) {}
 
-    /// Ends the editing of another row. The list must have the focus.
-    bool Begin(int i_row);
+    /// Ends the editing of another row. The list must have the focus. The first characters are selected; -1 for all.
+    bool Begin(int i_row, LONG i_selected_length);
     void GiveUp();
 
     /// Whether the control may begin editing (LVN_BEGINLABELEDIT): a second click on a row asks too.

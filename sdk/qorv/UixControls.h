@@ -117,9 +117,9 @@ struct IUIX_List : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_FocusedRow(LONG* o_row) = 0;
     /// Also scrolls the row into view.
     virtual HRESULT STDMETHODCALLTYPE put_FocusedRow(LONG i_row) = 0;
-    /// Lets the user type another text for the row, in place. Its end is reported (`UIX_ItemEvent_RowEdited`); only the
-    /// source changes the row.
-    virtual HRESULT STDMETHODCALLTYPE EditRow(LONG i_row) = 0;
+    /// Lets the user type another text for the row, in place. The first characters are selected (-1: all). Its end is
+    /// reported (`UIX_ItemEvent_RowEdited`); only the source changes the row.
+    virtual HRESULT STDMETHODCALLTYPE EditRow(LONG i_row, LONG i_selected_length) = 0;
     /// What the user typed last; call it in the event. S_FALSE and null if the user cancelled.
     virtual HRESULT STDMETHODCALLTYPE get_EditedText(BSTR* o_text) = 0;
 };

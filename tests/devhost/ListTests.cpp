@@ -192,7 +192,7 @@ TEST_F(ListTest, TakesRowsAndSelectionFromThePlugin) {
         {"row behind the last", m_list->SelectRow(8, VARIANT_TRUE)},
         {"row before the first", m_list->SelectRow(-2, VARIANT_TRUE)},
         {"focus", m_list->put_FocusedRow(8)},
-        {"edit", m_list->EditRow(-1)},
+        {"edit", m_list->EditRow(-1, -1)},
         {"column", m_list->put_SortMark(2, VARIANT_FALSE)},
         {"count", m_list->put_RowCount(-1)},
         {"width", m_list->AddColumn(L"", 0, Qorv::UIX_Alignment_Left)},
@@ -283,7 +283,7 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(LabelEdit(), nullptr);
         TakeEvents();
 
-        EXPECT_EQ(m_list->EditRow(3), S_OK);
+        EXPECT_EQ(m_list->EditRow(3, -1), S_OK);
         ASSERT_NE(LabelEdit(), nullptr);
         VARIANT_BOOL has_focus = VARIANT_TRUE;
         Item<Qorv::IUIX_Item>(L"lst")->get_HasFocus(&has_focus);
@@ -293,25 +293,25 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(TakeEvents(), L"edited lst 3;");
         EXPECT_EQ(EditedText(), L"other");
 
-        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        EXPECT_EQ(m_list->EditRow(4, -1), S_OK);
         DevHost::TypeText(m_sink->Window(), L"x");
         PressKey(L"Esc");
         EXPECT_EQ(TakeEvents(), L"edited lst 4;") << "Esc ends the editing, not the dialog";
         EXPECT_EQ(EditedText(), std::nullopt);
 
-        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        EXPECT_EQ(m_list->EditRow(4, -1), S_OK);
         PressKey(L"Enter");
         EXPECT_EQ(TakeEvents(), L"edited lst 4;");
         EXPECT_EQ(EditedText(), L"4") << "the text pleased as it was";
 
         // Unchanged text counts too.
-        EXPECT_EQ(m_list->EditRow(4), S_OK);
+        EXPECT_EQ(m_list->EditRow(4, -1), S_OK);
         PressKey(L"Enter");
         EXPECT_EQ(TakeEvents(), L"edited lst 4;");
         EXPECT_EQ(EditedText(), L"4");
 
         // The focus moves away: what was typed counts.
-        EXPECT_EQ(m_list->EditRow(5), S_OK);
+        EXPECT_EQ(m_list->EditRow(5, -1), S_OK);
         DevHost::TypeText(m_sink->Window(), L"y");
         Pump();
         Item<Qorv::IUIX_Item>(L"btn.ok")->SetFocus();
@@ -319,11 +319,11 @@ TEST_F(ListTest, EditsARowInPlace) {
         EXPECT_EQ(EditedText(), L"y");
 
         // Different rows: there is nothing left to edit.
-        EXPECT_EQ(m_list->EditRow(5), S_OK);
+        EXPECT_EQ(m_list->EditRow(5, -1), S_OK);
         Fill(3);
         EXPECT_EQ(LabelEdit(), nullptr);
         EXPECT_EQ(TakeEvents(), L"");
-        EXPECT_EQ(m_list->EditRow(2), S_OK) << "but again afterwards";
+        EXPECT_EQ(m_list->EditRow(2, -1), S_OK) << "but again afterwards";
         EXPECT_NE(LabelEdit(), nullptr);
     });
 }

@@ -42,7 +42,7 @@ TEST_F(DialogCommandTest, MakesNoFolderWithoutAGoodName) {
                   press New folder
                   edit what?
                   key Enter
-                  text A name in Dropbox can't contain ?
+                  text A name in Dropbox can't contain "?
                   press OK
                   edit documents
                   key Enter
@@ -65,12 +65,17 @@ TEST_F(DialogCommandTest, RenamesInPlace) {
                   press OK
                   edit what?
                   key Enter
-                  text A name in Dropbox can't contain ?
+                  text A name in Dropbox can't contain "?
                   press OK
                   edit renamed.pdf
                   key Enter
                   gone a.pdf
-                  text renamed.pdf
+                  row renamed.pdf
+                  key F2
+                  type again
+                  key Enter
+                  gone renamed.pdf
+                  text again.pdf
                   menu Rename
                   edit given up.pdf
                   key Esc
@@ -82,10 +87,10 @@ TEST_F(DialogCommandTest, RenamesInPlace) {
                   open Other
                   text deep.pdf
                   key Alt+Up
-                  row renamed.pdf
+                  row again.pdf
                   press Open)"),
-              L"/Documents/renamed.pdf");
-    EXPECT_TRUE(Exists(L"/Documents/renamed.pdf"));
+              L"/Documents/again.pdf");
+    EXPECT_TRUE(Exists(L"/Documents/again.pdf"));
     EXPECT_FALSE(Exists(L"/Documents/a.pdf"));
     EXPECT_TRUE(Exists(L"/Documents/Other/deep.pdf"));
 }

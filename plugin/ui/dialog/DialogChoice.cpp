@@ -173,9 +173,7 @@ std::wstring Dialog::NameText() const {
 /// Selects the name without its extension, which stays when another name is typed.
 void Dialog::SelectStem() {
     TRACE_FUNCTION();
-    const std::wstring text = NameText();
-    const std::size_t stem = text.size() - Ui::FindExtension(text).value_or(L"").size();
-    m_items.m_name_edit->SelectText(0, stem > 0 ? static_cast<LONG>(stem) : -1);
+    m_items.m_name_edit->SelectText(0, Ui::StemLength(NameText()));
 }
 
 /// Shows the initial text of the name box: for Save, the name that the caller proposes.

@@ -3,6 +3,7 @@
 #include "core/host/LocalizedText.h"
 #include "core/trace/Check.h"
 #include "qorv/Values.h"
+#include "ui/names/NameExtension.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -11,6 +12,7 @@ namespace Ui {
 namespace {
 
 constexpr LONG no_row = -1; // For the selection: all rows.
+constexpr LONG whole_name = -1;
 
 struct Column {
     Qorv::PCStr title_id;
@@ -247,7 +249,7 @@ HRESULT FileList::BeginNewFolder(const std::wstring& i_title) {
     m_naming = Naming{row, i_title};
     CHECK_HRESULT(m_control->SelectRow(row, VARIANT_TRUE));
     CHECK_HRESULT(m_control->put_FocusedRow(row));
-    CHECK_HRESULT(m_control->EditRow(row));
+    CHECK_HRESULT(m_control->EditRow(row, whole_name));
     return TRACE_RESULT(S_OK);
 }
 
@@ -255,9 +257,10 @@ HRESULT FileList::BeginRename(const std::wstring& i_title) {
     TRACE_FUNCTION();
     LONG row = no_row;
     CHECK_HRESULT(m_control->GetNextSelected(no_row, &row));
-    CHECK_RETURN(GetRow(row) != nullptr, E_UNEXPECTED);
+    const FileRow* const renamed = GetRow(row);
+    CHECK_RETURN(renamed != nullptr, E_UNEXPECTED);
     m_naming = Naming{row, i_title};
-    CHECK_HRESULT(m_control->EditRow(row));
+    CHECK_HRESULT(m_control->EditRow(row, renamed->is_folder ? whole_name : StemLength(i_title)));
     return TRACE_RESULT(S_OK);
 }
 

@@ -3,7 +3,6 @@
 #include "core/trace/LogText.h"
 #include "core/trace/Text.h"
 #include "core/trace/Trace.h"
-#include "qorv/Base.h"
 
 #include <shlwapi.h>
 
@@ -31,6 +30,12 @@ std::optional<std::wstring_view> FindExtension(std::wstring_view i_name) {
     // To the name's end, not to a NUL within it.
     const std::ptrdiff_t length = *found == L'.' ? text.c_str() + text.size() - found : 0;
     return i_name.substr(i_name.size() - static_cast<std::size_t>(length));
+}
+
+LONG StemLength(std::wstring_view i_name) {
+    TRACE_FUNCTION();
+    const std::size_t length = i_name.size() - FindExtension(i_name).value_or(L"").size();
+    return length > 0 ? static_cast<LONG>(length) : -1;
 }
 
 std::wstring_view WithoutDot(std::wstring_view i_extension) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/trace/FunctionName.h"
+#include "qorv/Base.h"
 
 #include <optional>
 #include <string>
@@ -13,6 +14,9 @@ namespace Ui {
 /// The extension of a name's last path element, with its dot ("." for "a."); empty if the element has none. No value
 /// for the empty name only. A view of the name.
 std::optional<std::wstring_view> FindExtension(std::wstring_view i_name);
+
+/// How many characters to select for somebody who types another name: those before the extension, -1 for all.
+LONG StemLength(std::wstring_view i_name);
 
 /// An extension without its leading dot.
 std::wstring_view WithoutDot(std::wstring_view i_extension) noexcept;
