@@ -3,9 +3,9 @@
 #include "core/host/ModalOwner.h"
 
 #include "support/HostTest.h"
+#include "support/OddHost.h"
 #include "support/OnceInUse.h"
 #include "support/Outcome.h"
-#include "ui/OddHost.h"
 
 #include <shlwapi.h>
 

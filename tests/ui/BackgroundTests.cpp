@@ -2,8 +2,8 @@
 
 #include "afs/AfsTest.h"
 #include "core/host/Cancellation.h"
+#include "support/OddHost.h"
 #include "ui/HeldFileSystem.h"
-#include "ui/OddHost.h"
 #include "ui/dialog/DialogQuestions.h"
 #include "ui/dialog/FailureText.h"
 #include "ui/dialog/RunningCommand.h"

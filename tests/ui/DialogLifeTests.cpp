@@ -4,8 +4,8 @@
 #include "core/host/ModalOwner.h"
 #include "script/KeySteps.h"
 #include "services/CabNode.h"
+#include "support/OddHost.h"
 #include "support/OnceInUse.h"
-#include "ui/OddHost.h"
 #include "ui/dialog/DialogParameters.h"
 #include "ui/dialog/OpenSaveDialog.h"
 
